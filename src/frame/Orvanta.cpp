@@ -1,0 +1,7 @@
+#include "Orvanta.h"
+
+namespace OrvantaNS {
+
+Orvanta::~Orvanta() = default;
+
+} // namespace OrvantaNS

@@ -1,0 +1,32 @@
+// What a value space says about one interval: the few rectangles in which the action was.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "Rectangle.h"
+
+namespace OrvantaNS {
+
+/// The summary of an interval by value tiers.
+struct VS_VALUE_MAP {
+    /// The rectangles that deserve attention, highest tier first, each with its value density (value-weighted overlap
+    /// per pixel). Local pixels. Empty when nothing reached even the lowest tier.
+    std::vector<std::pair<Rectangle, double>> spaces;
+    /// Length of the summarised interval, seconds. The tiers are multiples of it.
+    double span = 0.0;
+    /// The hot rectangle as classification found it, one entry at most; empty in a map fresh from a summary or a merge.
+    std::vector<Rectangle> tier4Rects;
+};
+
+/// Ascending by density. Nothing sorts with it; it stands beside its reverse.
+inline bool CompareMapSpaces(const std::pair<Rectangle, double>& a, const std::pair<Rectangle, double>& b) {
+    return b.second > a.second;
+}
+
+/// Descending by density. False when either density is not a number; ties keep their order under a stable sort.
+inline bool CompareMapSpacesReverse(const std::pair<Rectangle, double>& a, const std::pair<Rectangle, double>& b) {
+    return a.second > b.second;
+}
+
+} // namespace OrvantaNS
