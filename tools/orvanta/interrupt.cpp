@@ -1,0 +1,40 @@
+#include "interrupt.h"
+
+#include <csignal>
+
+#if defined(__unix__) || defined(__APPLE__)
+#define ORVANTA_HAS_SIGACTION
+#endif
+
+namespace OrvantaNS::command {
+
+namespace {
+
+volatile std::sig_atomic_t interruptFlag = 0;
+
+extern "C" void raiseInterruptFlag(int) { interruptFlag = 1; }
+
+} // namespace
+
+void catchInterrupts() {
+#if defined(ORVANTA_HAS_SIGACTION)
+    struct sigaction action = {};
+    action.sa_handler = raiseInterruptFlag;
+    sigemptyset(&action.sa_mask);
+    // Without SA_RESTART a read that waits for input returns, so that a run on a pipe can be cancelled too.
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigaction(SIGINT, &action, nullptr);
+#else
+    std::signal(SIGINT, raiseInterruptFlag);
+#endif
+}
+
+bool interrupted() { return interruptFlag != 0; }
+
+void throwIfInterrupted() {
+    if (interrupted()) {
+        throw Interrupted();
+    }
+}
+
+} // namespace OrvantaNS::command
