@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 #include <simdjson.h>
 
+#include "text_format.h"
+
 namespace OrvantaNS::command {
 
 namespace {

@@ -13,6 +13,7 @@
 #include "input_error.h"
 #include "interrupt.h"
 #include "jsonl_reader.h"
+#include "text_format.h"
 
 namespace OrvantaNS::command {
 
@@ -27,27 +28,6 @@ struct CloseFile {
 };
 
 } // namespace
-
-std::string printable(std::string_view name) {
-    constexpr std::size_t kMaxShown = 40;
-    std::string shown;
-    for (const char c : name.substr(0, kMaxShown)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7f) {
-            shown += fmt::format("\\x{:02x}", byte);
-        } else {
-            shown += c;
-        }
-    }
-    if (name.size() > kMaxShown) {
-        // A character that the cut went through would come out broken.
-        while (!shown.empty() && (static_cast<unsigned char>(shown.back()) & 0x80U) != 0) {
-            shown.pop_back();
-        }
-        shown += "...";
-    }
-    return shown;
-}
 
 void NameCounter::add(std::string_view name) {
     ++total_;

@@ -27,7 +27,7 @@ public:
     static constexpr std::size_t kMaxNames = 16;
 
     struct Entry {
-        std::string name; ///< As it may be printed: long names are cut, control characters are escaped.
+        std::string name; ///< As it may be printed.
         long long count = 0;
     };
 
@@ -44,9 +44,6 @@ private:
     long long others_ = 0;
     long long total_ = 0;
 };
-
-/// A name from a file as it may stand in a message: cut when long, control characters as \xNN.
-std::string printable(std::string_view name);
 
 /// Which of the two file forms a recording was read from.
 enum class RecordingForm : std::uint8_t {

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "Geometry.h"
+#include "text_format.h"
 
 namespace OrvantaNS::command {
 

@@ -1,13 +1,13 @@
 #include "time_option.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <vector>
 
 #include <fmt/format.h>
 
 #include "TimeModel.h"
+#include "text_format.h"
 
 namespace OrvantaNS::command {
 
@@ -15,9 +15,6 @@ namespace {
 
 /// Longest number that is looked at: more digits than any time or size has.
 constexpr std::size_t kMaxDigits = 32;
-
-/// From here on the doubles of seconds are too coarse for milliseconds.
-constexpr double kMillisecondLimit = 1e12;
 
 /// Times are printed to the millisecond; a printed end may stand this much past the true one.
 constexpr double kPrintedPrecision = 0.001;
@@ -72,15 +69,6 @@ std::optional<double> parseTime(std::string_view text) {
         return std::nullopt;
     }
     return *wholeMinutes * 60.0 + *rest;
-}
-
-std::string formatTime(double seconds) {
-    if (!std::isfinite(seconds) || std::abs(seconds) >= kMillisecondLimit) {
-        return fmt::format("{} s", seconds);
-    }
-    const long long milliseconds = std::llround(std::abs(seconds) * 1000.0);
-    return fmt::format("{}{}:{:02}.{:03}", seconds < 0.0 && milliseconds > 0 ? "-" : "", milliseconds / 60000,
-                       milliseconds / 1000 % 60, milliseconds % 1000);
 }
 
 ClipOption parseClip(std::string_view text) {

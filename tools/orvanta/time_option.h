@@ -22,10 +22,6 @@ std::optional<double> parseDecimal(std::string_view text);
 /// Seconds of "90", "90.5", "1:30" or "1:30.500" (two digits of seconds, below 60); nothing when `text` is no time.
 std::optional<double> parseTime(std::string_view text);
 
-/// "m:ss.mmm", rounded to the millisecond, with a minus sign before negative times. A time that is not finite, or too
-/// large for milliseconds to matter, comes as a plain number of seconds.
-std::string formatTime(double seconds);
-
 /// A stretch of a recording as asked for; an end that was left out is empty. Seconds.
 struct ClipOption {
     std::optional<double> start;
