@@ -109,7 +109,7 @@ private:
             next(stream);
             const Tokens tokens = split(lines_.line());
             if (tokens.count != fields) {
-                lines_.fail(fmt::format("a \"{}\" sample must have {} numbers", stream, fields));
+                lines_.fail(fmt::format("each \"{}\" sample must have {} numbers", stream, fields));
             }
             const Sample sample = parse(tokens);
             if (!samples.empty() && sample.time < samples.back().time) {

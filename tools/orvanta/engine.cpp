@@ -72,10 +72,11 @@ std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice en
         runStages(params, store, {});
         return reasonedKeyframes(store);
     }
-    std::vector<ReasonedKeyframe> keyframes;
     const StandardOutputGuard guard;
     ProgressBar bar(progressTerminal());
-    for (const OV_TIME_RECT& frame : *makeEngine(engine)->calcOrvantaKeyframes(params, &bar)) {
+    const auto frames = OrvantaVotingAlgorithm().calcOrvantaKeyframes(params, &bar);
+    std::vector<ReasonedKeyframe> keyframes;
+    for (const OV_TIME_RECT& frame : *frames) {
         keyframes.push_back({frame, OV_MERGE_NONE, std::nullopt});
     }
     // This engine never asks whether to stop, so a cancelled run ends here.

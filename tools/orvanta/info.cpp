@@ -173,7 +173,7 @@ std::string infoText(const Recording& recording) {
     }
 
     const std::vector<std::string> oddities = findOddities(recording);
-    text += fmt::format("odd          {}\n", oddities.empty() ? "nothing" : "");
+    text += fmt::format("odd          {}\n", oddities.empty() ? "nothing" : "these things:");
     for (const std::string& oddity : oddities) {
         text += fmt::format("  {}\n", oddity);
     }

@@ -110,7 +110,7 @@ std::string slicesText(const std::vector<OV_FOCUS_SLICE>& slices) {
         const OV_FOCUS_SLICE& slice = slices[i];
         text += fmt::format("  {:>5}  {}  ", i, span(slice.start, slice.stop));
         text += slice.map.spaces.empty() ? "blank\n"
-                                         : fmt::format("{} of {} spaces\n", rectText(slice.map.spaces.front().first),
+                                         : fmt::format("{}, first of {}\n", rectText(slice.map.spaces.front().first),
                                                        slice.map.spaces.size());
     }
     return text;
@@ -123,15 +123,11 @@ std::string shotsText(const std::vector<OV_FOCUS_SLICE>& shots) {
         if (shot.mergeId == kDead) {
             continue;
         }
-        const std::string_view mode = shot.blank ? "blank" : reasonName(shot.mergeType);
-        text += fmt::format("  {:>5}  {}  {:<11}", i, span(shot.start, shot.stop), mode);
-        if (!isEmpty(shot.breakdown.tier4Rect)) {
-            text += fmt::format("  hot {}", rectText(shot.breakdown.tier4Rect));
-        }
-        if (shot.breakdown.window) {
-            text += fmt::format("  window {}", rectText(shot.breakdown.windowRect));
-        }
-        text += "\n";
+        const bool hot = !isEmpty(shot.breakdown.tier4Rect);
+        text += fmt::format("  {:>5}  {}  {}{}{}\n", i, span(shot.start, shot.stop),
+                            shot.blank ? "blank" : reasonName(shot.mergeType),
+                            hot ? "  hot " + rectText(shot.breakdown.tier4Rect) : "",
+                            shot.breakdown.window ? "  window " + rectText(shot.breakdown.windowRect) : "");
     }
     return text;
 }

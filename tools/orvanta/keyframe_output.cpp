@@ -31,7 +31,8 @@ std::string csv(const KeyframeReport& report) {
         const Rectangle& rect = keyframe.frame.rect;
         text += fmt::format("{},{},{},{},{},{},{:.6g},{}\n", keyframe.frame.time,
                             report.recording.toSeconds(keyframe.frame.time), rect.left, rect.top, width(rect),
-                            height(rect), zoomOf(keyframe.frame, report.recording.params), reasonName(keyframe.mode));
+                            height(rect), zoomOf(keyframe.frame, report.recording.params),
+                            report.hasReasons ? reasonName(keyframe.mode) : "");
     }
     return text;
 }
