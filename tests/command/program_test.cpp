@@ -290,6 +290,10 @@ TEST(ProgramTest, Version_IsTheProjects) {
     EXPECT_EQ(result.out, "orvanta " ORVANTA_VERSION "\n");
 }
 
+TEST(ReadmeTest, HostExample_IsTheProgramThatIsBuiltAndRun) {
+    EXPECT_THAT(readFile(ORVANTA_README), HasSubstr("```cpp\n" + readFile(ORVANTA_HOST_EXAMPLE) + "```\n"));
+}
+
 // ---- Bad input: one message, status 2, no output ----
 
 void expectRefused(const ProcessResult& result, const std::string& message) {
