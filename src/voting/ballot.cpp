@@ -59,7 +59,7 @@ OrvantaVotingAlgorithm::Targets OrvantaVotingAlgorithm::targetRectsForParams(con
 
 void OrvantaVotingAlgorithm::generateTargetRects(Rectangle bounds, int width, int height, int steps, int weight,
                                                  Targets& out) const {
-    // The positions start from 0: the origin of `bounds` shrinks the range but does not shift the grid.
+    // The positions start from 0, not from the corner of `bounds`, which counts for the range alone.
     const std::int32_t rangeX = wrapSub(wrapSub(bounds.right, width), bounds.left);
     const std::int32_t rangeY = wrapSub(wrapSub(bounds.bottom, height), bounds.top);
     const double last = static_cast<double>(steps) - 1.0;
