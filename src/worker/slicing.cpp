@@ -32,6 +32,19 @@ bool liesInFocus(const Rectangle& rect, const Rectangle& focus) {
     return area(intersection(rect, focus)) >= kInFocusPercent * area(rect) / 100;
 }
 
+// The first active object that starts after `time`: no trigger after it lies lower, since the objects are sorted. Spares
+// the search for triggers the objects behind it, of which one long-lived window can keep a whole recording active.
+std::uint32_t firstActiveAfter(const OV_DATA_STORE& store, double time) {
+    const auto& objects = store.valueObjects;
+    if (store.firstActiveObject >= objects.size()) {
+        return store.firstActiveObject;
+    }
+    const auto after =
+        std::upper_bound(objects.begin() + static_cast<std::ptrdiff_t>(store.firstActiveObject), objects.end(), time,
+                         [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; });
+    return static_cast<std::uint32_t>(after - objects.begin());
+}
+
 // Where the walk of a zone takes up the objects again.
 void repositionIndices(OV_DATA_STORE& store, std::uint32_t zone) {
     const std::uint32_t next = store.nextObject;
@@ -91,7 +104,7 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
     slice.blank = probe.spaces.empty();
     double end = 0.0;
     if (slice.blank) {
-        const unsigned int trigger = getFirstTriggerObject(store, time, store.firstActiveObject);
+        const unsigned int trigger = getFirstTriggerObject(store, time, firstActiveAfter(store, time));
         end = time + kLongestSeconds;
         if (trigger < store.valueObjects.size()) {
             end = std::min(end, std::max(store.valueObjects[trigger].start, probeEnd));
@@ -100,7 +113,7 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
         const auto& [focus, density] = probe.spaces.front();
         end = probeEnd + std::min(kLongestSeconds, density / ((probeEnd - time) * kFocusRate));
         double bound = probeEnd;
-        unsigned int trigger = getFirstTriggerObject(store, bound, store.firstActiveObject);
+        unsigned int trigger = getFirstTriggerObject(store, bound, firstActiveAfter(store, bound));
         while (trigger < store.valueObjects.size()) {
             const double start = store.valueObjects[trigger].start;
             if (!(start < end)) {

@@ -24,20 +24,29 @@ double decayIntegral(double x, double decay) { return x - std::exp(x - decay); }
 
 } // namespace
 
+// Two walks instead of one over the whole run of active objects, which a single long-lived window would make as long as
+// the recording: the first ends at the lowest object that stays, the second sees only what is in the space. Objects
+// that it leaves out are in no space, and their value is 0.0 since they were retired or made.
 void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSpace& space) const {
-    std::uint32_t firstStaying = store.nextObject;
-    if (store.nextObject < store.valueObjects.size()) {
-        for (std::uint32_t i = store.firstActiveObject; i <= store.nextObject; ++i) {
-            OV_VALUE_OBJECT& object = store.valueObjects[i];
-            if (lifeEnd(object) < time) {
-                space.deleteObject(i);
-                object.value = 0.0;
-            } else {
-                firstStaying = std::min(firstStaying, i);
-            }
+    const std::uint32_t first = store.firstActiveObject;
+    store.firstActiveObject = store.nextObject;
+    if (store.nextObject >= store.valueObjects.size() || first > store.nextObject) {
+        return;
+    }
+    const auto isRetired = [&](std::uint32_t object) { return lifeEnd(store.valueObjects[object]) < time; };
+    for (std::uint32_t i = first; i <= store.nextObject; ++i) {
+        if (!isRetired(i)) {
+            store.firstActiveObject = i;
+            break;
+        }
+        store.valueObjects[i].value = 0.0;
+    }
+    for (const std::uint32_t i : space.listObjects()) {
+        if (i >= first && i <= store.nextObject && isRetired(i)) {
+            space.deleteObject(i);
+            store.valueObjects[i].value = 0.0;
         }
     }
-    store.firstActiveObject = firstStaying;
 }
 
 void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
