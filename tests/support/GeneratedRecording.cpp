@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "Geometry.h"
 #include "Random.h"
 
 namespace OrvantaNS::testing {
@@ -89,7 +90,10 @@ private:
         return {left, left + w, top, top + h};
     }
 
-    void showWindow(double time) { params_.foreWindows().push_back({ticks(time), windows_.front()}); }
+    // What the recorder takes for the window in front: an open menu, if there is one.
+    void showWindow(double time) {
+        params_.foreWindows().push_back({ticks(time), isEmpty(menu_) ? windows_.front() : menu_});
+    }
 
     // A recorder samples the standing window about ten times a second.
     void sampleWindow(double until) {
@@ -185,19 +189,34 @@ private:
         pass(random_.real(0.1, 0.5));
     }
 
+    void openMenu(const Rectangle& menu) {
+        menu_ = menu;
+        showWindow(now_);
+    }
+
+    void closeMenu() {
+        menu_ = {};
+        showWindow(now_);
+    }
+
     void pullDownMenu() {
         moveTo(random_.range(5, plan_.width / 2), random_.range(2, 20));
         click(0);
         const Rectangle menu{x_ - 5, x_ + random_.range(80, 220), 0, random_.range(100, 300)};
         change(now_ + 0.03, menu);
         change(now_ + 0.06, menu);
-        if (random_.chance(0.5)) {
-            params_.foreWindows().push_back({ticks(now_ + 0.05), menu});
+        if (random_.chance(0.6)) {
+            openMenu(menu);
         }
         pass(0.3);
-        moveInto({menu.left, menu.right, 30, menu.bottom});
-        change(now_, {menu.left, menu.right, y_ - 8, y_ + 8});
+        // The entry under the cursor is drawn again and again while the cursor comes in.
+        const Rectangle entry = inside({menu.left, menu.right, 30, menu.bottom}, menu.right - menu.left, 20);
+        for (double delay = 0.0; delay < 0.8; delay += kFramePeriod) {
+            change(now_ + delay, entry);
+        }
+        moveInto(entry);
         click(0);
+        closeMenu();
         pass(random_.real(0.1, 0.6));
     }
 
@@ -206,11 +225,12 @@ private:
         click(2);
         const Rectangle menu{x_ + 1, std::min(x_ + random_.range(100, 300), plan_.width), y_ + 1,
                              std::min(y_ + random_.range(60, 300), plan_.height)};
-        params_.foreWindows().push_back({ticks(now_ + 0.05), menu});
+        openMenu(menu);
         change(now_ + 0.05, menu);
         pass(0.5);
         moveInto(menu);
         click(0);
+        closeMenu();
         pass(random_.real(0.2, 1.0));
     }
 
@@ -279,6 +299,7 @@ private:
     SessionPlan plan_;
     Params params_;
     std::vector<Rectangle> windows_; // the one in front first
+    Rectangle menu_;                 // the menu that is open, empty when none is
     double now_ = 0.0;               // seconds
     double windowClock_ = 0.0;       // seconds: when the standing window is sampled next
     int x_ = 0;
