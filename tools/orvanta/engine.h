@@ -46,7 +46,7 @@ std::string_view reasonName(std::int32_t mode);
 /// The keyframes of a store, each with the shot that made it.
 std::vector<ReasonedKeyframe> reasonedKeyframes(const OV_DATA_STORE& store);
 
-/// The keyframes of the clip. Draws a progress bar on a terminal. Throws `OrvantaException` and `Interrupted`.
+/// The keyframes of the clip. The value engine draws a progress bar on a terminal. Throws `OrvantaException` and `Interrupted`.
 std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice engine);
 
 /// The value engine's run, stage by stage. Throws `OrvantaException` and `Interrupted`.
