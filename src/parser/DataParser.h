@@ -10,6 +10,7 @@
 #include "DataStore.h"
 #include "DirtyRectObject.h"
 #include "Interval_Type.h"
+#include "LocationOrder.h"
 #include "MouseStroke.h"
 #include "OrvantaExport.h"
 #include "Params.h"
@@ -54,6 +55,7 @@ public:
     OV_VALUE_OBJECT lastWindow;            ///< The most recent `ActiveWindow`, as a copy.
     std::vector<MOUSE_STROKE> keptStrokes; ///< Every stroke that `processStrokes` kept, in the whole run.
     ActionIndex actionIndex;               ///< Where each button code stands in the request's actions.
+    LocationOrder locationOrder;           ///< Whether the request's cursor samples are sorted.
 
     DataParser();
 

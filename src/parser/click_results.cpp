@@ -27,50 +27,72 @@ constexpr double kExplainIdleSeconds = 2.0;
 
 bool isClick(const OV_VALUE_OBJECT& object) { return object.type == Click || object.type == DoubleClick; }
 
+bool isWindow(const OV_VALUE_OBJECT& object) {
+    return object.type == ForeAnimate || object.type == ActiveWindow || object.type == Menu;
+}
+
+// Searching clicks makes no windows, so the list holds for any number of them.
+std::vector<std::uint32_t> windowsIn(const std::vector<OV_VALUE_OBJECT>& objects) {
+    std::vector<std::uint32_t> windows;
+    for (std::uint32_t i = 0; i < objects.size(); ++i) {
+        if (isWindow(objects[i])) {
+            windows.push_back(i);
+        }
+    }
+    return windows;
+}
+
+void findResults(DataParser& parser, unsigned int zone, OV_DATA_STORE& store, unsigned int index,
+                 const std::vector<std::uint32_t>& windows) {
+    std::vector<OV_VALUE_OBJECT>& objects = parser.objects;
+    const double start = objects[index].start;
+    const double end = start + kResultSeconds;
+
+    const auto window = std::find_if(windows.begin(), windows.end(), [&](std::uint32_t i) {
+        const OV_VALUE_OBJECT& object = objects[i];
+        return object.start >= start &&
+               (object.stop <= end || std::max(start, object.start) < std::min(end, object.stop));
+    });
+    if (window != windows.end()) {
+        OV_VALUE_OBJECT result = objects[*window];
+        result.type = ClickWindow;
+        result.start = result.start - kAheadOfWindowSeconds;
+        result.stop = result.start;
+        objects.push_back(result);
+    }
+
+    const Interval_Type<long long> reach{DataParser::revertTime(start), DataParser::revertTime(end)};
+    for (const std::uint32_t object : parser.getDRObjectsInTime(reach)) {
+        const DR_OBJECT& area = parser.drObjects[object];
+        if (area.start < reach.start || (area.stop > reach.stop && area.start >= reach.stop)) {
+            continue;
+        }
+        Rectangle rect = area.bounds;
+        parser.clipRectToLZ(zone, store, rect);
+        if (rect.top == 0) {
+            continue; // changes in the menu bar are no results
+        }
+        if (width(rect) < kResultPixels || height(rect) < kResultPixels) {
+            const double time = DataParser::convertTime(area.start);
+            objects.push_back({ClickDirty, time, time, rect, 0.0});
+        }
+    }
+}
+
 } // namespace
 
-void DataParser::getClickResult(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+void DataParser::getClickResult(unsigned int zone, const Params&, OV_DATA_STORE& store) {
     const double now = convertTime(metaStartTime);
+    const std::vector<std::uint32_t> windows = windowsIn(objects);
     for (std::uint32_t i = 0; i < objects.size(); ++i) {
         if (isClick(objects[i]) && now >= objects[i].stop) {
-            getClickResultWorker(zone, params, store, i);
+            findResults(*this, zone, store, i, windows);
         }
     }
 }
 
 void DataParser::getClickResultWorker(unsigned int zone, const Params&, OV_DATA_STORE& store, unsigned int index) {
-    const double start = objects[index].start;
-    const double end = start + kResultSeconds;
-
-    const auto window = std::find_if(objects.begin(), objects.end(), [&](const OV_VALUE_OBJECT& object) {
-        return (object.type == ForeAnimate || object.type == ActiveWindow || object.type == Menu) &&
-               object.start >= start &&
-               (object.stop <= end || std::max(start, object.start) < std::min(end, object.stop));
-    });
-    if (window != objects.end()) {
-        OV_VALUE_OBJECT result = *window;
-        result.type = ClickWindow;
-        result.start = window->start - kAheadOfWindowSeconds;
-        result.stop = result.start;
-        objects.push_back(result);
-    }
-
-    const Interval_Type<long long> reach{revertTime(start), revertTime(end)};
-    for (const std::uint32_t object : getDRObjectsInTime(reach)) {
-        const DR_OBJECT& area = drObjects[object];
-        if (area.start < reach.start || (area.stop > reach.stop && area.start >= reach.stop)) {
-            continue;
-        }
-        Rectangle rect = area.bounds;
-        clipRectToLZ(zone, store, rect);
-        if (rect.top == 0) {
-            continue; // changes in the menu bar are no results
-        }
-        if (width(rect) < kResultPixels || height(rect) < kResultPixels) {
-            const double time = convertTime(area.start);
-            objects.push_back({ClickDirty, time, time, rect, 0.0});
-        }
-    }
+    findResults(*this, zone, store, index, windowsIn(objects));
 }
 
 Rectangle DataParser::detectClickDR(const Params&, OV_DATA_STORE& store, OV_VALUE_OBJECT& object) {

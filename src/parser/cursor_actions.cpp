@@ -31,6 +31,10 @@ void growIfEmpty(Rectangle& rect) {
     }
 }
 
+Rectangle spannedBy(const OV_MOUSE_LOCATION& a, const OV_MOUSE_LOCATION& b) {
+    return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
+}
+
 } // namespace
 
 Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsigned int up, unsigned int& location) {
@@ -39,6 +43,21 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
     const long long upTime = params.cursorActions()[up].time;
     OV_MOUSE_LOCATION press;
     OV_MOUSE_LOCATION release;
+    if (downTime <= upTime && locationOrder.isSorted(locations)) {
+        // The samples in force at both moments, without reading all that lies in between.
+        const auto isAfter = [](long long time, const OV_MOUSE_LOCATION& sample) { return time < sample.time; };
+        const auto from = locations.begin() + static_cast<std::ptrdiff_t>(std::size_t{location});
+        const auto afterPress = std::upper_bound(from, locations.end(), downTime, isAfter);
+        const auto afterRelease = std::upper_bound(afterPress, locations.end(), upTime, isAfter);
+        if (afterPress != from) {
+            press = *(afterPress - 1);
+        }
+        if (afterRelease != from) {
+            release = *(afterRelease - 1);
+            location = static_cast<std::uint32_t>(afterRelease - 1 - locations.begin());
+        }
+        return spannedBy(press, release);
+    }
     bool reachedPress = false;
     for (std::uint32_t i = location; i < locations.size(); ++i) {
         const OV_MOUSE_LOCATION& sample = locations[i];
@@ -52,8 +71,7 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
         release = sample;
         location = i;
     }
-    return {std::min(press.x, release.x), std::max(press.x, release.x), std::min(press.y, release.y),
-            std::max(press.y, release.y)};
+    return spannedBy(press, release);
 }
 
 void DataParser::processCursorAction(unsigned int zone, const Params& params, OV_DATA_STORE& store) {

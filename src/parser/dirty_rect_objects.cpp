@@ -2,6 +2,7 @@
 
 #include "DataParser.h"
 
+#include "DirtyRectFlood.h"
 #include "Geometry.h"
 #include <algorithm>
 
@@ -46,9 +47,18 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
             return;
         }
         frames.clear();
-        for (; i < dirtyRects.size() && dirtyRects[i].time == time; ++i) {
-            addDRToFrameSet(i, params, frames);
+        std::uint32_t end = i;
+        while (end < dirtyRects.size() && dirtyRects[end].time == time) {
+            ++end;
         }
+        if (end - i > kFloodRects) {
+            frames = clusterFlood(dirtyRects, i, end);
+        } else {
+            for (std::uint32_t record = i; record < end; ++record) {
+                addDRToFrameSet(record, params, frames);
+            }
+        }
+        i = end;
         mergeFramesToActiveSet(frames, active, time);
         // The record that ended the group is stepped over unread, so the first record of each later group takes no
         // part: a stream with one record a moment yields every second one.
@@ -85,8 +95,10 @@ void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::
 void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, std::vector<std::uint32_t>& active,
                                         long long time) {
     const long long maximumGap = revertTime(kSightingGapSeconds);
-    for (auto index = active.begin(); index != active.end();) {
-        DR_OBJECT& object = drObjects[*index];
+    // The objects that stay alive move up in order; erasing one by one would cost the square of a flood.
+    auto alive = active.begin();
+    for (const std::uint32_t index : active) {
+        DR_OBJECT& object = drObjects[index];
         const Rectangle seen = object.frames.back().rect;
         const auto match = std::find_if(frames.begin(), frames.end(), [&](const DR_OBJECT_FRAME& frame) {
             return !frame.matched && isSimilar(seen, frame.rect);
@@ -102,12 +114,12 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
             }
         }
         // Age is tested after the match: an area seen again at this moment is young, however long it was away.
-        if (wrapSub(time, object.stop) > maximumGap) {
-            index = active.erase(index);
-        } else {
-            ++index;
+        if (!(wrapSub(time, object.stop) > maximumGap)) {
+            *alive = index;
+            ++alive;
         }
     }
+    active.erase(alive, active.end());
     for (const DR_OBJECT_FRAME& frame : frames) {
         if (!frame.matched) {
             active.push_back(static_cast<std::uint32_t>(drObjects.size()));
