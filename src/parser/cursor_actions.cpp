@@ -46,7 +46,8 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
     if (downTime <= upTime && locationOrder.isSorted(locations)) {
         // The samples in force at both moments, without reading all that lies in between.
         const auto isAfter = [](long long time, const OV_MOUSE_LOCATION& sample) { return time < sample.time; };
-        const auto from = locations.begin() + static_cast<std::ptrdiff_t>(std::size_t{location});
+        const auto from =
+            locations.begin() + static_cast<std::ptrdiff_t>(std::min(std::size_t{location}, locations.size()));
         const auto afterPress = std::upper_bound(from, locations.end(), downTime, isAfter);
         const auto afterRelease = std::upper_bound(afterPress, locations.end(), upTime, isAfter);
         if (afterPress != from) {
