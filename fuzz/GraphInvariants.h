@@ -9,7 +9,8 @@
 
 namespace OrvantaNS::fuzz {
 
-/// Watches one value space from its making on.
+/// Watches one value space from its making on. Sizes and areas are 32-bit, so the rules about rectangles and objects
+/// hold for those of screens; once a rectangle has come in whose area could wrap around, only the links are checked.
 ///
 /// One situation is part of the design and breaks some of the rules: an insertion lifts a space that it reuses out of
 /// its old place, and an old parent that lies inside the new rectangle, behind another reused space, was not visited
@@ -23,8 +24,8 @@ public:
     void remove(unsigned object);
     void reset();
 
-    /// True while no space has lost a parent to an insertion.
-    bool isWhole() const { return isWhole_; }
+    /// True while all rules hold: no space has lost a parent to an insertion, and no rectangle was extraordinary.
+    bool isWhole() const { return isWhole_ && isOrdinary_; }
 
 private:
     std::vector<std::set<std::uint32_t>> ancestors() const;
@@ -34,6 +35,7 @@ private:
 
     ValueSpace& space_;
     bool isWhole_ = true;
+    bool isOrdinary_ = true; // No rectangle has come in whose area could wrap around.
 };
 
 } // namespace OrvantaNS::fuzz
