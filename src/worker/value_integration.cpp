@@ -24,27 +24,25 @@ double decayIntegral(double x, double decay) { return x - std::exp(x - decay); }
 
 } // namespace
 
-// Two walks instead of one over the whole run of active objects, which a single long-lived window would make as long as
-// the recording: the first ends at the lowest object that stays, the second sees only what is in the space. Objects
-// that it leaves out are in no space, and their value is 0.0 since they were retired or made.
 void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSpace& space) const {
     const std::uint32_t first = store.firstActiveObject;
     store.firstActiveObject = store.nextObject;
     if (store.nextObject >= store.valueObjects.size() || first > store.nextObject) {
         return;
     }
+    // One long-lived window keeps a whole recording active, so this walk is kept to a comparison an object; only what
+    // is in the space is looked up there.
     const auto isRetired = [&](std::uint32_t object) { return lifeEnd(store.valueObjects[object]) < time; };
-    for (std::uint32_t i = first; i <= store.nextObject; ++i) {
-        if (!isRetired(i)) {
+    for (std::uint32_t i = store.nextObject + 1; i-- > first;) {
+        if (isRetired(i)) {
+            store.valueObjects[i].value = 0.0;
+        } else {
             store.firstActiveObject = i;
-            break;
         }
-        store.valueObjects[i].value = 0.0;
     }
     for (const std::uint32_t i : space.listObjects()) {
         if (i >= first && i <= store.nextObject && isRetired(i)) {
             space.deleteObject(i);
-            store.valueObjects[i].value = 0.0;
         }
     }
 }
