@@ -40,8 +40,8 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     map.span = span;
     const std::vector<VS_VALUE_ORDER> order = fillValues();
 
-    const std::array<double, kTierCount> thresholds{12.0 * span, 10.0 * span, 8.0 * span,  6.0 * span,
-                                                    4.0 * span,  3.0 * span,  span + span, span};
+    const std::array<double, kTierCount> thresholds{12.0 * span,       10.0 * span, 8.0 * span,  6.0 * span,
+                                                    kTier4Rate * span, 3.0 * span,  span + span, span};
     TierLists lists;
     std::size_t tier = kTier12;
     for (const VS_VALUE_ORDER& entry : order) {
