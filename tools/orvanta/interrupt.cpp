@@ -21,7 +21,7 @@ void catchInterrupts() {
     struct sigaction action = {};
     action.sa_handler = raiseInterruptFlag;
     sigemptyset(&action.sa_mask);
-    // Without SA_RESTART a read that waits for input returns, so that a run on a pipe can be cancelled too.
+    // Without SA_RESTART whatever waits for input returns. The handler serves once: the second Ctrl-C is the system's.
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
 #else

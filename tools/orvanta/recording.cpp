@@ -1,33 +1,16 @@
 #include "recording.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "TimeModel.h"
 #include "dump_reader.h"
-#include "input_error.h"
-#include "interrupt.h"
+#include "input_file.h"
 #include "jsonl_reader.h"
 #include "text_format.h"
 
 namespace OrvantaNS::command {
-
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const {
-        if (file != stdin) {
-            std::fclose(file);
-        }
-    }
-};
-
-} // namespace
 
 void NameCounter::add(std::string_view name) {
     ++total_;
@@ -93,24 +76,8 @@ Recording readRecording(ByteSource source, const std::string& name) {
 }
 
 Recording readRecordingFile(const std::string& path) {
-    const bool standardInput = path == "-";
-    const std::string name = standardInput ? "<stdin>" : path;
-    const std::unique_ptr<std::FILE, CloseFile> file(standardInput ? stdin : std::fopen(path.c_str(), "rb"));
-    if (file == nullptr) {
-        throw InputError(fmt::format("{}: cannot be opened: {}", name, std::strerror(errno)));
-    }
-    // The line reader has a buffer of its own.
-    std::setvbuf(file.get(), nullptr, _IONBF, 0);
-    const auto source = [&](char* to, std::size_t size) {
-        throwIfInterrupted();
-        const std::size_t count = std::fread(to, 1, size, file.get());
-        throwIfInterrupted();
-        if (count == 0 && std::ferror(file.get()) != 0) {
-            throw InputError(fmt::format("{}: cannot be read: {}", name, std::strerror(errno)));
-        }
-        return count;
-    };
-    return readRecording(source, name);
+    const std::string name = path == "-" ? "<stdin>" : path;
+    return readRecording(openInput(path, name), name);
 }
 
 } // namespace OrvantaNS::command
