@@ -56,10 +56,8 @@ void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DAT
             isEarlier(metaTime, foreWindowTime) && isEarlier(metaTime, locationTime)) {
             const Interval_Type<long long> before{metaStartTime, metaTime};
             fluxCapacitor(zone, params, store);
-            // A step that is nothing or wraps would go on for ever.
-            const bool stalled = metaStartTime == before.start && metaTime == before.stop;
-            const bool wrapped = metaTime < kNoMetaPass;
-            if (stalled || wrapped) {
+            // A step of no tick would go on for ever. One that wraps below 0 only leaves the rest to the primary pass.
+            if (metaStartTime == before.start && metaTime == before.stop) {
                 return;
             }
         } else if (locationTime >= 0 && isEarlier(locationTime, actionTime) && isEarlier(locationTime, caretTime) &&

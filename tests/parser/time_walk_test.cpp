@@ -538,6 +538,15 @@ TEST(TimeWalkTest, ProcessLiveZone_StepThatWraps_Ends) {
     EXPECT_LT(world.parser.metaTime, 0);
 }
 
+TEST(TimeWalkTest, ProcessLiveZone_StepThatWraps_LeavesTheSamplesToThePrimaryPass) {
+    ParserWorld world(kScreen, 0.0, 10.2);
+    DataParser::StoreTimeScale = 9e17;
+    // No pass is due behind 9e18, the first one, and the zone goes on to 9.18e18.
+    world.scene.params().cursorActions() = {{9000000000000000000, kUnknownCode}, {9100000000000000000, kUnknownCode}};
+    EXPECT_EQ(watchPasses(world).size(), 1u);
+    EXPECT_EQ(world.parser.nextAction, 2u);
+}
+
 TEST(TimeWalkTest, ProcessLiveZone_ScaleNotANumber_Ends) {
     ParserWorld world(kScreen, 0.0, 10.0);
     DataParser::StoreTimeScale = std::numeric_limits<double>::quiet_NaN();
