@@ -33,6 +33,24 @@ void handOver(TierLists& lists, std::size_t tier) {
     }
 }
 
+// Writes the value of every slot, and tells each valid space with its sum, in slot order.
+template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
+    const std::vector<OV_VALUE_OBJECT>& objects = space.store->valueObjects;
+    for (std::size_t index = 0; index < space.graph.size(); ++index) {
+        OV_INTERSECTION& slot = space.graph[index];
+        slot.value = 0.0;
+        if (!slot.valid) {
+            continue;
+        }
+        double sum = 0.0;
+        for (const std::uint32_t object : slot.objects) {
+            sum += objects[object].value;
+        }
+        slot.value = sum;
+        visit(VS_VALUE_ORDER{static_cast<std::uint32_t>(index), sum});
+    }
+}
+
 } // namespace
 
 VS_VALUE_MAP ValueSpace::summarize(double span) {
@@ -69,11 +87,16 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
     VS_VALUE_MAP map;
     map.span = span;
     const double threshold = kTier4Rate * span;
-    std::vector<std::uint32_t> list;
-    for (const VS_VALUE_ORDER& entry : fillValues()) {
-        if (!(entry.value >= threshold)) {
-            break;
+    // What is too cool is left out before the sort instead of after it: this runs several times for every slice.
+    std::vector<VS_VALUE_ORDER> order;
+    sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
+        if (entry.value >= threshold) {
+            order.push_back(entry);
         }
+    });
+    std::stable_sort(order.begin(), order.end(), CompareValuePairs);
+    std::vector<std::uint32_t> list;
+    for (const VS_VALUE_ORDER& entry : order) {
         summarizeGraph(list, entry.space);
     }
     summarizeTier(list, map);
@@ -82,27 +105,13 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
 
 std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
     std::vector<VS_VALUE_ORDER> order;
-    order.reserve(graph.size() - freeSpaces.size());
-    bool allNumbers = true;
-    for (std::size_t index = 0; index < graph.size(); ++index) {
-        OV_INTERSECTION& space = graph[index];
-        space.value = 0.0;
-        if (!space.valid) {
-            continue;
-        }
-        double sum = 0.0;
-        for (const std::uint32_t object : space.objects) {
-            sum += store->valueObjects[object].value;
-        }
-        space.value = sum;
-        order.push_back({static_cast<std::uint32_t>(index), sum});
-        allNumbers = allNumbers && !std::isnan(sum);
-    }
+    order.reserve(graph.size());
+    sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) { order.push_back(entry); });
     // A sort over values that are not numbers has no defined result, so those go to the end, in slot order.
     auto numbersEnd = order.end();
-    if (!allNumbers) {
-        numbersEnd = std::stable_partition(order.begin(), order.end(),
-                                           [](const VS_VALUE_ORDER& entry) { return !std::isnan(entry.value); });
+    const auto isNumber = [](const VS_VALUE_ORDER& entry) { return !std::isnan(entry.value); };
+    if (!std::all_of(order.begin(), order.end(), isNumber)) {
+        numbersEnd = std::stable_partition(order.begin(), order.end(), isNumber);
     }
     std::stable_sort(order.begin(), numbersEnd, CompareValuePairs);
     return order;
@@ -122,15 +131,22 @@ void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space
 }
 
 void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
+    // All objects, ascending, each with the rectangle of the space at which it was inserted, not its own. They are laid
+    // out once, since walking the map anew for every space of the list takes longer than the arithmetic.
+    std::vector<std::pair<Rectangle, double>> objects;
+    if (!list.empty()) {
+        objects.reserve(objectMap.size());
+        for (const auto& [object, location] : objectMap) {
+            objects.emplace_back(graph[location].rect, store->valueObjects[object].value);
+        }
+    }
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
         const Rectangle& rect = graph[space].rect;
         double score = 0.0;
-        // The rectangle that counts is that of the space at which the object was inserted, not the object's own.
-        for (const auto& [object, location] : objectMap) {
-            score +=
-                store->valueObjects[object].value * static_cast<double>(area(intersection(rect, graph[location].rect)));
+        for (const auto& [location, value] : objects) {
+            score += value * static_cast<double>(area(intersection(rect, location)));
         }
         if (score > bestScore) {
             bestScore = score;

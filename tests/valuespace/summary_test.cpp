@@ -435,6 +435,44 @@ TEST(QuickSummarizeTest, LooksAtTierFourAndAboveAsOneList) {
     EXPECT_EQ(v.space.quickSummarize(1.0).span, 1.0);
 }
 
+TEST(QuickSummarizeTest, WritesEveryValue_ThoseBelowTheThresholdAndOfFreeSlotsToo) {
+    Valued v({{box(0, 0, 10, 10), 5.0}, {box(100, 0, 10, 10), 1.0}, {box(200, 0, 10, 10), 2.0}});
+    v.space.fillValues();
+    v.space.deleteObject(2);
+    v.store.valueObjects[1].value = 0.5;
+    v.space.quickSummarize(1.0);
+    EXPECT_EQ(v.space.graph[0].value, 5.0);
+    EXPECT_EQ(v.space.graph[1].value, 0.5);
+    EXPECT_EQ(v.space.graph[2].value, 0.0);
+}
+
+TEST(QuickSummarizeTest, GeneratedValues_EqualTheWalkOverAllSpacesInOrder) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const auto upTo = [&](std::int32_t limit) {
+        return static_cast<std::int32_t>(random() % static_cast<unsigned>(limit + 1));
+    };
+    for (int round = 0; round < 300; ++round) {
+        // Few values and few sizes: many sums and scores are equal, and some are exactly on the threshold.
+        Pairs objects;
+        for (std::int32_t k = upTo(12); k >= 0; --k) {
+            objects.emplace_back(box(upTo(6) * 20, upTo(6) * 20, 40, 40), upTo(40) == 0 ? kNaN : upTo(5));
+        }
+        Valued v(objects);
+        VS_VALUE_MAP expected;
+        std::vector<std::uint32_t> list;
+        for (const VS_VALUE_ORDER& entry : v.space.fillValues()) {
+            if (!(entry.value >= 4.0)) {
+                break;
+            }
+            v.space.summarizeGraph(list, entry.space);
+        }
+        v.space.summarizeTier(list, expected);
+        ASSERT_EQ(v.space.quickSummarize(1.0).spaces, expected.spaces);
+    }
+}
+
 // ---- cleanValueMap ----
 
 TEST(CleanValueMapTest, EmptyMap_StaysEmpty) {
