@@ -79,10 +79,12 @@ public:
     /// percentages to report across, half of it for each.
     void castVotes(const Params& params, VoteRuns& votes, const Targets& targets, ProgressReporter* reporter,
                    const Interval_Type<int>& progress) const;
-    /// Clicks vote from half a second before to a second after their moment.
+    /// Clicks vote from half a second before up to but not including a second after their moment. Nobody votes when
+    /// `timeScale` makes that no whole tick or more ticks than 32 bits hold, or is not a number.
     void castVotesForCursorActions(const Params& params, VoteRuns& votes, const Targets& targets,
                                    ProgressReporter* reporter, const Interval_Type<int>& progress) const;
-    /// Window changes vote from a third of a second before to three seconds after their moment.
+    /// Window changes vote from a third of a second before up to but not including three seconds after their moment.
+    /// Nobody votes under the same conditions as for clicks.
     void castVotesForFrontmostWindows(const Params& params, VoteRuns& votes, const Targets& targets,
                                       ProgressReporter* reporter, const Interval_Type<int>& progress) const;
     /// Lets every sample vote for each target that holds it, at its time + k for each k from -`before` up to but not

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -50,6 +51,8 @@ public:
 
     /// Adds a run behind all others: 0 <= `first` <= `last`, with one sum per target.
     void append(long long first, long long last, std::span<const double> sums) {
+        assert(first >= 0 && first <= last && (empty() || spans_.back().last < first));
+        assert(sums.size() == targetCount_);
         spans_.push_back({first, last});
         sums_.insert(sums_.end(), sums.begin(), sums.end());
         tickCount_ += static_cast<unsigned long long>(last) - static_cast<unsigned long long>(first) + 1;

@@ -61,17 +61,16 @@ double frontmostWindowWeight(int k, int full, int end) {
     return static_cast<double>(1 - (k - full) / (end - full)) * kWindowWeight;
 }
 
-// Closeness of one axis: the distance of the sample's middle from the target's, in widths of the target. A target
-// without width divides by 0; what comes out then is infinite or not a number, and never wins.
+// Pixels from a target's centre to a sample's middle, on one axis. The centre is cut to a whole pixel, the middle is not.
 double offCentre(std::int32_t low, std::int32_t high, std::int32_t targetLow, std::int32_t targetHigh) {
-    const std::int32_t centre = wrapAdd(targetLow, targetHigh) / 2;
-    return (wrapAdd(low, high) * 0.5 - centre) / wrapSub(targetHigh, targetLow);
+    return wrapAdd(low, high) * 0.5 - wrapAdd(targetLow, targetHigh) / 2;
 }
 
-// 1.0 at the target's centre, 0.75 at its corners.
+// 1.0 at the target's centre, 0.75 at its corners. A target without width or height divides by 0; what comes out then
+// is minus infinity or not a number, and never wins.
 double closeness(const Rectangle& sample, const Rectangle& target) {
-    const double dx = offCentre(sample.left, sample.right, target.left, target.right);
-    const double dy = offCentre(sample.top, sample.bottom, target.top, target.bottom);
+    const double dx = offCentre(sample.left, sample.right, target.left, target.right) / width(target);
+    const double dy = offCentre(sample.top, sample.bottom, target.top, target.bottom) / height(target);
     return 1.0 - std::fabs((dx * dx + dy * dy) * 0.5);
 }
 

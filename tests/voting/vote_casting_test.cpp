@@ -239,7 +239,7 @@ TEST(CastVotesTest, Progress_SpanThatWraps_IsDefined) {
     EXPECT_EQ(log.percents, (std::vector<double>{static_cast<double>(kLowestInt)}));
 }
 
-TEST(TimeScaleTest, WithoutWholeTicks_NobodyVotes) {
+TEST(VotingTimeScaleTest, WithoutWholeTicks_NobodyVotes) {
     for (const double scale : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
                                -std::numeric_limits<double>::infinity(), -100.0, -1e300, -0.5, 1e-300, 0.3, 1e300,
                                2147483648.0, 3e9, 6442450944.0, 1e10}) {
@@ -253,7 +253,7 @@ TEST(TimeScaleTest, WithoutWholeTicks_NobodyVotes) {
     }
 }
 
-TEST(TimeScaleTest, BelowOne_OnlyAWindowHasTicks) {
+TEST(VotingTimeScaleTest, BelowOne_OnlyAWindowHasTicks) {
     Params params = squareRecording();
     params.setTimeScale(0.9); // clicks: 0 and 0; windows: 0 before, 2.7 after
     addClick(params, 1000, 128, 128);
@@ -264,7 +264,7 @@ TEST(TimeScaleTest, BelowOne_OnlyAWindowHasTicks) {
     EXPECT_EQ(nonZero(votes, 1001).at(0), 80.0);
 }
 
-TEST(TimeScaleTest, LargestCounts_VoteInOneRun) {
+TEST(VotingTimeScaleTest, LargestCounts_VoteInOneRun) {
     Params params = squareRecording();
     params.setTimeScale(2147483647.0);
     addClick(params, 5000000000, 128, 128);
@@ -275,20 +275,20 @@ TEST(TimeScaleTest, LargestCounts_VoteInOneRun) {
     EXPECT_EQ(spans(votesOf(params)), (Spans{{5000000000 - 238609294, 5000000000 + 2147483645}}));
 }
 
-TEST(EndsOfTheClockTest, TicksPastTheLast_WrapBelowZeroAndAreDropped) {
+TEST(VotingEndsOfTheClockTest, TicksPastTheLast_WrapBelowZeroAndAreDropped) {
     Params params = squareRecording();
     addClick(params, kLastTick, 128, 128);
     EXPECT_EQ(spans(votesOf(params)), (Spans{{kLastTick - 50, kLastTick}}));
     EXPECT_EQ(nonZero(votesOf(params), kLastTick).at(0), 32.0);
 }
 
-TEST(EndsOfTheClockTest, TicksBeforeTheFirst_WrapToTheFarEnd) {
+TEST(VotingEndsOfTheClockTest, TicksBeforeTheFirst_WrapToTheFarEnd) {
     Params params = squareRecording();
     addClick(params, kFirstTick, 128, 128);
     EXPECT_EQ(spans(votesOf(params)), (Spans{{kLastTick - 49, kLastTick}}));
 }
 
-TEST(EndsOfTheClockTest, SampleBelowZero_VotesFromZeroOn) {
+TEST(VotingEndsOfTheClockTest, SampleBelowZero_VotesFromZeroOn) {
     Params params = squareRecording();
     addClick(params, -60, 128, 128);
     EXPECT_EQ(spans(votesOf(params)), (Spans{{0, 39}}));

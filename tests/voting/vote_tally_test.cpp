@@ -193,7 +193,7 @@ TEST(NonOverlappingTest, EveryPatternOfSixTicks_RunsEqualSingleEvents) {
                     // A third of the strong runs, by their place, goes to the other target.
                     const double strength = rest % 3;
                     const double sums[] = {i % 3 == 0 ? 0.0 : strength, strength};
-                    votes.append(base + i, base + i + length - 1, sums);
+                    votes.append(base + i, base + (i + length - 1), sums);
                 }
                 i += length - 1;
             }
@@ -229,7 +229,7 @@ TEST(NonOverlappingTest, EventsAllOverTheClock_RunsEqualSingleEvents) {
                 tick = last + 1 + pick(2) * pick(5);
             }
         }
-        long long fade = places[pick(3)] + pick(60) - 30;
+        long long fade = wrapAdd<long long>(places[pick(3)], pick(60) - 30);
         if (pick(2) == 0) {
             fade = pick(20) - 10;
         } else if (pick(2) == 0) {
