@@ -283,10 +283,15 @@ bool sameBits(const std::vector<double>& a, const std::vector<double>& b) {
     });
 }
 
-TEST(VotingEquivalenceTest, GeneratedRequests_EqualTheTickByTickTally) {
+// In parts, as the tick-by-tick tally is slow under sanitizers.
+constexpr std::uint64_t kSeedsInAPart = 500;
+
+class VotingEquivalence : public ::testing::TestWithParam<std::uint64_t> {};
+
+TEST_P(VotingEquivalence, GeneratedRequests_EqualTheTickByTickTally) {
     std::size_t withKeyframes = 0;
     std::size_t withSeveral = 0;
-    for (std::uint64_t seed = 1; seed <= 2500; ++seed) {
+    for (std::uint64_t seed = GetParam(); seed < GetParam() + kSeedsInAPart; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Generator generator(seed);
         const Params params = generator.request();
@@ -323,9 +328,11 @@ TEST(VotingEquivalenceTest, GeneratedRequests_EqualTheTickByTickTally) {
         }
     }
     // The requests are no good if most of them ask for nothing.
-    EXPECT_GT(withKeyframes, 1500u);
-    EXPECT_GT(withSeveral, 400u);
+    EXPECT_GT(withKeyframes, 300u);
+    EXPECT_GT(withSeveral, 80u);
 }
+
+INSTANTIATE_TEST_SUITE_P(FromSeed, VotingEquivalence, ::testing::Values(1, 501, 1001, 1501, 2001));
 
 TEST(VotingThreadsTest, EightThreadsAtOnce_GiveEqualResults) {
     std::vector<Params> requests;
