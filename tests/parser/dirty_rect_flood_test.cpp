@@ -11,38 +11,28 @@
 namespace OrvantaNS::testing {
 namespace {
 
-// All rectangles are of one moment, so that each cluster becomes an object with one frame, in order.
-std::vector<Rectangle> clustersOf(const Params& params) {
-    DataParser::StoreTimeScale = 1000.0;
-    OV_DATA_STORE store;
-    store.liveZones.push_back({{0, 1000, 0, 1000}, 0.0, 1.0});
-    DataParser parser;
-    parser.preProcessDR(0, params, store);
-    std::vector<Rectangle> clusters;
-    for (const DR_OBJECT& object : parser.drObjects) {
-        EXPECT_EQ(object.frames.size(), 1U);
-        clusters.push_back(object.bounds);
-    }
-    return clusters;
-}
-
-std::vector<Rectangle> clustersOneByOne(const Params& params) {
+std::vector<DR_OBJECT_FRAME> oneByOne(const Params& params, std::uint32_t from, std::uint32_t to) {
     DataParser parser;
     std::vector<DR_OBJECT_FRAME> frames;
-    for (std::uint32_t i = 0; i < params.dirtyRects().size(); ++i) {
+    for (std::uint32_t i = from; i < to; ++i) {
         parser.addDRToFrameSet(i, params, frames);
     }
-    std::vector<Rectangle> clusters;
-    for (const DR_OBJECT_FRAME& frame : frames) {
-        clusters.push_back(frame.rect);
-    }
-    return clusters;
+    return frames;
 }
 
-constexpr int kRects = 300;
-static_assert(kRects > static_cast<int>(kFloodRects));
+void expectEqual(const Params& params) {
+    const auto count = static_cast<std::uint32_t>(params.dirtyRects().size());
+    const std::vector<DR_OBJECT_FRAME> expected = oneByOne(params, 0, count);
+    const std::vector<DR_OBJECT_FRAME> actual = clusterFlood(params.dirtyRects(), 0, count);
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(actual[i].dirtyRects, expected[i].dirtyRects);
+        EXPECT_EQ(actual[i].rect, expected[i].rect);
+        EXPECT_FALSE(actual[i].matched);
+    }
+}
 
-TEST(DirtyRectFlood, PreProcessDR_RandomRects_GivesWhatOneByOneGives) {
+TEST(DirtyRectFlood, ClusterFlood_RandomRects_GivesWhatOneByOneGives) {
     for (unsigned seed = 1; seed <= 300; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
@@ -50,7 +40,7 @@ TEST(DirtyRectFlood, PreProcessDR_RandomRects_GivesWhatOneByOneGives) {
         const std::int32_t screen = 100 << seed % 6;
         const std::int32_t size = 1 << seed % 11;
         Params params;
-        for (int i = 0; i < kRects; ++i) {
+        for (int i = 0; i < 300; ++i) {
             const auto pick = [&](std::int32_t range) {
                 return static_cast<std::int32_t>(random() % static_cast<unsigned>(range));
             };
@@ -58,11 +48,11 @@ TEST(DirtyRectFlood, PreProcessDR_RandomRects_GivesWhatOneByOneGives) {
             const std::int32_t y = pick(screen) - screen / 2;
             params.dirtyRects().push_back({0, {x, x + pick(size), y, y + pick(size)}});
         }
-        EXPECT_EQ(clustersOf(params), clustersOneByOne(params));
+        expectEqual(params);
     }
 }
 
-TEST(DirtyRectFlood, PreProcessDR_OddRectsInBetween_GivesWhatOneByOneGives) {
+TEST(DirtyRectFlood, ClusterFlood_OddRectsInBetween_GivesWhatOneByOneGives) {
     constexpr std::int32_t kEdges[] = {std::numeric_limits<std::int32_t>::lowest(),
                                        std::numeric_limits<std::int32_t>::lowest() + 1,
                                        -(1 << 30),
@@ -82,29 +72,25 @@ TEST(DirtyRectFlood, PreProcessDR_OddRectsInBetween_GivesWhatOneByOneGives) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
         Params params;
-        for (int i = 0; i < kRects; ++i) {
+        for (int i = 0; i < 300; ++i) {
             const auto edge = [&] { return kEdges[random() % std::size(kEdges)]; };
             const auto speck = static_cast<std::int32_t>(random() % 300);
             params.dirtyRects().push_back({0, random() % 8 == 0
                                                   ? Rectangle{edge(), edge(), edge(), edge()}
                                                   : Rectangle{speck, speck + 3, speck % 17 * 9, speck % 17 * 9 + 2}});
         }
-        EXPECT_EQ(clustersOf(params), clustersOneByOne(params));
+        expectEqual(params);
     }
 }
 
-TEST(DirtyRectFlood, PreProcessDR_RecordThatJoinsTwo_KeepsTheFirstsRectangle) {
+TEST(DirtyRectFlood, ClusterFlood_RecordThatJoinsTwo_KeepsTheFirstsRectangle) {
     // Two specks 20 pixels apart, then one that touches both: the first takes the second in, without its rectangle.
-    // Many more lie elsewhere, each by itself.
     Params params;
     params.dirtyRects() = {{0, {0, 10, 0, 10}}, {0, {30, 40, 0, 10}}, {0, {10, 30, 0, 10}}};
-    for (int i = 0; i < kRects; ++i) {
-        params.dirtyRects().push_back({0, {i * 3, i * 3 + 1, 100, 101}});
-    }
-    const std::vector<Rectangle> clusters = clustersOf(params);
-    ASSERT_EQ(clusters.size(), 1U + kRects);
-    EXPECT_EQ(clusters[0], (Rectangle{0, 30, 0, 10}));
-    EXPECT_EQ(clusters[1], (Rectangle{0, 1, 100, 101}));
+    const std::vector<DR_OBJECT_FRAME> frames = clusterFlood(params.dirtyRects(), 0, 3);
+    ASSERT_EQ(frames.size(), 1U);
+    EXPECT_EQ(frames[0].rect, (Rectangle{0, 30, 0, 10}));
+    EXPECT_EQ(frames[0].dirtyRects, (std::vector<std::uint32_t>{0, 1, 2}));
 }
 
 TEST(DirtyRectFlood, PreProcessDR_MomentsOnBothSidesOfTheLimit_GiveOneObjectEach) {
