@@ -2,9 +2,12 @@
 
 #include "DataParser.h"
 
+#include <algorithm>
+#include <optional>
+
+#include "AreaMatch.h"
 #include "DirtyRectFlood.h"
 #include "Geometry.h"
-#include <algorithm>
 
 namespace OrvantaNS {
 
@@ -13,17 +16,12 @@ namespace {
 // An area keeps its identity over a gap between sightings of up to this long, seconds.
 constexpr double kSightingGapSeconds = 1.5;
 
-// Two sizes are alike when each is at most a tenth and this many pixels above the other.
-constexpr std::int64_t kSizeSlackPixels = 8;
-
-bool isSizeWithinReach(std::int32_t size, std::int32_t other) {
-    return std::int64_t{size} - kSizeSlackPixels <= std::int64_t{other} * 11 / 10;
-}
-
-bool isSimilar(const Rectangle& seen, const Rectangle& fresh) {
-    return overlaps(seen, fresh) && isSizeWithinReach(width(seen), width(fresh)) &&
-           isSizeWithinReach(width(fresh), width(seen)) && isSizeWithinReach(height(seen), height(fresh)) &&
-           isSizeWithinReach(height(fresh), height(seen));
+// Position of the first frame that is not matched yet and similar to `seen`; the number of frames when there is none.
+std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Rectangle& seen) {
+    const auto match = std::find_if(frames.begin(), frames.end(), [&](const DR_OBJECT_FRAME& frame) {
+        return !frame.matched && isSimilar(seen, frame.rect);
+    });
+    return static_cast<std::size_t>(match - frames.begin());
 }
 
 // Whether a span of time lies within the interval, ends included, or overlaps it by more than nothing. A span of no
@@ -95,22 +93,28 @@ void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::
 void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, std::vector<std::uint32_t>& active,
                                         long long time) {
     const long long maximumGap = revertTime(kSightingGapSeconds);
+    std::optional<SimilarFrameFinder> finder;
+    if (frames.size() > kFloodFrames && active.size() > kFloodFrames) {
+        finder.emplace(frames);
+    }
     // The objects that stay alive move up in order; erasing one by one would cost the square of a flood.
     auto alive = active.begin();
     for (const std::uint32_t index : active) {
         DR_OBJECT& object = drObjects[index];
         const Rectangle seen = object.frames.back().rect;
-        const auto match = std::find_if(frames.begin(), frames.end(), [&](const DR_OBJECT_FRAME& frame) {
-            return !frame.matched && isSimilar(seen, frame.rect);
-        });
-        if (match != frames.end()) {
+        const std::size_t match = finder ? finder->find(seen) : firstSimilar(frames, seen);
+        if (match < frames.size()) {
+            DR_OBJECT_FRAME& frame = frames[match];
             object.stop = time;
-            match->matched = true;
-            if (match->rect == seen) {
+            frame.matched = true;
+            if (finder) {
+                finder->take(match);
+            }
+            if (frame.rect == seen) {
                 object.frames.back().time = time;
             } else {
-                object.frames.push_back({time, match->rect});
-                object.bounds = boundingUnion(object.bounds, match->rect);
+                object.frames.push_back({time, frame.rect});
+                object.bounds = boundingUnion(object.bounds, frame.rect);
             }
         }
         // Age is tested after the match: an area seen again at this moment is young, however long it was away.
