@@ -21,6 +21,7 @@ struct DR_OBJECT {
     long long start = 0;              ///< When the object was first seen.
     long long stop = 0;               ///< When it was last seen.
     Rectangle bounds;                 ///< Bounding union of all `frames`.
+    bool isInOrder = false;           ///< Every sighting is known to be no earlier than the one before.
 };
 
 } // namespace OrvantaNS

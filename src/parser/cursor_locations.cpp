@@ -2,6 +2,8 @@
 
 #include "DataParser.h"
 
+#include <algorithm>
+
 #include "Geometry.h"
 #include "StillPoint.h"
 
@@ -138,12 +140,14 @@ void DataParser::createOffScreenPrimitive(unsigned int, OV_DATA_STORE&, MOUSE_ID
 
 OV_MOUSE_LOCATION DataParser::getMouseAtTime(const Params& params, long long time) {
     const std::vector<OV_MOUSE_LOCATION>& locations = params.cursorLocations();
-    for (std::size_t i = skipLocation; i < locations.size(); ++i) {
-        if (locations[i].time >= time) {
-            return locations[i];
-        }
-    }
-    return {-1, -1, -1};
+    const auto from =
+        locations.begin() + static_cast<std::ptrdiff_t>(std::min(std::size_t{skipLocation}, locations.size()));
+    const auto isBefore = [](const OV_MOUSE_LOCATION& sample, long long moment) { return sample.time < moment; };
+    const auto found =
+        locationOrder.isSorted(locations)
+            ? std::lower_bound(from, locations.end(), time, isBefore)
+            : std::find_if(from, locations.end(), [&](const auto& sample) { return !isBefore(sample, time); });
+    return found == locations.end() ? OV_MOUSE_LOCATION{-1, -1, -1} : *found;
 }
 
 } // namespace OrvantaNS

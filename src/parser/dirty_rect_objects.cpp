@@ -105,6 +105,7 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
         const std::size_t match = finder ? finder->find(seen) : firstSimilar(frames, seen);
         if (match < frames.size()) {
             DR_OBJECT_FRAME& frame = frames[match];
+            object.isInOrder = object.isInOrder && time >= object.stop;
             object.stop = time;
             frame.matched = true;
             if (finder) {
@@ -127,7 +128,7 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
     for (const DR_OBJECT_FRAME& frame : frames) {
         if (!frame.matched) {
             active.push_back(static_cast<std::uint32_t>(drObjects.size()));
-            drObjects.push_back({{{time, frame.rect}}, time, time, frame.rect});
+            drObjects.push_back({{{time, frame.rect}}, time, time, frame.rect, true});
         }
     }
 }
@@ -146,6 +147,14 @@ std::vector<std::uint32_t> DataParser::getDRObjectsInTime(Interval_Type<long lon
 
 Rectangle DataParser::getDOFrameAtTime(unsigned int object, long long time) {
     const std::vector<OV_TIME_RECT>& frames = drObjects[object].frames;
+    if (drObjects[object].isInOrder) {
+        // The first frame holds whatever its time is. An area that never rests has a frame for every sighting, and is
+        // asked for every point of every stroke.
+        const auto later =
+            std::upper_bound(frames.begin() + 1, frames.end(), time,
+                             [](long long moment, const OV_TIME_RECT& frame) { return moment < frame.time; });
+        return (later - 1)->rect;
+    }
     Rectangle rect = frames.front().rect;
     for (std::size_t i = 1; i < frames.size() && frames[i].time <= time; ++i) {
         rect = frames[i].rect;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <limits>
 #include <random>
 
@@ -428,6 +429,39 @@ TEST(CursorLocationsTest, GetMouseAtTime_NothingLeft_IsAllMinusOne) {
         EXPECT_EQ(location.time, -1);
         EXPECT_EQ(location.x, -1);
         EXPECT_EQ(location.y, -1);
+    }
+}
+
+TEST(CursorLocationsTest, GetMouseAtTime_AnyStream_AgreesWithAScan) {
+    for (std::uint64_t seed = 1; seed <= 300; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        std::mt19937_64 random(seed);
+        Params params;
+        auto& locations = params.cursorLocations();
+        for (std::int32_t n = static_cast<std::int32_t>(random() % 30); n > 0; --n) {
+            locations.push_back({static_cast<long long>(random() % 20), n, -n});
+        }
+        if (seed % 2 == 0) {
+            std::stable_sort(locations.begin(), locations.end(),
+                             [](const OV_MOUSE_LOCATION& a, const OV_MOUSE_LOCATION& b) { return a.time < b.time; });
+        }
+        DataParser parser;
+        for (std::uint32_t skip = 0; skip < locations.size() + 2; ++skip) {
+            parser.skipLocation = skip;
+            for (long long time = -1; time < 22; ++time) {
+                OV_MOUSE_LOCATION expected{-1, -1, -1};
+                for (std::size_t i = skip; i < locations.size(); ++i) {
+                    if (locations[i].time >= time) {
+                        expected = locations[i];
+                        break;
+                    }
+                }
+                const OV_MOUSE_LOCATION location = parser.getMouseAtTime(params, time);
+                ASSERT_EQ(location.time, expected.time);
+                ASSERT_EQ(location.x, expected.x);
+                ASSERT_EQ(location.y, expected.y);
+            }
+        }
     }
 }
 

@@ -510,6 +510,33 @@ TEST(DirtyRectObjectsTest, GetDOFrameAtTime_AnyFrames_AgreesWithItsDefinition) {
     }
 }
 
+TEST(DirtyRectObjectsTest, GetDOFrameAtTime_FollowedAreas_AgreeWithItsDefinition) {
+    for (std::uint64_t seed = 1; seed <= 200; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        const ScopedTimeScale clock(1000.0);
+        std::mt19937_64 random(seed);
+        DataParser parser;
+        Indices active;
+        long long time = 0;
+        for (int moment = 0; moment < 60; ++moment) {
+            // Moments that repeat and, in every third round, moments that go back.
+            time += static_cast<long long>(random() % 4) - (seed % 3 == 0 ? 2 : 0);
+            Frames frames{frameOf(box(static_cast<int>(random() % 8), 0, 50, 50))};
+            parser.mergeFramesToActiveSet(frames, active, time);
+        }
+        for (std::uint32_t i = 0; i < parser.drObjects.size(); ++i) {
+            const std::vector<OV_TIME_RECT>& frames = parser.drObjects[i].frames;
+            for (long long t = -150; t < 200; ++t) {
+                Rectangle expected = frames[0].rect;
+                for (std::size_t f = 1; f < frames.size() && frames[f].time <= t; ++f) {
+                    expected = frames[f].rect;
+                }
+                ASSERT_EQ(parser.getDOFrameAtTime(i, t), expected) << t;
+            }
+        }
+    }
+}
+
 TEST(DirtyRectObjectsTest, GetDRFrameSpan_ReachesFromTheFrameBefore) {
     DataParser parser;
     parser.drObjects.push_back(objectWithFrames({1000, 2000, 3000}));
