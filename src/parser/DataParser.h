@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ActionIndex.h"
+#include "AreaTimes.h"
 #include "DataStore.h"
 #include "DirtyRectObject.h"
 #include "Interval_Type.h"
@@ -56,6 +57,7 @@ public:
     std::vector<MOUSE_STROKE> keptStrokes; ///< Every stroke that `processStrokes` kept, in the whole run.
     ActionIndex actionIndex;               ///< Where each button code stands in the request's actions.
     LocationOrder locationOrder;           ///< Whether the request's cursor samples are sorted.
+    AreaTimes areaTimes;                   ///< When the `drObjects` of the zone live, as `preProcessDR` left them.
 
     DataParser();
 

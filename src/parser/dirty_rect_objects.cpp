@@ -42,7 +42,7 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
     while (i < dirtyRects.size()) {
         const long long time = dirtyRects[i].time;
         if (time > zoneStop) {
-            return;
+            break;
         }
         frames.clear();
         std::uint32_t end = i;
@@ -62,6 +62,7 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
         // part: a stream with one record a moment yields every second one.
         ++i;
     }
+    areaTimes.build(drObjects);
 }
 
 void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::vector<DR_OBJECT_FRAME>& frames) {
@@ -135,9 +136,18 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
 
 std::vector<std::uint32_t> DataParser::getDRObjectsInTime(Interval_Type<long long> interval) {
     std::vector<std::uint32_t> selected;
-    for (std::uint32_t i = skipDRObject; i < drObjects.size(); ++i) {
+    const bool isQuick = areaTimes.standsFor(drObjects);
+    for (std::size_t i = skipDRObject; i < drObjects.size(); ++i) {
+        if (isQuick) {
+            // An area that stops before the interval is never selected, and before the first later one none ends the
+            // scan.
+            i = areaTimes.firstAlive(i, interval.start);
+            if (i == drObjects.size()) {
+                break;
+            }
+        }
         if (livesIn({drObjects[i].start, drObjects[i].stop}, interval)) {
-            selected.push_back(i);
+            selected.push_back(static_cast<std::uint32_t>(i));
         } else if (drObjects[i].start > interval.stop) {
             break;
         }
