@@ -256,6 +256,41 @@ TEST(ProgramTest, CapturedRequest_IsReplayedAtItsOwnSize) {
               kCsvHead + "\n0,0,100,50,640,400,0.5,\n");
 }
 
+/// A recording's request in the form of a dump, written here as a developer's capture would have it.
+std::string dumpOf(const command::Recording& recording, int width, int height) {
+    const Params& params = recording.params;
+    std::ostringstream out;
+    out << width << " " << height << " " << params.timeScale() << "\n";
+    const auto rects = [&out](const std::vector<OV_TIME_RECT>& samples) {
+        out << samples.size() << "\n";
+        for (const OV_TIME_RECT& sample : samples) {
+            out << sample.rect.left << " " << sample.rect.right << " " << sample.rect.top << " " << sample.rect.bottom
+                << " " << sample.time << "\n";
+        }
+    };
+    rects(params.foreWindows());
+    out << params.cursorActions().size() << "\n";
+    for (const OV_MOUSE_ACTION& action : params.cursorActions()) {
+        out << action.action << " " << action.time << "\n";
+    }
+    out << params.cursorLocations().size() << "\n";
+    for (const OV_MOUSE_LOCATION& location : params.cursorLocations()) {
+        out << location.time << " " << location.x << " " << location.y << "\n";
+    }
+    rects(params.dirtyRects());
+    rects(params.caretRects());
+    rects(params.recordingRegions());
+    return out.str();
+}
+
+TEST(ProgramTest, CapturedRequest_OfTheSample_GivesTheSamplesKeyframes) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("dump.txt", dumpOf(command::readRecordingFile(kSample), 640, 400));
+    const ProcessResult replayed = runOrvanta({"keyframes", path});
+    EXPECT_EQ(replayed.status, 0);
+    EXPECT_EQ(replayed.out, runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+}
+
 TEST(ProgramTest, UnknownFieldsAndStreams_GiveOneWarning) {
     const TemporaryDirectory directory;
     std::string header = kHeader;
