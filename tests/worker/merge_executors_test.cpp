@@ -292,6 +292,18 @@ TEST(MergeFamilyTest, BlockedFirstSlice_StaysBlockedAndIsNotProposed) {
     }
 }
 
+// The verdict counts as computed, so that the fresh proposals do not classify the slice anew.
+TEST(MergeFamilyTest, UnidentifiedFirstSlice_IsIdentifiedAfterwards) {
+    for (const MergeCase& c : kMerges) {
+        SCOPED_TRACE(c.name);
+        OV_DATA_STORE store = surrounded(c);
+        store.slices[1].breakdown.identified = false;
+        execute(c.executor, store, 1, 2);
+        EXPECT_TRUE(store.slices[1].breakdown.identified);
+        EXPECT_EQ(store.slices[1].breakdown.tier4Rect, kBoth);
+    }
+}
+
 TEST(MergeFamilyTest, MergesRemaining_MayGoBelowZero) {
     for (const MergeCase& c : kMerges) {
         SCOPED_TRACE(c.name);
