@@ -20,10 +20,7 @@ constexpr double kReportedScale = 1000.0;
 // Reports of this engine: at most one for each sample and each voted tick, and the last.
 class ReportCounter : public ProgressReporter {
 public:
-    bool isCancelled() override {
-        FUZZ_CHECK(!"the voting engine never asks");
-        return false;
-    }
+    bool isCancelled() override { fail("the voting engine never asks whether to stop", __FILE__, __LINE__); }
     void reportProgress(double percent) override {
         ++reports;
         FUZZ_CHECK(percent >= 0.0 && percent <= 100.0);
