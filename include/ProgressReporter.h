@@ -1,10 +1,12 @@
 // The host's ear on a running computation.
 #pragma once
 
+#include "OrvantaExport.h"
+
 namespace OrvantaNS {
 
 /// Implemented by the host, called by the library on the caller's thread from inside the call, never owned by it.
-class ProgressReporter {
+class ORVANTA_EXPORT ProgressReporter {
 public:
     virtual ~ProgressReporter() = default;
 

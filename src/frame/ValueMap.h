@@ -1,6 +1,8 @@
 // What a value space says about one interval: the few rectangles in which the action was.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -27,6 +29,14 @@ inline bool CompareMapSpaces(const std::pair<Rectangle, double>& a, const std::p
 /// Descending by density. False when either density is not a number; ties keep their order under a stable sort.
 inline bool CompareMapSpacesReverse(const std::pair<Rectangle, double>& a, const std::pair<Rectangle, double>& b) {
     return a.second > b.second;
+}
+
+/// Sorts by density, densest first; equal ones keep their order. A sort over values that are not numbers has no defined
+/// result, so those go to the end, in the order in which they stand.
+inline void sortByDensity(std::vector<std::pair<Rectangle, double>>& spaces) {
+    const auto numbersEnd = std::stable_partition(spaces.begin(), spaces.end(),
+                                                  [](const auto& space) { return !std::isnan(space.second); });
+    std::stable_sort(spaces.begin(), numbersEnd, CompareMapSpacesReverse);
 }
 
 } // namespace OrvantaNS

@@ -108,7 +108,7 @@ void DataParser::metaMenuResult(unsigned int, const Params&, OV_DATA_STORE&, uns
     for (std::size_t c = index + std::size_t{1}; c < objects.size(); ++c) {
         const OV_VALUE_OBJECT& click = objects[c];
         if ((click.type != Click && click.type != DoubleClick) || !contains(reach, click.rect) ||
-            click.start < menu.start || click.stop > menu.stop) {
+            !(click.start >= menu.start && click.stop <= menu.stop)) {
             continue;
         }
         for (std::size_t m = index + std::size_t{1}; m < objects.size(); ++m) {

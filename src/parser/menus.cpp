@@ -62,6 +62,9 @@ void DataParser::processMenu(unsigned int zone, const Params& params, OV_DATA_ST
     const Rectangle region = params.recordingRegions().at(0).rect;
     const std::vector<OV_TIME_RECT>& windows = params.foreWindows();
     const auto isLeft = [&] { return nextForeWindow < windows.size(); };
+    if (!isLeft()) {
+        return;
+    }
 
     Rectangle menu = raisedToBar(windows[nextForeWindow].rect, region);
     long long began = windows[nextForeWindow].time;

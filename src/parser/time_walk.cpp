@@ -56,8 +56,9 @@ void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DAT
             isEarlier(metaTime, foreWindowTime) && isEarlier(metaTime, locationTime)) {
             const Interval_Type<long long> before{metaStartTime, metaTime};
             fluxCapacitor(zone, params, store);
-            // A step of no tick would go on for ever. One that wraps below 0 only leaves the rest to the primary pass.
-            if (metaStartTime == before.start && metaTime == before.stop) {
+            // A step of no tick would go on for ever, and one backwards nearly so. One that wraps below 0 only leaves the
+            // rest to the primary pass.
+            if (metaTime != kNoMetaPass && metaStartTime <= before.start && metaTime <= before.stop) {
                 return;
             }
         } else if (locationTime >= 0 && isEarlier(locationTime, actionTime) && isEarlier(locationTime, caretTime) &&

@@ -39,7 +39,7 @@ void DataParser::metaContextMenu(unsigned int, const Params& params, OV_DATA_STO
         window.type = Menu;
         objects[index].type = Dead;
         // A menu does not open as a window does.
-        for (std::size_t k = index + std::size_t{1}; k < objects.size() && objects[k].start <= window.start; ++k) {
+        for (std::size_t k = index + std::size_t{1}; k < objects.size() && !(objects[k].start > window.start); ++k) {
             if (objects[k].type == ForeOpen && objects[k].start == window.start) {
                 objects[k].type = Dead;
                 break;

@@ -108,7 +108,7 @@ VS_VALUE_MAP OrvantaWorker::detectKeyframe(OV_DATA_STORE& store, double time) co
     recalcValueInterval(store, {time, end}, space);
     VS_VALUE_MAP map = space.summarize((end - time) * g_ValueMatrix[Reserved16].value);
     // The densest rectangle leads here, and not the highest tier.
-    std::stable_sort(map.spaces.begin(), map.spaces.end(), CompareMapSpacesReverse);
+    sortByDensity(map.spaces);
     return map;
 }
 

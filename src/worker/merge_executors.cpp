@@ -139,8 +139,7 @@ void OrvantaWorker::doForcedMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE
             }
             between.mergeId = kDeadMergeId;
         }
-        // Another order of addition than the limit's: the two may differ in the last bit.
-        first.stop = store.fadeSeconds + first.start + kRestSeconds;
+        first.stop = limit;
         createMergeEntry(store, queue, entry.firstSlice);
         return;
     }

@@ -52,7 +52,7 @@ VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) c
     for (const std::pair<Rectangle, double>& layer : second.spaces) {
         addLayer(stack.spaces, layer);
     }
-    std::stable_sort(stack.spaces.begin(), stack.spaces.end(), CompareMapSpacesReverse);
+    sortByDensity(stack.spaces);
     ValueSpace::cleanValueMap(stack);
 
     // The hot rectangles of the two are not handed on: the merged map answers by its spaces.

@@ -9,7 +9,7 @@
 
 #include "DataStore.h"
 #include "EngineErrors.h"
-#include "ListeningReporter.h"
+#include "RecordingReporter.h"
 #include "Scene.h"
 #include "ValueSpace.h"
 
@@ -19,7 +19,7 @@ namespace {
 using testing::box;
 using ::testing::ElementsAre;
 using testing::expectError;
-using testing::ListeningReporter;
+using testing::RecordingReporter;
 
 OV_VALUE_OBJECT object(std::uint32_t type, double start, double stop, Rectangle rect) {
     return {type, start, stop, rect, 0.0};
@@ -321,7 +321,7 @@ TEST(SliceTimeTest, ExpiredObjects_LeaveTheWalk) {
 
 TEST(SliceTimeTest, EachSliceStart_IsReportedInTheSlicingBand) {
     OV_DATA_STORE store = storeWithZones({{0.0, 9.0}}, {object(ActiveWindow, 0.0, 50.0, kHere)});
-    ListeningReporter reporter;
+    RecordingReporter reporter;
     store.progress = &reporter;
     store.clipStop = 12.0;
     OrvantaWorker().sliceTime(store);
@@ -330,7 +330,7 @@ TEST(SliceTimeTest, EachSliceStart_IsReportedInTheSlicingBand) {
 
 TEST(SliceTimeTest, Cancel_TakesEffectBeforeTheNextSlice) {
     OV_DATA_STORE store = storeWithZones({{0.0, 9.0}}, {object(ActiveWindow, 0.0, 50.0, kHere)});
-    ListeningReporter reporter(2);
+    RecordingReporter reporter(2);
     store.progress = &reporter;
     store.clipStop = 12.0;
     expectError([&] { OrvantaWorker().sliceTime(store); }, OVERR_USER_CANCELLED, "Need String! User Cancelled");

@@ -9,12 +9,12 @@
 
 namespace OrvantaNS::testing {
 
-class ListeningReporter : public ProgressReporter {
+class RecordingReporter : public ProgressReporter {
 public:
     /// Never cancels.
-    ListeningReporter() = default;
+    RecordingReporter() = default;
     /// Cancels at the question of this number, counted from 0.
-    explicit ListeningReporter(std::size_t cancelAt) : cancelAt_(cancelAt) {}
+    explicit RecordingReporter(std::size_t cancelAt) : cancelAt_(cancelAt) {}
 
     void reportProgress(double percent) override { percents.push_back(percent); }
     bool isCancelled() override { return questions++ >= cancelAt_; }
