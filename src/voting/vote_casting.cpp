@@ -58,6 +58,8 @@ double frontmostWindowWeight(int k, int full, int end) {
     if (k <= full) {
         return kWindowWeight;
     }
+    // Where `end` is not above `full`, no range is cast that reaches past `full`.
+    // NOLINTNEXTLINE(clang-analyzer-core.DivideZero)
     return static_cast<double>(1 - (k - full) / (end - full)) * kWindowWeight;
 }
 

@@ -30,7 +30,7 @@ bool nearlyFits(std::int32_t extent, std::int32_t target) { return extent <= std
 } // namespace
 
 OrvantaWorker::KeyframeList OrvantaWorker::calcOrvantaKeyframeAtTime(const Params& params, long long time) const {
-    const auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
+    auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
     checkRequest(params, RefusalOutput::silent);
     OV_DATA_STORE store;
     DataParser::StoreTimeScale.store(params.timeScale(), std::memory_order_relaxed);

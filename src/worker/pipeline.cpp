@@ -21,7 +21,7 @@ OrvantaWorker::~OrvantaWorker() = default;
 
 OrvantaWorker::KeyframeList OrvantaWorker::calcOrvantaKeyframes(const Params& params,
                                                                 ProgressReporter* reporter) const {
-    const auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
+    auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
     OV_DATA_STORE store;
     runPipeline(params, reporter, store, {});
     *result = store.keyframes;

@@ -32,7 +32,7 @@ OrvantaWorker::KeyframeList OrvantaWorker::calcKeyframeAtWindow(const Params& pa
     calculatePadding(padWidth, padHeight, bound, rect);
     padToAspectRatio(rect, padWidth, padHeight, rect, bound);
 
-    const auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
+    auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
     result->push_back({0, rect});
     return result;
 }
