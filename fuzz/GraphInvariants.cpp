@@ -28,15 +28,17 @@ bool isWithin(const Rectangle& rect) {
 
 } // namespace
 
-// All spaces above each space. Empty for a free slot.
-std::vector<std::set<std::uint32_t>> GraphWatcher::ancestors() const {
-    std::vector<std::set<std::uint32_t>> above(space_.graph.size());
-    for (std::uint32_t s = 0; s < space_.graph.size(); ++s) {
-        Indices todo = space_.graph[s].parents;
+GraphWatcher::Above GraphWatcher::ancestors() const {
+    const std::size_t count = space_.graph.size();
+    Above above(count, std::vector<bool>(count));
+    std::vector<std::uint32_t> todo;
+    for (std::size_t s = 0; s < count; ++s) {
+        todo = space_.graph[s].parents;
         while (!todo.empty()) {
             const std::uint32_t parent = todo.back();
             todo.pop_back();
-            if (above[s].insert(parent).second) {
+            if (!above[s][parent]) {
+                above[s][parent] = true;
                 const Indices& further = space_.graph[parent].parents;
                 todo.insert(todo.end(), further.begin(), further.end());
             }
@@ -47,14 +49,14 @@ std::vector<std::set<std::uint32_t>> GraphWatcher::ancestors() const {
 
 void GraphWatcher::insert(unsigned object) {
     const bool isNew = space_.objectMap.count(object) == 0;
-    const std::vector<std::set<std::uint32_t>> before = ancestors();
+    const Above before = ancestors();
     const Rectangle rect = space_.store->valueObjects[object].rect;
     isOrdinary_ = isOrdinary_ && isWithin(rect);
     space_.insertObject(object);
-    const std::vector<std::set<std::uint32_t>> after = ancestors();
+    const Above after = ancestors();
     for (std::size_t s = 0; s < before.size(); ++s) {
-        for (const std::uint32_t lost : before[s]) {
-            if (isOrdinary_ && after[s].count(lost) == 0) {
+        for (std::size_t lost = 0; lost < before.size(); ++lost) {
+            if (isOrdinary_ && before[s][lost] && !after[s][lost]) {
                 // Only what lies inside the new rectangle can have been left unvisited.
                 FUZZ_CHECK(isNew && contains(rect, space_.graph[lost].rect));
                 FUZZ_CHECK(contains(rect, space_.graph[s].rect));
@@ -115,7 +117,7 @@ void GraphWatcher::checkLinks() const {
 
 void GraphWatcher::checkObjects() const {
     const auto& graph = space_.graph;
-    const std::vector<std::set<std::uint32_t>> above = ancestors();
+    const Above above = ancestors();
     for (std::uint32_t s = 0; s < graph.size(); ++s) {
         const OV_INTERSECTION& node = graph[s];
         if (!node.valid) {
@@ -127,7 +129,7 @@ void GraphWatcher::checkObjects() const {
         }
         // An object stands at its own space and all spaces below, and nowhere else.
         for (const auto& [object, home] : space_.objectMap) {
-            FUZZ_CHECK(holds(node.objects, object) == (home == s || above[s].count(home) == 1));
+            FUZZ_CHECK(holds(node.objects, object) == (home == s || above[s][home]));
         }
         for (const std::uint32_t parent : node.parents) {
             for (const std::uint32_t object : graph[parent].objects) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <set>
 #include <vector>
 
 #include "ValueSpace.h"
@@ -28,7 +27,9 @@ public:
     bool isWhole() const { return isWhole_ && isOrdinary_; }
 
 private:
-    std::vector<std::set<std::uint32_t>> ancestors() const;
+    /// For each slot, a bit for each slot above it.
+    using Above = std::vector<std::vector<bool>>;
+    Above ancestors() const;
     void checkLinks() const;
     void checkObjects() const;
     void check() const;

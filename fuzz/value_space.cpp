@@ -15,7 +15,7 @@ using namespace OrvantaNS;
 using namespace OrvantaNS::fuzz;
 
 // Overlaps of n rectangles can make some n^4 spaces; this many keep a step well under a millisecond.
-constexpr unsigned kMostObjects = 24;
+constexpr unsigned kMostObjects = 16;
 
 Rectangle rectangle(ByteReader& bytes, const Rectangle& previous) {
     const std::uint8_t choice = bytes.u8();
