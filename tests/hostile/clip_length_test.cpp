@@ -23,7 +23,7 @@ TEST(ClipLength, Parsing_StopAtEndOfRange_CancelledAtAnyQuestion) {
     const std::vector<std::pair<double, long long>> clips{
         {100.0, kHighest / 2}, {1000.0, kHighest / 2}, {10000000.0, kHighest}};
     for (const auto& [scale, stop] : clips) {
-        for (const std::uint64_t cancelAt : {1, 2, 3, 50, 5000}) {
+        for (const std::uint64_t cancelAt : {1U, 2U, 3U, 50U, 5000U}) {
             Scene scene = recording().cursor(1.0, 10, 10).cursor(1.1, 400, 300).click(2.0);
             scene.params().setTimeScale(scale).setClipInterval(0, stop);
             CountingReporter reporter(cancelAt);
@@ -35,7 +35,7 @@ TEST(ClipLength, Parsing_StopAtEndOfRange_CancelledAtAnyQuestion) {
 }
 
 TEST(ClipLength, Slicing_ZoneToEndOfRange_CancelledAtAnyQuestion) {
-    for (const std::uint64_t cancelAt : {1, 2, 50, 5000}) {
+    for (const std::uint64_t cancelAt : {1U, 2U, 50U, 5000U}) {
         CountingReporter reporter(cancelAt);
         OV_DATA_STORE store;
         store.progress = &reporter;
