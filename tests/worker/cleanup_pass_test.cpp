@@ -19,7 +19,7 @@ using testing::valueMap;
 
 const OrvantaWorker worker;
 
-// The floor is 2 s.
+// At the fade of 1 s the floor is 2 s.
 
 OV_FOCUS_SLICE shot(double start, double stop, std::int32_t mergeType = 3) {
     return slice(start, stop, breakdown("T", {}, box(0, 0, 10, 10)), mergeType);
@@ -76,6 +76,25 @@ TEST(MergeCleanupPassTest, ShotOnTheFloor_TakesInTheNext) {
     const OV_DATA_STORE store = cleaned({shot(0, 2), shot(2, 9)});
     EXPECT_EQ(alive(store), (Alive{true, false}));
     EXPECT_EQ(store.slices[0].stop, 9.0);
+}
+
+TEST(MergeCleanupPassTest, FloorAtOtherFades_IsTheFadeAndASecond) {
+    const auto left = [](double fade, double length) {
+        OV_DATA_STORE store = sliceStore({shot(0, length), shot(length, 20)});
+        store.fadeSeconds = fade;
+        worker.mergeCleanupPass(store);
+        return alive(store);
+    };
+    EXPECT_EQ(left(0.5, 1.5), (Alive{true, false}));
+    EXPECT_EQ(left(0.5, 1.501), (Alive{true, true}));
+    EXPECT_EQ(left(3.0, 4.0), (Alive{true, false}));
+    EXPECT_EQ(left(3.0, 4.001), (Alive{true, true}));
+    // The same floor ends the taking in: 0.75 s and 0.75 s are on it, and go on.
+    OV_DATA_STORE store = sliceStore({shot(0, 0.75), shot(0.75, 1.5), shot(1.5, 5), shot(5, 9)});
+    store.fadeSeconds = 0.5;
+    worker.mergeCleanupPass(store);
+    EXPECT_EQ(alive(store), (Alive{true, false, false, true}));
+    EXPECT_EQ(store.slices[0].stop, 5.0);
 }
 
 TEST(MergeCleanupPassTest, StillOnTheFloorAfterTakingIn_GoesOn) {

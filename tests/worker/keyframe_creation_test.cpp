@@ -162,6 +162,38 @@ TEST_F(KeyframeCreationTest, FirstSliceAmongOthers_NeedsSixSecondsMore) {
     EXPECT_EQ(keyframes(), (Keyframes{{2000, kThingFrame}}));
 }
 
+TEST_F(KeyframeCreationTest, OnlySliceAtOtherFades_NeedsTwoFadesAndTwoSeconds) {
+    store_.fadeSeconds = 0.5; // 3 s; the move starts at 1.5 s
+    slice(0.0, 3.0, OV_MERGE_TIGHT, kThing);
+    EXPECT_TRUE(keyframes().empty());
+    store_.slices[0].stop = 3.001;
+    EXPECT_EQ(keyframes(), (Keyframes{{1500, kThingFrame}}));
+    EXPECT_EQ(store_.slices[0].start, 1.5);
+    store_.fadeSeconds = 3.0; // 8 s; the move starts at 4 s
+    store_.keyframes.clear();
+    store_.slices = {};
+    slice(0.0, 8.0, OV_MERGE_TIGHT, kThing);
+    EXPECT_TRUE(keyframes().empty());
+    store_.slices[0].stop = 8.001;
+    EXPECT_EQ(keyframes(), (Keyframes{{4000, kThingFrame}}));
+}
+
+TEST_F(KeyframeCreationTest, FirstSliceAmongOthersAtOtherFades_NeedsTwoFadesAndEightSeconds) {
+    store_.fadeSeconds = 0.5; // 9 s
+    slice(0.0, 9.0, OV_MERGE_TIGHT, kThing);
+    slice(9.0, 20.0, OV_MERGE_NONE);
+    EXPECT_TRUE(keyframes().empty());
+    store_.slices[0].stop = 9.001;
+    EXPECT_EQ(keyframes(), (Keyframes{{1500, kThingFrame}}));
+    store_.fadeSeconds = 3.0; // 14 s
+    store_.keyframes.clear();
+    store_.slices[0].start = 0.0;
+    store_.slices[0].stop = 14.0;
+    EXPECT_TRUE(keyframes().empty());
+    store_.slices[0].stop = 14.001;
+    EXPECT_EQ(keyframes(), (Keyframes{{4000, kThingFrame}}));
+}
+
 TEST_F(KeyframeCreationTest, FirstSliceAmongDeadOthers_CountsThem) {
     slice(0.0, 10.0, OV_MERGE_TIGHT, kThing);
     slice(4.0, 10.0, OV_MERGE_TIGHT, kThing).mergeId = -1;
@@ -331,6 +363,17 @@ TEST_F(ZoomTimeTest, Floor_KeepsTheMoveOffTheOneBefore) {
     EXPECT_EQ(startAfterAdjusting(17.75), 19.75) << "floor 19.75";
     EXPECT_EQ(startAfterAdjusting(18.0), 20.0) << "floor 20: no move";
     EXPECT_EQ(startAfterAdjusting(19.0), 20.0) << "floor 21: never later";
+}
+
+TEST_F(ZoomTimeTest, FloorAtOtherFades_IsTheFadeAndASecondBehindTheSliceBefore) {
+    store_.fadeSeconds = 0.5;
+    EXPECT_EQ(startAfterAdjusting(18.0), 19.7) << "floor 19.5";
+    EXPECT_EQ(startAfterAdjusting(18.25), 19.75) << "floor 19.75";
+    EXPECT_EQ(startAfterAdjusting(18.5), 20.0) << "floor 20: no move";
+    store_.fadeSeconds = 3.0;
+    EXPECT_EQ(startAfterAdjusting(15.5), 19.7) << "floor 19.5";
+    EXPECT_EQ(startAfterAdjusting(15.75), 19.75) << "floor 19.75";
+    EXPECT_EQ(startAfterAdjusting(16.0), 20.0) << "floor 20: no move";
 }
 
 TEST_F(ZoomTimeTest, Floor_IsTheSliceBeforeWhateverItsState) {

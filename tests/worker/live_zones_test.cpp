@@ -24,14 +24,14 @@ struct Span {
     friend bool operator==(const Span&, const Span&) = default;
 };
 
-// The zones of a scene with a fade of 1 s, which makes the margin 2 s.
+// The zones of a scene. Unless a test says otherwise the fade is 1 s, which makes the margin 2 s.
 class LiveZonesTest : public ::testing::Test {
 protected:
     void SetUp() override { DataParser::StoreTimeScale = 1000.0; }
 
     OV_DATA_STORE& parse(const Scene& scene, double clipStart, double clipStop) {
         store_ = {};
-        store_.fadeSeconds = 1.0;
+        store_.fadeSeconds = fade_;
         store_.clipStart = clipStart;
         store_.clipStop = clipStop;
         worker_.parseLiveZones(scene.params(), store_);
@@ -51,6 +51,7 @@ protected:
 
     OrvantaWorker worker_;
     OV_DATA_STORE store_;
+    double fade_ = 1.0;
 };
 
 const Rectangle kOther = box(100, 50, 800, 600);
@@ -97,6 +98,21 @@ TEST_F(LiveZonesTest, LastZone_IsKeptWhenItLastsMoreThanOneMargin) {
     EXPECT_EQ(zones(scene, 0.0, 13.999), (std::vector<Span>{{0.0, 8.0}}));
     EXPECT_EQ(zones(scene, 0.0, 14.0), (std::vector<Span>{{0.0, 8.0}}));
     EXPECT_EQ(zones(scene, 0.0, 14.001), (std::vector<Span>{{0.0, 8.0}, {12.0, 14.001}}));
+}
+
+// The margin is the fade and one second, not two fades and not two seconds.
+TEST_F(LiveZonesTest, OtherFades_MoveTheMargin) {
+    fade_ = 0.5; // margin 1.5 s
+    EXPECT_EQ(zones(recording().region(10.0, kOther), 0.0, 60.0), (std::vector<Span>{{0.0, 8.5}, {11.5, 60.0}}));
+    EXPECT_EQ(zones(recording().region(3.0, kOther), 0.0, 60.0), (std::vector<Span>{{4.5, 60.0}}));
+    EXPECT_EQ(zones(recording().region(3.001, kOther), 0.0, 60.0).size(), 2u);
+    EXPECT_EQ(zones(recording().region(10.0, kOther), 0.0, 13.0), (std::vector<Span>{{0.0, 8.5}}));
+    EXPECT_EQ(zones(recording().region(10.0, kOther), 0.0, 13.001), (std::vector<Span>{{0.0, 8.5}, {11.5, 13.001}}));
+    fade_ = 3.0; // margin 4 s
+    EXPECT_EQ(zones(recording().region(10.0, kOther), 0.0, 60.0), (std::vector<Span>{{0.0, 6.0}, {14.0, 60.0}}));
+    EXPECT_EQ(zones(recording().region(8.0, kOther), 0.0, 60.0), (std::vector<Span>{{12.0, 60.0}}));
+    fade_ = 0.0; // margin 1 s
+    EXPECT_EQ(zones(recording().region(10.0, kOther), 0.0, 60.0), (std::vector<Span>{{0.0, 9.0}, {11.0, 60.0}}));
 }
 
 TEST_F(LiveZonesTest, Clip_BoundsOnlyTheFirstStartAndTheLastStop) {

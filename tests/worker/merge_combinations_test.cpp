@@ -1,3 +1,4 @@
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -157,6 +158,24 @@ TEST(MergeInOutInTest, ExcursionOnTheLimit_IsDropped) {
     EXPECT_FALSE(drops({.length = 7.001}));
 }
 
+// At a fade of 0.012 s the sum in this order, fade + 1 + 5, lies one double above fade + 6, and is the limit.
+TEST(MergeInOutInTest, LimitAtOtherFades_IsTheFadeAndOneAndFiveSeconds) {
+    const auto dropsAt = [](double fade, double length) {
+        OV_DATA_STORE store = sliceStore({wide(-5, 0, frameAt(100)), wide(0, 1, box(0, 0, 1600, 1000)),
+                                          blank(1, length), wide(length, 30, frameAt(100))});
+        store.fadeSeconds = fade;
+        return worker.mergeInOutIn(kScene, store, 0, 1, 3);
+    };
+    EXPECT_TRUE(dropsAt(0.5, 6.5));
+    EXPECT_FALSE(dropsAt(0.5, std::nextafter(6.5, 7.0)));
+    EXPECT_TRUE(dropsAt(3.0, 9.0));
+    EXPECT_FALSE(dropsAt(3.0, std::nextafter(9.0, 10.0)));
+    const double limit = 0.012 + 1.0 + 5.0;
+    ASSERT_GT(limit, 0.012 + 6.0);
+    EXPECT_TRUE(dropsAt(0.012, limit));
+    EXPECT_FALSE(dropsAt(0.012, std::nextafter(limit, 7.0)));
+}
+
 // 90 % of 640 columns are 576.
 TEST(MergeInOutInTest, FramesBeforeAndAfter_ShareNinetyPercent) {
     EXPECT_TRUE(drops({.back = frameAt(164)}));
@@ -267,6 +286,40 @@ TEST(MergeTightLooseTightTest, MiddleOnTheLimit_IsTooLong) {
     EXPECT_FALSE(worker.mergeTightLooseTight(store, 0, 2, 4));
     store.slices[2].start = 4.001;
     EXPECT_TRUE(worker.mergeTightLooseTight(store, 0, 2, 4));
+}
+
+// At a fade of 0.012 s the sum in this order, fade + 1 + 3, lies one double above fade + 4, and is the limit.
+TEST(MergeTightLooseTightTest, LimitAtOtherFades_IsTheFadeAndOneAndThreeSeconds) {
+    const auto reshapes = [](double fade, double length) {
+        OV_DATA_STORE store = sliceStore({close(-5, 0, frameAt(0)), loose(0, 1, frameAt(500, 500)), blank(1, length),
+                                          close(length, 20, frameAt(1000, 600))});
+        store.fadeSeconds = fade;
+        return worker.mergeTightLooseTight(store, 0, 1, 3);
+    };
+    EXPECT_TRUE(reshapes(0.5, std::nextafter(4.5, 4.0)));
+    EXPECT_FALSE(reshapes(0.5, 4.5));
+    EXPECT_TRUE(reshapes(3.0, std::nextafter(7.0, 6.0)));
+    EXPECT_FALSE(reshapes(3.0, 7.0));
+    const double limit = 0.012 + 1.0 + 3.0;
+    ASSERT_GT(limit, 0.012 + 4.0);
+    EXPECT_TRUE(reshapes(0.012, 0.012 + 4.0));
+    EXPECT_FALSE(reshapes(0.012, limit));
+}
+
+// The middle shot lasts 0.8 s with its blank; at a fade of 0.5 s it gets the 1.5 s before the next shot.
+TEST(MergeTightLooseTightTest, OtherFade_MovesTheBoundaryByItsFloor) {
+    OV_DATA_STORE store = looseBetween();
+    store.fadeSeconds = 0.5;
+    EXPECT_TRUE(worker.mergeTightLooseTight(store, 0, 2, 4));
+    EXPECT_EQ(store.slices[0].stop, 7.5);
+    EXPECT_EQ(store.slices[2].start, 7.5);
+    // Of exactly 1.5 s it keeps its start.
+    store = looseBetween();
+    store.fadeSeconds = 0.5;
+    store.slices[2].start = 7.5;
+    EXPECT_TRUE(worker.mergeTightLooseTight(store, 0, 2, 4));
+    EXPECT_EQ(store.slices[2].start, 7.5);
+    EXPECT_EQ(store.slices[0].stop, 8.2);
 }
 
 // ---- doBestMerge ----

@@ -194,6 +194,19 @@ TEST(ForceLastKeyframeTest, LastAHairShorter_IsFoldedIntoThePreviousTarget) {
     EXPECT_EQ(store.slices[0].map.spaces[0].first, kHot);
 }
 
+TEST(ForceLastKeyframeTest, FloorAtOtherFades_IsTheFadeAndASecond) {
+    const auto left = [](double fade, double lastLength) {
+        OV_DATA_STORE store = sliceStore({slice(0, 5), slice(5, 5 + lastLength)});
+        store.fadeSeconds = fade;
+        worker.forceLastKeyframe(store);
+        return store.slices.size();
+    };
+    EXPECT_EQ(left(0.5, 1.5), 2u);
+    EXPECT_EQ(left(0.5, 1.499), 1u);
+    EXPECT_EQ(left(3.0, 4.0), 2u);
+    EXPECT_EQ(left(3.0, 3.999), 1u);
+}
+
 TEST(ForceLastKeyframeTest, ShortBlankAtTheEnd_IsFoldedLikeAnyOther) {
     OV_DATA_STORE store = sliceStore({slice(0, 5), blank(5, 8), blank(8, 9)});
     worker.forceLastKeyframe(store);

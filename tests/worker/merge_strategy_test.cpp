@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -71,6 +72,16 @@ TEST(CalculateMergePriorityTest, TwoSlicesOfTwoSeconds) {
     EXPECT_EQ(priorityOf(store, 900), 514);
     EXPECT_EQ(priorityOf(store, 600), 342);
     EXPECT_EQ(priorityOf(store, 100), 57);
+}
+
+TEST(CalculateMergePriorityTest, OtherFades_MoveTheScale) {
+    OV_DATA_STORE store = pairOf({}, 2.0, {}, 2.0);
+    store.fadeSeconds = 0.5; // D = 6.5: 0.25 x 9/13 twice, 0.5 x 5/13, which is 7/13.
+    EXPECT_EQ(priorityOf(store, 1000), 538);
+    store.fadeSeconds = 2.0; // D = 8: 0.25 x 3/4 twice, 0.5 x 1/2.
+    EXPECT_EQ(priorityOf(store, 1000), 625);
+    store.fadeSeconds = 0.0; // D = 6: 0.25 x 2/3 twice, 0.5 x 1/3.
+    EXPECT_EQ(priorityOf(store, 900), 450);
 }
 
 TEST(CalculateMergePriorityTest, LongSlices_GetTheFloor) {
@@ -236,6 +247,28 @@ TEST(DetermineBlockStrategyTest, BlanksMakeASliceLong) {
     store.slices[2].start = 6.5;
     entry = entryOf(store, 0, 2);
     EXPECT_FALSE(worker.determineBlockStrategy(store, entry));
+}
+
+// At a fade of 0.012 s the sums in the two orders, fade + 6 and fade + 1 + 5, are neighbouring doubles: the lower one is
+// the limit.
+TEST(DetermineBlockStrategyTest, LongSliceAtOtherFades_IsTheFadeAndSixSeconds) {
+    const auto blocks = [](double fade, double firstLength, double nextLength) {
+        OV_DATA_STORE store = sliceStore({slice(-firstLength, 0.0, breakdown("", {}, kHot)),
+                                          slice(0.0, nextLength, breakdown("IW", kWindow, kWindow))});
+        store.fadeSeconds = fade;
+        MERGE_ENTRY entry = entryOf(store, 0, 1);
+        return worker.determineBlockStrategy(store, entry);
+    };
+    EXPECT_TRUE(blocks(0.5, 6.5, 1.0));
+    EXPECT_TRUE(blocks(0.5, 1.0, 6.5));
+    EXPECT_FALSE(blocks(0.5, 6.499, 6.499));
+    EXPECT_TRUE(blocks(3.0, 9.0, 1.0));
+    EXPECT_FALSE(blocks(3.0, 8.999, 8.999));
+    const double limit = 0.012 + 6.0;
+    ASSERT_LT(limit, 0.012 + 1.0 + 5.0);
+    EXPECT_TRUE(blocks(0.012, limit, 1.0));
+    EXPECT_TRUE(blocks(0.012, 1.0, limit));
+    EXPECT_FALSE(blocks(0.012, std::nextafter(limit, 0.0), std::nextafter(limit, 0.0)));
 }
 
 // ---- the four merges: what each proposes by itself, and whether it decides ----
@@ -416,6 +449,36 @@ TEST(DetermineMergeStrategyTest, KeyframeBelowTheFloor_IsForced) {
     EXPECT_EQ(determine(store), kNothing);
     store.slices[0].blocked = false;
     EXPECT_EQ(determine(store).strategy, 1);
+}
+
+TEST(DetermineMergeStrategyTest, KeyframeFloorAtOtherFades_IsTheFadeAndASecond) {
+    const auto forced = [](double fade, double length) {
+        OV_DATA_STORE store = pairOf(breakdown("TIW", kWindow, kHot), length, breakdown("TIW", kWindow, kHotNear), 2.0);
+        store.fadeSeconds = fade;
+        store.slices[0].keyframe = true;
+        return determine(store).strategy == 4;
+    };
+    EXPECT_TRUE(forced(0.5, 1.499));
+    EXPECT_FALSE(forced(0.5, 1.5));
+    EXPECT_TRUE(forced(3.0, 3.999));
+    EXPECT_FALSE(forced(3.0, 4.0));
+}
+
+// Two loose shots that share no frame: short ones merge, a long one stays apart.
+TEST(DetermineMergeStrategyTest, UndecidedPairAtOtherFades_IsLongFromTheFadeAndSixSeconds) {
+    const auto strategyOf = [](double fade, double firstLength, double nextLength) {
+        OV_DATA_STORE store = sliceStore({slice(-firstLength, 0.0, breakdown("", {}, kHotOutside)),
+                                          slice(0.0, nextLength, breakdown("", {}, kHotFar))});
+        store.fadeSeconds = fade;
+        return determine(store).strategy;
+    };
+    EXPECT_EQ(strategyOf(0.5, 6.499, 6.499), 3);
+    EXPECT_EQ(strategyOf(0.5, 6.5, 1.0), 12);
+    EXPECT_EQ(strategyOf(0.5, 1.0, 6.5), 12);
+    const double limit = 0.012 + 6.0;
+    EXPECT_EQ(strategyOf(0.012, std::nextafter(limit, 0.0), std::nextafter(limit, 0.0)), 3);
+    EXPECT_EQ(strategyOf(0.012, limit, 1.0), 12);
+    EXPECT_EQ(strategyOf(0.012, 1.0, limit), 12);
 }
 
 TEST(DetermineMergeStrategyTest, KeyframeOfTheNextSlice_DoesNotForce) {
