@@ -177,8 +177,8 @@ TEST_F(KeyframeAtTimeTest, NoWindow_FollowsValue) {
     EXPECT_EQ(frame(), box(330, 150, 640, 400));
 }
 
-TEST_F(KeyframeAtTimeTest, ValueMode_TakesInWhatElseIsOfValue) {
-    // The drag's area comes first by density; the menu on its right is 300 away and fits the padding of 540.
+TEST_F(KeyframeAtTimeTest, ValueMode_AreaThatABetterOneBeatsInEveryTier_IsNotTakenIn) {
+    // The change on the right is 300 away and fits the padding of 540.
     add(Drag, 9.0, 20.0, box(600, 300, 100, 100));
     add(Drag, 9.0, 20.0, box(600, 300, 100, 100));
     add(IdleDirty, 9.0, 20.0, box(1000, 300, 100, 100));
@@ -201,14 +201,14 @@ TEST_F(KeyframeAtTimeTest, NothingAtAll_IsTheWholeRecordingOnTheLocalRegion) {
     EXPECT_EQ(frame(), (Rectangle{515, 965, 0, 800}));
 }
 
-TEST_F(KeyframeAtTimeTest, EmptyRectOfHugeTarget_IsComparedWide) {
-    // 5 times the target does not fit 32 bits, and would be below the window's size if it wrapped.
-    scene_.target(1700000000, 1700000000);
-    add(ActiveWindow, 0.0, 20.0, box(0, 0, 100, 100));
-    add(ForeAnimate, 9.0, 11.0, box(500, 300, 200, 100));
-    // Snapped to the window, half of the padding lies to its left; the bound brings the left edge to 0.
-    EXPECT_EQ(frame().left, 0);
-    EXPECT_EQ(width(frame()), 1700000000);
+// The window fits five quarters of the target, 2125000000 by 80. Five times the width wraps to -89934592 in 32 bits, which
+// no window fits: the frame would follow the animation, at top 300 - 4 / 2 = 298.
+TEST_F(KeyframeAtTimeTest, HugeTarget_IsComparedWide) {
+    scene_.target(1700000000, 64);
+    add(ActiveWindow, 0.0, 20.0, box(0, 0, 100, 50));
+    add(ForeAnimate, 9.0, 11.0, box(500, 300, 200, 60));
+    // Half of the padding of 1699999900 by 14 lies to the left and above; the bound brings those edges back to 0.
+    EXPECT_EQ(frame(), (Rectangle{0, 1700000000, 0, 64}));
 }
 
 // ---- Value ----
@@ -277,6 +277,38 @@ TEST_F(KeyframeAtTimeTest, WholeQuestion_NothingHappens_IsTheWholeRecording) {
         EXPECT_EQ(keyframes->at(0).time, time);
         EXPECT_EQ(keyframes->at(0).rect, kScreen);
     }
+}
+
+// At 90 s the zone runs from 80 back to 60 s, and what the frame could follow from 90 s on ends at 60: nothing counts,
+// whether it happened in the clip or behind it.
+TEST_F(KeyframeAtTimeTest, WholeQuestion_FarBehindTheClip_IsTheWholeRecordingWhateverHappened) {
+    const Rectangle window = box(500, 300, 200, 100);
+    const auto frameOf = [&](const Scene& scene) {
+        const auto keyframes = worker_.calcOrvantaKeyframeAtTime(scene, 90000);
+        EXPECT_EQ(keyframes->size(), 1u);
+        EXPECT_EQ(keyframes->at(0).time, 90000);
+        return keyframes->at(0).rect;
+    };
+    Scene inClip = recording().target(640, 400).cursor(5.0, 600, 350).click(5.0).window(5.0, window);
+    inClip.dirty(5.1, box(550, 320, 60, 40)).cursor(5.5, 700, 350);
+    EXPECT_EQ(frameOf(inClip), kScreen);
+    Scene behind = recording().target(640, 400).cursor(70.0, 600, 350).click(72.0).window(62.0, window);
+    behind.window(85.0, window).dirty(72.1, box(550, 320, 60, 40)).cursor(84.0, 700, 350).cursor(100.0, 1, 1);
+    EXPECT_EQ(frameOf(behind), kScreen);
+}
+
+// At 65 s the zone runs from 55 to the clip's stop, 60 s, but its meta passes are (55, 65) and (65, 75) as long as the
+// cursor goes on: a window from 62 to 65 s is handed over in the second one and is in force at 65.
+TEST_F(KeyframeAtTimeTest, WholeQuestion_JustBehindTheClip_SeesAWindowThatStandsThere) {
+    const Rectangle window = box(500, 300, 200, 100);
+    const auto frameOf = [&](double windowStop, double cursorTime) {
+        const Scene scene =
+            recording().target(640, 400).window(62.0, window).window(windowStop, window).cursor(cursorTime, 5, 5);
+        return worker_.calcOrvantaKeyframeAtTime(scene, 65000)->at(0).rect;
+    };
+    EXPECT_EQ(frameOf(65.0, 80.0), box(280, 150, 640, 400));
+    EXPECT_EQ(frameOf(65.001, 80.0), kScreen) << "it would be handed over by a pass that no longer comes";
+    EXPECT_EQ(frameOf(65.0, 70.0), kScreen) << "no cursor behind the second pass, which is cut to end at 60";
 }
 
 TEST_F(KeyframeAtTimeTest, WholeQuestion_FindsAnAreaThatIsDragged) {
