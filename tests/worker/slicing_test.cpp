@@ -3,12 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 #include <vector>
 
 #include "DataStore.h"
 #include "EngineErrors.h"
+#include "Geometry.h"
+#include "Random.h"
 #include "RecordingReporter.h"
 #include "Scene.h"
 #include "ValueSpace.h"
@@ -73,6 +76,39 @@ TEST_F(DetectSliceTest, TriggerWithinAProbeThatSawNothing_LeavesTheBlankSliceIts
     const OV_FOCUS_SLICE s = slice({object(Click, 0.1, 0.1, kHere)});
     EXPECT_TRUE(s.blank);
     EXPECT_EQ(s.stop, 0.2);
+}
+
+// A change of no length is worth 5 x (F(0.2) - F(0)) = 5 x (0.2 - e^-0.3 + e^-0.5) = 0.33 to the probe.
+TEST_F(DetectSliceTest, TriggerThatStartsWithABlankSlice_DoesNotEndIt) {
+    const OV_FOCUS_SLICE s = slice({object(IdleDirty, 0.0, 0.0, kHere)});
+    EXPECT_TRUE(s.blank);
+    EXPECT_EQ(s.stop, 3.0);
+    EXPECT_EQ(slice({object(IdleDirty, 0.0, 0.0, kHere), object(IdleDirty, 0.0, 0.0, kFarAway)}).stop, 3.0);
+    EXPECT_EQ(slice({object(IdleDirty, 0.0, 0.0, kHere), object(IdleDirty, 1.0, 1.0, kFarAway)}).stop, 1.0);
+}
+
+TEST_F(DetectSliceTest, Triggers_AreSearchedFromTheFirstActiveObjectOn) {
+    const auto stopFrom = [&](std::vector<OV_VALUE_OBJECT> objects, std::uint32_t firstActive, std::uint32_t next,
+                              double time) {
+        store_.valueObjects = std::move(objects);
+        store_.firstActiveObject = firstActive;
+        store_.nextObject = next;
+        ValueSpace space(&store_);
+        return worker_.detectSlice(store_, space, time).stop;
+    };
+    const std::vector<OV_VALUE_OBJECT> clicks = {object(ActiveWindow, 0.0, 50.0, kHere),
+                                                 object(Click, 10.5, 10.6, kHere), object(Click, 11.0, 11.1, kHere)};
+    EXPECT_EQ(stopFrom(clicks, 0, 0, 10.0), 10.5);
+    EXPECT_EQ(stopFrom(clicks, 1, 1, 10.0), 10.5);
+    EXPECT_EQ(stopFrom(clicks, 2, 2, 10.0), 11.0);
+    EXPECT_EQ(stopFrom(clicks, 3, 3, 10.0), 13.0);
+    // The same behind a probe that found something: each of the two changes would cut.
+    const std::vector<OV_VALUE_OBJECT> changes = {object(Hover, 0.0, 0.2, kHere), object(IdleDirty, 1.0, 1.0, kFarAway),
+                                                  object(IdleDirty, 1.5, 1.5, kFarAway)};
+    EXPECT_EQ(stopFrom(changes, 0, 0, 0.0), 1.0);
+    EXPECT_EQ(stopFrom(changes, 1, 0, 0.0), 1.0);
+    EXPECT_EQ(stopFrom(changes, 2, 0, 0.0), 1.5);
+    EXPECT_DOUBLE_EQ(stopFrom(changes, 3, 0, 0.0), 1.7);
 }
 
 TEST_F(DetectSliceTest, BlankSliceWithATimeAboveZero_CountsFromIt) {
@@ -393,6 +429,103 @@ TEST(SliceTimeTest, InfiniteZones_End) {
                                          {object(Drag, -infinity, infinity, kHere)});
     OrvantaWorker().sliceTime(store);
     EXPECT_EQ(store.slices.size(), 2u);
+}
+
+// ---- The search for triggers ----
+
+// A slice as the worker makes it, with every search for a trigger over all objects from the first active one on.
+OV_FOCUS_SLICE plainSlice(OV_DATA_STORE& store, ValueSpace& space, double time) {
+    const OrvantaWorker worker;
+    const auto valueOf = [&](double from, double to) {
+        worker.loadObjects(store, {from, to}, space);
+        worker.recalcValueInterval(store, {from, to}, space);
+        return space.quickSummarize(to - from);
+    };
+    const double probeEnd = time + 0.2;
+    const VS_VALUE_MAP probe = valueOf(time, probeEnd);
+    const auto count = static_cast<unsigned>(store.valueObjects.size());
+    OV_FOCUS_SLICE s;
+    s.start = time;
+    s.blank = probe.spaces.empty();
+    if (s.blank) {
+        const unsigned i = worker.getFirstTriggerObject(store, time, store.firstActiveObject);
+        s.stop = i == count ? time + 3.0 : std::min(time + 3.0, std::max(store.valueObjects[i].start, probeEnd));
+    } else {
+        const Rectangle focus = probe.spaces[0].first;
+        s.stop = probeEnd + std::min(3.0, probe.spaces[0].second / ((probeEnd - time) * 4.0));
+        double bound = probeEnd;
+        unsigned i = worker.getFirstTriggerObject(store, bound, store.firstActiveObject);
+        while (i < count && store.valueObjects[i].start < s.stop) {
+            const double start = store.valueObjects[i].start;
+            const Rectangle rect = store.valueObjects[i].rect;
+            if (area(intersection(rect, focus)) < 95 * area(rect) / 100) {
+                bound = start + 1.0;
+                const VS_VALUE_MAP ahead = valueOf(start, start + 1.0);
+                if (ahead.spaces.size() != 1 || worker.detectMotion(ahead.spaces[0].first, focus, 128)) {
+                    s.stop = start;
+                    break;
+                }
+            }
+            i = worker.getFirstTriggerObject(store, bound, i + 1);
+        }
+    }
+    s.stop = std::min(s.stop, store.liveZones[store.currentZone].stop);
+    const double window = worker.getNextWindowTime(store, time);
+    if (window > probeEnd && window < s.stop) {
+        s.stop = window;
+    }
+    if (!s.blank) {
+        worker.recalcValueInterval(store, {time, s.stop}, space);
+        s.map = space.summarize(s.stop - time);
+        s.blank = s.map.spaces.empty();
+    }
+    return s;
+}
+
+// Objects of all types, many of them starting at one time, one of them in force for the whole zone.
+OV_DATA_STORE generatedStore(std::uint64_t seed) {
+    testing::Random random(seed);
+    std::vector<OV_VALUE_OBJECT> objects = {object(ActiveWindow, 0.0, 40.0, box(0, 0, 800, 600))};
+    for (int n = random.range(5, 50); n > 0; --n) {
+        const double start = 0.25 * random.range(0, 140);
+        const double length = random.chance(0.3) ? 0.0 : 0.25 * random.range(0, 12);
+        const Rectangle rect =
+            box(100 * random.range(0, 8), 100 * random.range(0, 5), 50 * random.range(1, 6), 50 * random.range(1, 6));
+        objects.push_back(
+            object(static_cast<std::uint32_t>(random.range(Move, ClickWindow)), start, start + length, rect));
+    }
+    std::stable_sort(objects.begin(), objects.end(), CompareValueObjects);
+    OV_DATA_STORE store = storeWithZones({{0.0, 40.0}}, std::move(objects));
+    OrvantaWorker().filterWindows(store);
+    return store;
+}
+
+TEST(SliceTimeTest, GeneratedStores_GetTheSlicesOfAPlainSearch) {
+    const OrvantaWorker worker;
+    std::size_t cut = 0; // slices that a trigger ends, at a quarter of a second
+    for (std::uint64_t seed = 1; seed <= 200; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        OV_DATA_STORE store = generatedStore(seed);
+        OV_DATA_STORE plain = store;
+        worker.sliceTime(store);
+        ValueSpace space(&plain);
+        for (double time = 0.0; time < 40.0;) {
+            plain.slices.push_back(plainSlice(plain, space, time));
+            time = plain.slices.back().stop;
+            worker.advanceValueSpace(plain, time, space);
+        }
+        ASSERT_EQ(store.slices.size(), plain.slices.size());
+        for (std::size_t i = 0; i < plain.slices.size(); ++i) {
+            ASSERT_EQ(store.slices[i].start, plain.slices[i].start) << "slice " << i;
+            ASSERT_EQ(store.slices[i].stop, plain.slices[i].stop) << "slice " << i;
+            ASSERT_EQ(store.slices[i].blank, plain.slices[i].blank) << "slice " << i;
+            ASSERT_EQ(store.slices[i].map.spaces, plain.slices[i].map.spaces) << "slice " << i;
+            ASSERT_EQ(store.slices[i].map.span, plain.slices[i].map.span) << "slice " << i;
+            cut += std::any_of(store.valueObjects.begin(), store.valueObjects.end(),
+                               [&](const OV_VALUE_OBJECT& o) { return o.start == store.slices[i].stop; });
+        }
+    }
+    EXPECT_GT(cut, 1000u) << "the stores must put the search to the test";
 }
 
 // ---- Lookups ----
