@@ -362,6 +362,33 @@ TEST_F(MetaPassTest, PaneOfAWindow_ReachesTheStoreOnlyInTheTurnThatMadeIt) {
     EXPECT_THAT(stored(), ElementsAre("ActiveWindow 1..2 (500,800,200,500)", "ActiveWindow 2.5..4 (600,700,300,400)"));
 }
 
+// ---- Menus that drop during the walk ----
+
+// The click's menu stands behind it when the walk gets there, ahead of the hover, which it takes as its pane. The click
+// itself takes the area's place.
+TEST_F(MetaPassTest, MenuOfAClick_TakesItsHoverInTheSamePass) {
+    due(10.0, 20.0);
+    object(Click, 9.5, 10.0, {100, 101, 10, 11});
+    object(Hover, 11.0, 12.0, {110, 150, 50, 70});
+    changingArea(10.0, 13.0, {90, 290, 0, 300});
+    pass();
+    EXPECT_THAT(stored(), ElementsAre("Click 9.5..10 (90,290,0,300)", "Pane 11..12 (110,150,50,70)"));
+    EXPECT_THAT(objects(), ElementsAre("Menu 10..13 (90,290,0,300)"));
+}
+
+// The new menu begins behind the pass's end and so ends the walk, although the object behind it begins before that end:
+// an object off screen, which the walk would remove.
+TEST_F(MetaPassTest, MenuThatBeginsBehindThePass_EndsTheWalk) {
+    due(0.0, 10.0);
+    object(Click, 9.5, 10.0, {100, 101, 10, 11});
+    object(OffScreen, 9.9, 9.95, {5, 6, 5, 6});
+    changingArea(10.2, 13.0, {90, 290, 0, 300});
+    pass();
+    EXPECT_THAT(stored(), IsEmpty());
+    EXPECT_THAT(objects(), ElementsAre("Click 9.5..10 (90,290,0,300)", "Menu 10.2..13 (90,290,0,300)",
+                                       "OffScreen 9.9..9.95 (5,6,5,6)"));
+}
+
 // ---- The life of a click ----
 
 TEST_F(MetaPassTest, ClickWithNoAnswer_MovesItsBoxOnTheSecondPass_AndIsHandedOver) {

@@ -137,6 +137,14 @@ TEST_F(StrokesTest, Chop_ErasesStrokesShorterThan4OnBothAxes_EvenWithNoDrag) {
     EXPECT_EQ(parser.strokes[2].points[1].x, -4);
 }
 
+// The whole stroke is long; of its three pieces the first and last are 3 by 3 and the middle one 4 by 0.
+TEST_F(StrokesTest, Chop_PiecesAreMeasuredAfterTheCutting) {
+    drag(3.0, 5.0);
+    stroke({{1.0, 100, 100}, {2.0, 103, 103}, {3.5, 200, 200}, {4.0, 204, 200}, {6.0, 300, 300}, {7.0, 303, 297}});
+    chop();
+    EXPECT_THAT(pieces(), ElementsAre("3.5 4"));
+}
+
 TEST_F(StrokesTest, Chop_StrokesAtTheEndsOfTheGrid_AreFarApart) {
     stroke({{1.0, std::numeric_limits<std::int32_t>::min(), 0}, {2.0, std::numeric_limits<std::int32_t>::max(), 0}});
     chop();
