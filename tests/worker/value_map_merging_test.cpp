@@ -179,6 +179,15 @@ TEST(MergeMapsTest, ThreeTiersOfTheSecondMap_AreLayersAgainstTheirSuccessor) {
 }
 
 // span 2: tiers 8 and 6 hold P alone; from tier 4 down Q counts, with weight 1600 x 5 against 100 x 10.
+// The first layer of 39.2, 29.2 and 6.9 is (39.2 - 6.9) - (29.2 - 6.9), which lies above 39.2 - 29.2 in the last bits.
+// span 1: tier 12 takes the second layer's place; from tier 10 on the first one's weighs more.
+TEST(MergeMapsTest, Layers_AreTakenOffOneByOneFromTheLast) {
+    ASSERT_NE(10.000000000000007, 39.2 - 29.2);
+    const Spaces tiers = {{strip(0, 100), 39.2}, {strip(200, 210), 29.2}, {strip(300, 310), 6.9}};
+    EXPECT_EQ(merge(0.5, {}, 0.5, tiers),
+              (Spaces{{strip(200, 210), 22.299999999999997}, {strip(0, 100), 10.000000000000007}}));
+}
+
 TEST(MergeMapsTest, DisjointRectangles_TheHeavierTakesTheLowerTiers) {
     const Rectangle p = box(0, 0, 10, 10);
     const Rectangle q = box(0, 100, 40, 40);
