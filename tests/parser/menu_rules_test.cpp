@@ -1,3 +1,5 @@
+#include <limits>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,6 +11,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr Rectangle kInBar{100, 101, 10, 11};
 constexpr Rectangle kDrop{90, 290, 0, 300};
 
@@ -320,6 +323,26 @@ TEST_F(MenuResultTest, EveryClickInTheMenuReachesItsOwnTwoSeconds) {
     EXPECT_EQ(parser.objects[5].type, MenuResult);
 }
 
+// No click begins from such a menu's start on.
+TEST_F(MenuResultTest, MenuWithoutANumberForItsTime_DoesNothing) {
+    object(Menu, kNan, kNan, {100, 300, 0, 320});
+    object(Click, 11.0, 11.5, kInside);
+    object(ClickDirty, 12.0, 12.0, kOutside);
+    parser.metaMenuResult(0, scene, store, 0);
+    EXPECT_EQ(parser.objects[2].type, ClickDirty);
+    // The start and the stop each suffice for that.
+    parser.objects[0].start = 10.0;
+    parser.metaMenuResult(0, scene, store, 0);
+    EXPECT_EQ(parser.objects[2].type, ClickDirty);
+    parser.objects[0].start = kNan;
+    parser.objects[0].stop = 14.0;
+    parser.metaMenuResult(0, scene, store, 0);
+    EXPECT_EQ(parser.objects[2].type, ClickDirty);
+    parser.objects[0].start = 10.0;
+    parser.metaMenuResult(0, scene, store, 0);
+    EXPECT_EQ(parser.objects[2].type, MenuResult);
+}
+
 // ---- Context menus: a click's window at 10, with the object's stop as its anchor ----
 
 class ContextMenuTest : public MenuRulesTest {
@@ -432,6 +455,19 @@ TEST_F(ContextMenuTest, SearchForTheOpening_EndsAtTheFirstObjectThatBeginsLater)
     context();
     EXPECT_EQ(parser.objects[1].type, Menu);
     EXPECT_EQ(parser.objects[3].type, ForeOpen);
+}
+
+TEST_F(ContextMenuTest, StartThatIsNoNumber_EndsNeitherSearch) {
+    scene.cursor(20.0, 590, 310);
+    object(ClickWindow, 9.99, 9.99, kInBar);
+    object(Click, kNan, 10.5, kInBar);
+    object(ActiveWindow, 10.0, 12.0, {600, 900, 300, 500});
+    object(Click, kNan, 10.5, kInBar);
+    object(ForeOpen, 10.0, 10.0, kInBar);
+    context();
+    EXPECT_EQ(parser.objects[0].type, Dead);
+    EXPECT_EQ(parser.objects[2].type, Menu);
+    EXPECT_EQ(parser.objects[4].type, Dead);
 }
 
 TEST_F(ContextMenuTest, WalkGoesOnOverFurtherWindows) {

@@ -142,6 +142,18 @@ TEST_F(MenusTest, NoRecordingRegion_IsOutOfRange_BeforeAnySampleIsRead) {
     EXPECT_THROW(parser.processMenu(0, scene, store), std::out_of_range);
 }
 
+TEST_F(MenusTest, NoSampleLeft_MakesNothing) {
+    parser.processMenu(0, scene, store); // no samples at all
+    EXPECT_EQ(parser.nextForeWindow, 0u);
+    scene.window(1.0, kMenu).window(1.5, kMenu);
+    parser.nextForeWindow = 2;
+    parser.lastWindow = {ActiveWindow, 0.0, 100.0, kWindow, 0.0}; // in force: it would be given back
+    parser.processMenu(0, scene, store);
+    EXPECT_EQ(parser.nextForeWindow, 2u);
+    EXPECT_THAT(objects(), IsEmpty());
+    EXPECT_EQ(parser.lastWindow.stop, 100.0);
+}
+
 TEST_F(MenusTest, RepeatedMenu_LastsToItsLastSample) {
     menu({{1.0, kMenu}, {1.5, kMenu}, {2.0, kMenu}, {2.5, kWindow}});
     EXPECT_THAT(objects(), ElementsAre("Menu 1..2 (100,300,0,320)"));
