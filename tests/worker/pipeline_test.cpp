@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "DataParser.h"
@@ -46,6 +47,29 @@ TEST(PipelineTest, NoSliceGetsAKeyframe_EndsWithoutKeyframes) {
     ASSERT_FALSE(store.slices.empty());
     EXPECT_FALSE(store.slices[0].blank);
     EXPECT_DOUBLE_EQ(store.slices[0].stop, 1.5);
+}
+
+// The whole region changes ten times a second from end to end, which is one change of 10 s. Worth 6 a second, it carries
+// slices of 0.2 + 1.2 / 0.8 = 1.7 s, which are all full screen and fold into one shot. At 10 s that is long enough for a
+// keyframe; but the whole region is on show already when the video starts.
+TEST(PipelineTest, OneLongFullScreenShot_EndsWithoutKeyframes) {
+    testing::Scene scene = testing::recording().length(10.0);
+    for (int i = 0; i <= 100; ++i) {
+        scene.dirty(i / 10.0, testing::box(0, 0, 1280, 800));
+    }
+    expectError([&] { OrvantaWorker().calcOrvantaKeyframes(scene, nullptr); }, OVERR_NO_KEYFRAMES,
+                "No keyframes were created!");
+    OV_DATA_STORE store;
+    expectError([&] { OrvantaWorker().runPipeline(scene, nullptr, store, {}); }, OVERR_NO_KEYFRAMES,
+                "No keyframes were created!");
+    ASSERT_EQ(store.valueObjects.size(), 1u);
+    EXPECT_EQ(store.valueObjects[0].type, FullScreenDirty);
+    ASSERT_FALSE(store.slices.empty());
+    EXPECT_EQ(store.slices[0].stop, 10.0);
+    EXPECT_FALSE(store.slices[0].blank);
+    EXPECT_EQ(store.slices[0].mergeType, OV_MERGE_FULL_SCREEN);
+    EXPECT_TRUE(std::all_of(store.slices.begin() + 1, store.slices.end(),
+                            [](const OV_FOCUS_SLICE& slice) { return slice.mergeId == -1; }));
 }
 
 // With no cursor sample left, the meta passes of a zone from 0 to 25 s end at 10, 20, 25, 25 and 25.
