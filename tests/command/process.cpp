@@ -67,11 +67,19 @@ bool drain(int from, std::string& to) {
     return count > 0; // A terminal whose program is gone gives an error instead of an end.
 }
 
-/// Bytes that the program has not yet taken from its input do not show in any call, so the text is made longer than a
-/// pipe holds: when the last byte is in, the program has begun to read.
-std::string longerThanPipe(std::string text) {
-    constexpr std::size_t kMoreThanPipe = std::size_t{1} << 18;
-    text.append(kMoreThanPipe, ' ');
+/// Bytes that the program has not yet taken from its input do not show in any call, so the text is made longer than the
+/// pipe holds, whatever its size here: when the last byte is in, the program has begun to read, and it catches Ctrl-C
+/// before it reads.
+std::string longerThanPipe(std::string text, int pipeEnd) {
+    std::size_t size = std::size_t{1} << 20; // More than systems give that do not tell.
+#if defined(F_GETPIPE_SZ)
+    const int told = fcntl(pipeEnd, F_GETPIPE_SZ);
+    require(told > 0, "pipe size");
+    size = static_cast<std::size_t>(told);
+#else
+    static_cast<void>(pipeEnd);
+#endif
+    text.append(size + 1, ' ');
     return text;
 }
 
@@ -107,7 +115,7 @@ ProcessResult runOrvanta(const std::vector<std::string>& arguments, const Proces
     require(fcntl(input.write, F_SETFL, O_NONBLOCK) == 0, "fcntl");
 
     ProcessResult result;
-    const std::string text = options.interruptAfterInput ? longerThanPipe(options.input) : options.input;
+    const std::string text = options.interruptAfterInput ? longerThanPipe(options.input, input.write) : options.input;
     std::string_view rest = text;
     bool signalled = false;
     while (output.read >= 0 || error.read >= 0) {
@@ -126,8 +134,11 @@ ProcessResult runOrvanta(const std::vector<std::string>& arguments, const Proces
         }
         if (waits[2].revents != 0) {
             const ssize_t count = write(input.write, rest.data(), rest.size());
-            // A program that stops reading is no failure of the test.
-            rest.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : errno == EAGAIN ? 0 : rest.size());
+            if (count >= 0) {
+                rest.remove_prefix(static_cast<std::size_t>(count));
+            } else if (errno != EAGAIN && errno != EINTR) {
+                rest = {}; // A program that stops reading is no failure of the test.
+            }
         }
         if (waits[0].revents != 0 && !drain(output.read, result.out)) {
             closeEnd(output.read);
