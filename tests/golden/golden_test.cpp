@@ -68,19 +68,28 @@ std::string keyframesText(const Session& session, std::string_view size, EngineC
     return text;
 }
 
+std::string momentsText(const Session& session, std::string_view size, EngineChoice engine) {
+    const Recording recording = request(session, size, engine);
+    std::string text =
+        fmt::format("\n{} engine, single moments for {}\n", engine == EngineChoice::Value ? "value" : "voting", size);
+    for (const double seconds : session.moments) {
+        const auto tick = static_cast<long long>(seconds * recording.params.timeScale());
+        const OV_TIME_RECT frame = askFrameAt(recording.params, engine, tick);
+        text += fmt::format("{}: {}\n", frame.time, rectText(frame.rect));
+    }
+    return text;
+}
+
 std::string answersText(const Session& session) {
     std::string text = fmt::format("{}: tick: left top width height reason\n", session.name);
     text += keyframesText(session, "640x400", EngineChoice::Value);
     text += keyframesText(session, "9:16", EngineChoice::Value);
     text += keyframesText(session, "640x400", EngineChoice::Voting);
 
+    text += momentsText(session, "640x400", EngineChoice::Value);
+    text += momentsText(session, "640x400", EngineChoice::Voting);
+
     const Recording recording = request(session, "640x400", EngineChoice::Value);
-    text += "\nvalue engine, single moments for 640x400\n";
-    for (const double seconds : session.moments) {
-        const auto tick = static_cast<long long>(seconds * recording.params.timeScale());
-        const OV_TIME_RECT frame = askFrameAt(recording.params, EngineChoice::Value, tick);
-        text += fmt::format("{}: {}\n", frame.time, rectText(frame.rect));
-    }
     const OV_TIME_RECT window = askFrameAtWindow(recording.params, EngineChoice::Value);
     text += fmt::format("\nvalue engine, the first window for 640x400\n{}: {}\n", window.time, rectText(window.rect));
     return text;
