@@ -13,7 +13,8 @@ namespace {
 constexpr double kCursorPeriod = 1.0 / 60.0; // seconds between two samples of a moving cursor
 constexpr double kFramePeriod = 1.0 / 30.0;  // seconds between two grabbed frames
 
-// One hand at one desk: every gesture moves the clock on.
+// One hand at one desk: every gesture moves the clock on. No call has two arguments that draw random numbers: compilers
+// evaluate arguments in orders of their own.
 class Session {
 public:
     Session(std::uint64_t seed, const SessionPlan& plan) : random_(seed), plan_(plan) {
@@ -159,14 +160,19 @@ private:
             pass(random_.real(0.05, 0.25));
             click(0);
         }
-        change(now_ + random_.real(0.0, 0.2), {x_ - 20, x_ + random_.range(10, 120), y_ - 10, y_ + 15});
+        const double answer = now_ + random_.real(0.0, 0.2);
+        change(answer, {x_ - 20, x_ + random_.range(10, 120), y_ - 10, y_ + 15});
         if (random_.chance(0.5)) {
-            change(now_ + random_.real(0.2, 1.8), inside(windows_.front(), 400, 300));
+            const double result = now_ + random_.real(0.2, 1.8);
+            change(result, inside(windows_.front(), 400, 300));
         }
         pass(random_.real(0.1, 1.5));
     }
 
-    void wander() { moveTo(random_.range(0, plan_.width - 1), random_.range(0, plan_.height - 1)); }
+    void wander() {
+        const int x = random_.range(0, plan_.width - 1);
+        moveTo(x, random_.range(0, plan_.height - 1));
+    }
 
     void rest(double seconds) {
         const double begin = now_;
@@ -200,7 +206,8 @@ private:
     }
 
     void pullDownMenu() {
-        moveTo(random_.range(5, plan_.width / 2), random_.range(2, 20));
+        const int x = random_.range(5, plan_.width / 2);
+        moveTo(x, random_.range(2, 20));
         click(0);
         const Rectangle menu{x_ - 5, x_ + random_.range(80, 220), 0, random_.range(100, 300)};
         change(now_ + 0.03, menu);
