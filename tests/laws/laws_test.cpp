@@ -127,7 +127,7 @@ TEST(LawsTest, UnknownCodes_ChangeNothing) {
 // round differently at another moment: a keyframe may be a tick off, and where two moments coincide to the last bit they
 // may come apart, and a session take another turn. Few sessions have such a coincidence.
 TEST(LawsTest, ShiftingAllTimes_ShiftsTheKeyframesOfNearlyAllSessions) {
-    constexpr long long shift = 4096000000;
+    static constexpr long long shift = 4096000000; // ticks
     SessionPlan plan;
     plan.timeScale = 1000000.0;
     std::uint64_t held = 0;
