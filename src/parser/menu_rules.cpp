@@ -2,8 +2,9 @@
 
 #include "DataParser.h"
 
-#include "Geometry.h"
 #include <algorithm>
+
+#include "Geometry.h"
 
 namespace OrvantaNS {
 

@@ -2,9 +2,10 @@
 
 #include "DataParser.h"
 
+#include <algorithm>
+
 #include "Geometry.h"
 #include "MetaPassTiming.h"
-#include <algorithm>
 
 namespace OrvantaNS {
 
