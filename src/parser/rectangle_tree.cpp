@@ -22,7 +22,8 @@ struct Seat {
 };
 
 Seat seatOf(const Rectangle& rect, std::size_t index) {
-    const int size = std::bit_width(static_cast<std::uint32_t>(std::max(width(rect), height(rect)))) / 2;
+    const auto longer = static_cast<std::uint32_t>(std::max(width(rect), height(rect)));
+    const int size = static_cast<int>(std::bit_width(longer)) / 2;
     return {size, rect.left + width(rect) / 2, rect.top + height(rect) / 2, index};
 }
 
