@@ -1,0 +1,31 @@
+// Writes the requests that recordings make, in several shapes, as numbers for print_answers.
+//
+//   write_requests RECORDING... >FILE
+#include <exception>
+#include <iostream>
+#include <string_view>
+
+#include "RequestNumbers.h"
+#include "engine.h"
+
+int main(int argc, char** argv) {
+    using namespace OrvantaNS::command;
+    try {
+        for (int i = 1; i < argc; ++i) {
+            for (const std::string_view size : {"640x400", "9:16", "1:1", "0.5"}) {
+                for (const EngineChoice engine : {EngineChoice::Value, EngineChoice::Voting}) {
+                    Recording recording = readRecordingFile(argv[i]);
+                    RequestOptions options;
+                    options.size = parseSize(size);
+                    options.engine = engine;
+                    completeRequest(recording, options);
+                    OrvantaNS::testing::writeRequest(std::cout, recording.params);
+                }
+            }
+        }
+    } catch (const std::exception& failure) {
+        std::cerr << "write_requests: " << failure.what() << '\n';
+        return 1;
+    }
+    return std::cout.flush() ? 0 : 1;
+}
