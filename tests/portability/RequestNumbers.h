@@ -68,7 +68,8 @@ inline bool readRequest(std::istream& in, Params& params) {
     readRects(in, params.recordingRegions());
     std::size_t count = 0;
     in >> count;
-    for (OV_MOUSE_ACTION action; in && params.cursorActions().size() < count; params.cursorActions().push_back(action)) {
+    for (OV_MOUSE_ACTION action; in && params.cursorActions().size() < count;
+         params.cursorActions().push_back(action)) {
         in >> action.time >> action.action;
     }
     count = 0;

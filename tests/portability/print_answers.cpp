@@ -21,7 +21,8 @@ namespace OrvantaNS::testing {
 namespace {
 
 void print(const OV_TIME_RECT& frame) {
-    std::printf("%lld: %d %d %d %d\n", frame.time, frame.rect.left, frame.rect.top, frame.rect.right, frame.rect.bottom);
+    std::printf("%lld: %d %d %d %d\n", frame.time, frame.rect.left, frame.rect.top, frame.rect.right,
+                frame.rect.bottom);
 }
 
 // A hexadecimal number holds every bit.
@@ -59,8 +60,7 @@ void printSlices(const OV_DATA_STORE& store) {
 }
 
 // Prints what the question answers, or how it fails.
-template <typename Question>
-void printAnswer(const char* question, const Question& ask) {
+template <typename Question> void printAnswer(const char* question, const Question& ask) {
     std::printf("%s\n", question);
     try {
         const std::shared_ptr<std::vector<OV_TIME_RECT>> answer = ask();

@@ -13,6 +13,16 @@ namespace OrvantaNS::testing {
 /// A rectangle in the order people say it: corner and size, not the record's left, right, top, bottom.
 constexpr Rectangle box(std::int32_t x, std::int32_t y, std::int32_t w, std::int32_t h) { return {x, x + w, y, y + h}; }
 
+/// A box whose four numbers are worked out in this order, which the arguments of a function need not be: for random
+/// ones.
+struct OrderedBox {
+    std::int32_t x;
+    std::int32_t y;
+    std::int32_t w;
+    std::int32_t h;
+};
+constexpr Rectangle box(const OrderedBox& numbers) { return box(numbers.x, numbers.y, numbers.w, numbers.h); }
+
 /// A request under construction. Times are in seconds of the request's clock; calls chain:
 /// `recording().cursor(0.5, 100, 100).click(1.0)`.
 class Scene {

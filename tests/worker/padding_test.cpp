@@ -180,9 +180,9 @@ Framing randomFraming(testing::Random& random) {
     const auto inside = [&](const Rectangle& r) {
         const int w = random.range(1, width(r));
         const int h = random.range(1, height(r));
-        return box(random.range(r.left, r.right - w), random.range(r.top, r.bottom - h), w, h);
+        return box({random.range(r.left, r.right - w), random.range(r.top, r.bottom - h), w, h});
     };
-    f.bound = box(0, 0, random.range(64, 3000), random.range(64, 2000));
+    f.bound = box({0, 0, random.range(64, 3000), random.range(64, 2000)});
     f.targetWidth = random.range(1, width(f.bound));
     f.targetHeight = random.range(1, height(f.bound));
     f.rect = inside(f.bound);

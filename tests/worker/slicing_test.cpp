@@ -490,7 +490,7 @@ OV_DATA_STORE generatedStore(std::uint64_t seed) {
         const double start = 0.25 * random.range(0, 140);
         const double length = random.chance(0.3) ? 0.0 : 0.25 * random.range(0, 12);
         const Rectangle rect =
-            box(100 * random.range(0, 8), 100 * random.range(0, 5), 50 * random.range(1, 6), 50 * random.range(1, 6));
+            box({100 * random.range(0, 8), 100 * random.range(0, 5), 50 * random.range(1, 6), 50 * random.range(1, 6)});
         objects.push_back(
             object(static_cast<std::uint32_t>(random.range(Move, ClickWindow)), start, start + length, rect));
     }

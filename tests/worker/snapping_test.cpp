@@ -167,7 +167,7 @@ TEST(SnappingLaws, Frame_NeverShrinksNeverOverspendsAndStaysInAWindowThatHeldIt)
         SCOPED_TRACE(::testing::Message() << "seed " << seed);
         testing::Random random(seed);
         const auto anyRect = [&] {
-            return box(random.range(0, 800), random.range(0, 800), random.range(0, 600), random.range(0, 600));
+            return box({random.range(0, 800), random.range(0, 800), random.range(0, 600), random.range(0, 600)});
         };
         const Frame start{anyRect(), random.range(-50, 700), random.range(-50, 700)};
         Rectangle window = random.chance(0.3) ? Rectangle{} : anyRect();

@@ -245,9 +245,9 @@ TEST(ValueSpaceWalk, AnyRecording_AdvancesLikeTheWalkOverAllObjects) {
         for (int i = random.range(1, 60); i > 0; --i) {
             start += random.chance(0.3) ? 0.0 : random.real(0.0, 1.0);
             const double length = random.chance(0.1) ? random.real(0.0, 60.0) : random.real(0.0, 2.0);
-            fast.valueObjects.push_back(
-                object(static_cast<std::uint32_t>(random.range(0, 28)), start, start + length,
-                       box(random.range(0, 300), random.range(0, 300), random.range(20, 200), random.range(20, 200))));
+            fast.valueObjects.push_back(object(
+                static_cast<std::uint32_t>(random.range(0, 28)), start, start + length,
+                box({random.range(0, 300), random.range(0, 300), random.range(20, 200), random.range(20, 200)})));
         }
         OV_DATA_STORE plain = fast;
         ValueSpace fastSpace(&fast);

@@ -125,7 +125,7 @@ TEST(WindowKeyframeTest, AnyWindow_GivesAFrameOfTheTargetsAspectOnTheRecording) 
         const int targetWidth = random.range(1, 1280);
         const int targetHeight = random.range(1, 800);
         const Rectangle window =
-            box(random.range(-500, 1500), random.range(-500, 1000), random.range(0, 2000), random.range(0, 1500));
+            box({random.range(-500, 1500), random.range(-500, 1000), random.range(0, 2000), random.range(0, 1500)});
         const Rectangle frame = frameOf(recording().target(targetWidth, targetHeight).window(0.0, window));
         ASSERT_TRUE(contains(box(0, 0, 1280, 800), frame));
         ASSERT_LE(std::abs(width(frame) * targetHeight - height(frame) * targetWidth),
