@@ -26,11 +26,8 @@ ValueSpace::ValueSpace(OV_DATA_STORE* source) : store(source) { graph.reserve(kR
 ValueSpace::~ValueSpace() { reset(); }
 
 void ValueSpace::reset() {
-    // Empty, the free list has room for every slot (see `createSpace`): the destructor must not allocate.
-    freeSpaces.clear();
-    for (std::size_t index = 0; index < graph.size(); ++index) {
-        clearSpace(static_cast<unsigned>(index));
-    }
+    // Without a walk that clears each slot and puts it on the free list, which is emptied too: the destructor comes
+    // here, and must not allocate.
     graph.clear();
     topSpaces.clear();
     freeSpaces.clear();
@@ -54,10 +51,6 @@ unsigned ValueSpace::createSpace(Rectangle rect) {
     unsigned index = 0;
     if (freeSpaces.empty()) {
         index = static_cast<unsigned>(graph.size());
-        // With room for every slot on the free list first, clearing one cannot fail, even while memory is short.
-        if (freeSpaces.capacity() <= graph.size()) {
-            freeSpaces.reserve(std::max(graph.capacity(), graph.size() + 1));
-        }
         graph.emplace_back();
     } else {
         index = freeSpaces.back();

@@ -187,6 +187,19 @@ TEST_F(HandMadeGraphTest, OfThreeParentsWithTheSameObjects_TheFirstStays) {
     EXPECT_THAT(space.graph[3].parents, ElementsAre(0));
 }
 
+TEST_F(HandMadeGraphTest, TheFirstParentOfASpaceThatStays_GoesWhenALaterOneHoldsMore) {
+    add({0}, {});
+    add({0, 1}, {});
+    add({0, 1, 2, 3}, {0, 1});
+    space.objectMap = {{3, 2}};
+    space.deleteObject(3);
+    // The space keeps object 2 for itself. Parent 1 says all that parent 0 says.
+    EXPECT_TRUE(space.graph[2].valid);
+    EXPECT_THAT(space.graph[2].parents, ElementsAre(1));
+    EXPECT_THAT(space.graph[0].children, IsEmpty());
+    EXPECT_THAT(space.graph[1].children, ElementsAre(2));
+}
+
 TEST_F(HandMadeGraphTest, SuperfluousParentOfADissolvedSpace_DoesNotInheritItsChildren) {
     // Both parents hold all that is left of the space. Parent 0 is superfluous beside parent 1.
     add({0}, {});

@@ -69,12 +69,16 @@ TEST(SpaceGraphTest, ClearSpace_EmptiesTheSlotAlone_AndLeavesRectangleAndValueSt
     space.insertObject(0);
     space.insertObject(1);
     space.graph[2].value = 3.0;
-    space.clearSpace(2); // the common part of the two, still linked by both
+    const unsigned below = space.createSpace({});
+    space.createLink(2, below);
+    space.clearSpace(2); // the common part of the two, still linked by both and by the one below
     EXPECT_FALSE(space.graph[2].valid);
     EXPECT_EQ(space.graph[2].rect, box(50, 50, 50, 50));
     EXPECT_EQ(space.graph[2].value, 3.0);
     EXPECT_THAT(space.graph[2].parents, IsEmpty());
+    EXPECT_THAT(space.graph[2].children, IsEmpty());
     EXPECT_THAT(space.graph[2].objects, IsEmpty());
+    EXPECT_THAT(space.graph[below].parents, ElementsAre(2));
     EXPECT_THAT(space.graph[0].children, ElementsAre(2));
     EXPECT_THAT(space.graph[1].children, ElementsAre(2));
     EXPECT_THAT(space.topSpaces, ElementsAre(0, 1));
