@@ -152,9 +152,13 @@ TEST_F(KeyframeAtTimeTest, FiveQuarters_AreRoundedDown) {
 }
 
 TEST_F(KeyframeAtTimeTest, InvertedOrFlatWindow_IsNotSnappedTo) {
-    add(ActiveWindow, 0.0, 20.0, {500, 400, 300, 400});
+    add(ActiveWindow, 0.0, 20.0, {});
     add(ForeAnimate, 9.0, 11.0, box(500, 300, 200, 100));
-    EXPECT_EQ(frame(), box(280, 150, 640, 400));
+    for (const Rectangle& window :
+         {Rectangle{500, 400, 300, 400}, Rectangle{400, 400, 300, 400}, Rectangle{400, 500, 300, 300}}) {
+        store_.windowObjects[0].rect = window;
+        EXPECT_EQ(frame(), box(280, 150, 640, 400)) << window.left << ' ' << window.bottom;
+    }
 }
 
 TEST_F(KeyframeAtTimeTest, LargeWindow_GivesWayToOneInMotion) {
@@ -203,6 +207,12 @@ TEST_F(KeyframeAtTimeTest, NothingAtAll_IsTheWholeRecordingOnTheLocalRegion) {
 
 // The window fits five quarters of the target, 2125000000 by 80. Five times the width wraps to -89934592 in 32 bits, which
 // no window fits: the frame would follow the animation, at top 300 - 4 / 2 = 298.
+TEST_F(KeyframeAtTimeTest, WhereOtherWalksHadGot_IsForgotten) {
+    frame();
+    EXPECT_EQ(store_.firstActiveObject, 0u);
+    EXPECT_EQ(store_.nextObject, 0u);
+}
+
 TEST_F(KeyframeAtTimeTest, HugeTarget_IsComparedWide) {
     scene_.target(1700000000, 64);
     add(ActiveWindow, 0.0, 20.0, box(0, 0, 100, 50));
@@ -295,6 +305,17 @@ TEST_F(KeyframeAtTimeTest, WholeQuestion_FarBehindTheClip_IsTheWholeRecordingWha
     Scene behind = recording().target(640, 400).cursor(70.0, 600, 350).click(72.0).window(62.0, window);
     behind.window(85.0, window).dirty(72.1, box(550, 320, 60, 40)).cursor(84.0, 700, 350).cursor(100.0, 1, 1);
     EXPECT_EQ(frameOf(behind), kScreen);
+}
+
+TEST_F(KeyframeAtTimeTest, WholeQuestion_WhatHappenedAheadOfTheClip_DoesNotCount) {
+    // A click at 20 s still counts at 20.6 s, unless the clip begins between the two.
+    Scene scene = recording().target(640, 400).cursor(19.0, 200, 200).click(20.0);
+    const auto frameOf = [&](long long clipStart) {
+        scene.params().setClipInterval(clipStart, 60000);
+        return worker_.calcOrvantaKeyframeAtTime(scene, 20600)->at(0).rect;
+    };
+    EXPECT_EQ(frameOf(15000), box(0, 0, 640, 400));
+    EXPECT_EQ(frameOf(20500), kScreen);
 }
 
 // At 65 s the zone runs from 55 to the clip's stop, 60 s, but its meta passes are (55, 65) and (65, 75) as long as the

@@ -100,6 +100,16 @@ TEST(MergeNearTest, SeventyPercentOfEach_IsEnough) {
     EXPECT_FALSE(nearWith(frameAt(293), frameAt(100)));
 }
 
+// Of the larger frame, 400,000 pixels, 280,000 must be common: 667 columns of the smaller one's 420 rows. Of the smaller
+// one, 282,240 pixels, far less would do.
+TEST(MergeNearTest, OfUnequalFrames_TheLargerDecides) {
+    const Rectangle large = box(0, 0, 800, 500);
+    EXPECT_TRUE(nearWith(large, box(133, 0, 672, 420)));
+    EXPECT_FALSE(nearWith(large, box(134, 0, 672, 420)));
+    EXPECT_TRUE(nearWith(box(133, 0, 672, 420), large));
+    EXPECT_FALSE(nearWith(box(134, 0, 672, 420), large));
+}
+
 TEST(MergeNearTest, SmallFrameInALargeOne_DoesNotMerge) {
     EXPECT_FALSE(nearWith(box(0, 0, 1600, 1000), frameAt(100, 100)));
     EXPECT_FALSE(nearWith(frameAt(100, 100), box(0, 0, 1600, 1000)));

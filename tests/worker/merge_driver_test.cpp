@@ -95,6 +95,15 @@ TEST(MergeSlicesTest, AllBlank_FirstBlankSweepsUpTheRest) {
 
 // Proposals (0, 1) and (1, 2) at 514. The first fires: 1 of 2 remain. The second is stale: no change. The retest's
 // (0, 2) fires: none remain.
+TEST(MergeSlicesTest, ShortLastSlice_IsGoneBeforeAnythingIsProposed) {
+    const SLICE_BREAKDOWN tight = breakdown("TIW", kWindow, kHot);
+    OV_DATA_STORE store = sliceStore({slice(0, 10, tight), slice(10, 10.5, tight)});
+    mergeAll(store);
+    ASSERT_EQ(store.slices.size(), 1u);
+    EXPECT_EQ(store.slices[0].stop, 10.5);
+    EXPECT_EQ(store.mergesTotal, 0);
+}
+
 TEST(MergeSlicesTest, ThreeSlicesOfOneShot_ReportsAfterEveryProposal) {
     OV_DATA_STORE store = threeTightSlices();
     Reporter reporter;
