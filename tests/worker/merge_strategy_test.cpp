@@ -416,6 +416,30 @@ TEST(DetectFullScreenMergeTest, ShortBesideFullScreen) {
     EXPECT_EQ(detect(detector, full, 2, loose, 2, true), (Verdict{6, 228, true}));
 }
 
+// Slices without length have the factor 1/4 + (1/4 + 1/2): a proposal shows its base.
+TEST(MergeBasesTest, SlicesWithoutLength_TakeTheWholeBase) {
+    const auto tight = &OrvantaWorker::detectTightMerge;
+    const auto wide = &OrvantaWorker::detectWideMerge;
+    const SLICE_BREAKDOWN close = breakdown("TIW", kWindow, kHot);
+    const SLICE_BREAKDOWN window = breakdown("IW", kWindow, kWindow);
+    const SLICE_BREAKDOWN outside = breakdown("", {}, kHotOutside);
+    EXPECT_EQ(detect(tight, close, 0, breakdown("TIW", kWindow, kHotNear), 0), (Verdict{1, 900, true}));
+    EXPECT_EQ(detect(tight, breakdown("T", {}, kHot), 0, close, 0), (Verdict{1, 900, true}));
+    EXPECT_EQ(detect(tight, close, 0, breakdown(""), 0), (Verdict{1, 450, true}));
+    EXPECT_EQ(detect(tight, close, 0, outside, 0), (Verdict{1, 225, false}));
+    EXPECT_EQ(detect(tight, outside, 0, close, 0), (Verdict{1, 225, false}));
+    EXPECT_EQ(detect(wide, window, 0, close, 0), (Verdict{2, 400, true}));
+    EXPECT_EQ(detect(wide, window, 0, breakdown("T", {}, kHot), 0), (Verdict{2, 200, true}));
+    EXPECT_EQ(detect(wide, window, 0, outside, 0), (Verdict{2, 100, false}));
+    EXPECT_EQ(detect(wide, outside, 0, window, 0), (Verdict{2, 100, false}));
+    EXPECT_EQ(
+        detect(&OrvantaWorker::detectOffWindowMerge, breakdown("T", {}, kHot), 0, breakdown("T", {}, kHotNear), 0),
+        (Verdict{5, 600, true}));
+    EXPECT_EQ(detect(&OrvantaWorker::detectFullScreenMerge, breakdown("N", kScreen, kHot), 0, outside, 0),
+              (Verdict{6, 400, true}));
+    EXPECT_EQ(determine(outside, 0, breakdown("", {}, kHotFar), 0), (Answer{3, 100}));
+}
+
 // ---- determineMergeStrategy ----
 
 TEST(DetermineMergeStrategyTest, UnclassifiedSlices_AreClassifiedOnce) {

@@ -43,6 +43,18 @@ TEST(CalculatePaddingTest, RectThatFits_DoesNotLookAtTheBound) {
     EXPECT_EQ(padding(640, 480, box(0, 0, 50, 50), box(10, 10, 100, 30)), Padding(540, 450));
 }
 
+TEST(CalculatePaddingTest, RectAsWideOrAsHighAsTheTarget_DoesNotLookAtTheBoundEither) {
+    EXPECT_EQ(padding(640, 400, box(0, 0, 1280, 300), box(0, 0, 640, 100)), Padding(0, 300));
+    EXPECT_EQ(padding(640, 400, box(0, 0, 500, 800), box(0, 0, 100, 400)), Padding(540, 0));
+}
+
+// There and back again through the aspect loses the last bit here: 242 x (72 / 176) is 99, but 99 / (72 / 176) is just
+// below 242. A bound of exactly the size wanted must not lead there.
+TEST(CalculatePaddingTest, BoundOfExactlyTheSizeWanted_IsRoomEnough) {
+    EXPECT_EQ(padding(72, 176, box(0, 0, 99, 1000), box(0, 0, 50, 242)), Padding(49, 0));
+    EXPECT_EQ(padding(64, 428, box(0, 0, 1000, 1391), box(0, 0, 208, 1000)), Padding(0, 391));
+}
+
 TEST(CalculatePaddingTest, LargerRectOfTheTargetsAspect_GetsNothing) {
     EXPECT_EQ(padding(640, 480, kScreen, box(0, 0, 1280, 960)), Padding(0, 0));
     EXPECT_EQ(padding(64, 64, box(0, 0, 10, 10), box(0, 0, 65, 65)), Padding(0, 0));
@@ -85,6 +97,29 @@ TEST(CalculatePaddingTest, ShapeThatCannotBeCompared_LeavesThePaddingAlone) {
 }
 
 // ---- Where it goes ----
+
+// Rectangles that are inside out lie in a window by their edges, with gaps that wrap around.
+class InsideOutTest : public ::testing::Test {
+protected:
+    static constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    static constexpr Rectangle kEverywhere{-kMost - 1, kMost, -kMost - 1, kMost};
+    static constexpr Rectangle kWindow{-100, 100, 0, 400};
+};
+
+TEST_F(InsideOutTest, NothingToSpend_LeansOnNoWall) {
+    EXPECT_EQ(padded({kMost, 50, 10, 20}, 0, 0, kWindow, kEverywhere), (Rectangle{kMost, 50, 10, 20}));
+}
+
+TEST_F(InsideOutTest, OnePixelToSpend_LeansOnTheNearerWall) {
+    // The gap on the left is kMost + 100, which wraps to -2147483549: less than half a pixel, and less than the 50 on
+    // the right.
+    EXPECT_EQ(padded({kMost, 50, 10, 20}, 1, 0, kWindow, kEverywhere), (Rectangle{-100, 50 + 1 + 2147483549, 10, 20}));
+}
+
+TEST_F(InsideOutTest, EqualGaps_SpreadEvenly) {
+    // Both gaps are kMost + 100, wrapped. The first edge to move puts the rectangle in order: -kMost to kMost - 5.
+    EXPECT_EQ(padded({kMost, -kMost, 10, 20}, 10, 0, kWindow, kEverywhere), (Rectangle{-kMost, kMost, 10, 20}));
+}
 
 TEST(PadToAspectRatioTest, PositivePadding_IsSpreadWithTheOddPixelRightAndBelow) {
     EXPECT_EQ(padded(box(100, 200, 50, 60), 0, 0), box(100, 200, 50, 60));
