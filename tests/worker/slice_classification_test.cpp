@@ -161,6 +161,10 @@ TEST(IdentifySliceTest, EightTenthsInTheWindow_IsInIt) {
     EXPECT_EQ(
         flagsOf(identify(box(92, 200, 10, 10), {object(ActiveWindow, 8.0, 20.0, box(95, 0, 500, 500))}).breakdown),
         "TW");
+    // 79 of 100 columns.
+    EXPECT_EQ(
+        flagsOf(identify(box(0, 200, 100, 10), {object(ActiveWindow, 8.0, 20.0, box(21, 0, 500, 500))}).breakdown),
+        "TW");
     // 11 pixels need 88 / 10, truncated to 8.
     EXPECT_EQ(flagsOf(identify(box(0, 0, 11, 1), {object(ActiveWindow, 8.0, 20.0, box(3, 0, 50, 50))}).breakdown),
               "TIW");

@@ -417,6 +417,44 @@ TEST(SliceTimeTest, NextZoneWithoutASurvivor_MovesOnlyTheNextObject) {
     EXPECT_TRUE(store.slices.back().blank);
 }
 
+// Where zones that begin at these times, and have no length, leave the first active and the next object. The lives of
+// the drags end 2 s behind their stops.
+std::pair<unsigned, unsigned> indicesBehind(const std::vector<double>& zones, std::vector<OV_VALUE_OBJECT> objects) {
+    OV_DATA_STORE store = storeWithZones({}, std::move(objects));
+    store.firstActiveObject = 7; // of an earlier walk
+    for (const double start : zones) {
+        store.liveZones.push_back({box(0, 0, 1280, 800), start, start});
+    }
+    OrvantaWorker().sliceTime(store);
+    EXPECT_TRUE(store.slices.empty());
+    return {store.firstActiveObject, store.nextObject};
+}
+
+TEST(SliceTimeTest, ExpiredObject_TheIndexOfTheZoneIsTakenUpWhenALaterOneLives) {
+    using Indices = std::pair<unsigned, unsigned>;
+    const OV_VALUE_OBJECT expired = object(Drag, 0.0, 1.0, kHere);
+    EXPECT_EQ(indicesBehind({50.0}, {expired}), Indices(0, 0));
+    EXPECT_EQ(indicesBehind({50.0, 60.0}, {expired, object(Drag, 0.0, 90.0, kHere)}), Indices(1, 1));
+    EXPECT_EQ(indicesBehind({50.0, 60.0}, {expired, object(Drag, 0.0, 57.75, kHere)}), Indices(0, 1));
+    EXPECT_EQ(indicesBehind({50.0, 60.0}, {expired, object(Drag, 0.0, 58.0, kHere)}), Indices(1, 1))
+        << "alive to the zone's very start";
+}
+
+TEST(SliceTimeTest, NextObjectInForceAtTheZonesStart_BecomesTheFirstActiveOne) {
+    using Indices = std::pair<unsigned, unsigned>;
+    const OV_VALUE_OBJECT expired = object(Drag, 0.0, 1.0, kHere);
+    EXPECT_EQ(indicesBehind({50.0, 60.0, 70.0}, {expired, object(Drag, 0.0, 68.0, kHere)}), Indices(1, 1));
+    EXPECT_EQ(indicesBehind({50.0, 60.0, 70.0}, {expired, object(Drag, 0.0, 67.75, kHere)}), Indices(1, 2));
+    // The second zone finds no survivor and moves the next object alone; the third one, back in time, finds that in
+    // force.
+    EXPECT_EQ(indicesBehind({50.0, 60.0, 20.0}, {expired, object(Drag, 0.0, 28.0, kHere)}), Indices(1, 1));
+}
+
+TEST(SliceTimeTest, NextObjectBehindTheLast_StaysThere) {
+    const OV_VALUE_OBJECT expired = object(Drag, 0.0, 1.0, kHere);
+    EXPECT_EQ(indicesBehind({50.0, 60.0, 70.0, 80.0}, {expired, expired}), (std::pair<unsigned, unsigned>(0, 2)));
+}
+
 TEST(SliceTimeTest, TimeTooLargeForSeconds_EndsTheZoneAfterOneSlice) {
     OV_DATA_STORE store = storeWithZones({{1e17, 2e17}, {5.0, 6.0}}, {object(ActiveWindow, 0.0, 50.0, kHere)});
     OrvantaWorker().sliceTime(store);

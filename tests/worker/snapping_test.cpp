@@ -162,6 +162,27 @@ TEST(SnapToValueTest, FrameOfTheWindowsSize_StopsTheSearch) {
 
 // ---- Laws ----
 
+TEST(SnapToValueTest, LastPixelOfPadding_IsSpent) {
+    const Rectangle rect{100, 200, 100, 200};
+    const Rectangle right{150, 300, 150, 180};
+    const Rectangle left{50, 160, 150, 180};
+    const Rectangle below{150, 180, 150, 300};
+    const Rectangle above{150, 180, 50, 160};
+    EXPECT_EQ(snapped({rect, 1, 0}, {}, {{right, 9.0}}), (Frame{{100, 201, 100, 200}, 0, 0}));
+    EXPECT_EQ(snapped({rect, 1, 0}, {}, {{left, 9.0}}), (Frame{{99, 200, 100, 200}, 0, 0}));
+    EXPECT_EQ(snapped({rect, 0, 1}, {}, {{below, 9.0}}), (Frame{{100, 200, 100, 201}, 0, 0}));
+    EXPECT_EQ(snapped({rect, 0, 1}, {}, {{above, 9.0}}), (Frame{{100, 200, 99, 200}, 0, 0}));
+    // Behind a space that needs nothing, too.
+    EXPECT_EQ(snapped({rect, 1, 0}, {}, {{rect, 9.0}, {right, 8.0}}), (Frame{{100, 201, 100, 200}, 0, 0}));
+    EXPECT_EQ(snapped({rect, 0, 1}, {}, {{rect, 9.0}, {below, 8.0}}), (Frame{{100, 200, 100, 201}, 0, 0}));
+}
+
+TEST(SnapToValueTest, SpaceThatEndsWhereTheFrameDoes_LeavesTheFrameAlone) {
+    // Even an inverted one, whose edges any move would put in order.
+    const Rectangle inverted{100, 50, 200, 150};
+    EXPECT_EQ(snapped({inverted, 9, 9}, {}, {{inverted, 9.0}}), (Frame{inverted, 9, 9}));
+}
+
 TEST(SnappingLaws, Frame_NeverShrinksNeverOverspendsAndStaysInAWindowThatHeldIt) {
     for (std::uint64_t seed = 1; seed <= 20000; ++seed) {
         SCOPED_TRACE(::testing::Message() << "seed " << seed);

@@ -60,6 +60,19 @@ TEST(IntegrationValueTest, OutsideTheLife_IsNothing) {
     EXPECT_EQ(integral(Click, 2.0, 3.0, {7.0, 9.0}), 0.0);
 }
 
+// An object that stops before it starts has no body, and its tail counts from its stop on, but only once the interval
+// reaches its start. A drag is worth 10 a second and fades over 2 seconds.
+TEST(IntegrationValueTest, InvertedObject_IsTailFromItsStopOnceTheIntervalReachesItsStart) {
+    EXPECT_EQ(integral(Drag, 10.0, 9.0, {9.2, 9.8}), 0.0);
+    // F(1) - F(0.5) = (1 - e^-1) - (0.5 - e^-1.5) = 0.632120558828558 - 0.276869839851570.
+    EXPECT_NEAR(integral(Drag, 10.0, 9.0, {9.5, 10.0}), 10.0 * 0.355250718976988, 1e-12);
+}
+
+TEST(IntegrationValueTest, InvertedInterval_IsNothing) {
+    EXPECT_EQ(integral(Drag, 8.0, 9.0, {10.5, 10.0}), 0.0); // within the tail
+    EXPECT_EQ(integral(Drag, 8.0, 9.0, {8.75, 8.25}), 0.0); // within the body
+}
+
 TEST(IntegrationValueTest, ValuelessType_IsNothing) { EXPECT_EQ(integral(Dead, 0.0, 5.0, {0.0, 5.0}), 0.0); }
 
 // What an object is worth per second, x seconds after its stop (negative: before it).

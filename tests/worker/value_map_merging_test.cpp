@@ -199,6 +199,12 @@ TEST(MergeMapsTest, RectanglesThatShareAnEdge_AddNothing) {
     EXPECT_EQ(merge(0.5, {{strip(0, 10), 4.0}}, 0.5, {{strip(10, 20), 3.0}}), (Spaces{{strip(0, 10), 4.0}}));
 }
 
+// The common pixel has 7 + 6 and stands for the tiers down to 8; around it, (13 - 7) x 1 / 100 + 7.
+TEST(MergeMapsTest, OverlapOfOnePixel_IsAnOverlap) {
+    EXPECT_EQ(merge(0.5, {{box(0, 0, 10, 10), 7.0}}, 0.5, {{box(9, 9, 10, 10), 6.0}}),
+              (Spaces{{box(9, 9, 1, 1), 13.0}, {box(0, 0, 10, 10), 6.0 / 100.0 + 7.0}}));
+}
+
 // The overlap of one column: 4 + 3 = 7 on 19..20, weight 70, outweighed at tier 4 by the first, 200 x 4.
 TEST(MergeMapsTest, OverlapOfTwo_AddsTheirValues) {
     EXPECT_EQ(merge(0.5, {{strip(0, 20), 4.0}}, 0.5, {{strip(19, 39), 3.0}}),

@@ -65,6 +65,8 @@ TEST(WindowKeyframeTest, TargetBelowOneInOneDimension_Passes) {
     EXPECT_EQ(frameOf(recording().target(0, 100).window(0.0, kWindow)), (Rectangle{600, 600, 0, 800}));
     frameOf(recording().target(100, 0).window(0.0, kWindow));
     frameOf(recording().target(1, 1).window(0.0, kWindow));
+    frameOf(recording().target(1, 0).window(0.0, kWindow));
+    frameOf(recording().target(0, 1).window(0.0, kWindow));
 }
 
 TEST(WindowKeyframeTest, SmallWindow_IsPaddedToTheTargetAroundItsMiddle) {
