@@ -47,6 +47,26 @@ TEST(ActionIndexTest, Build_AnotherArray_ForgetsTheFirst) {
     EXPECT_EQ(index.firstFrom(0, 2), 1u);
 }
 
+TEST(ActionIndexTest, Build_AnotherArrayOfTheSameSize_ForgetsTheFirst) {
+    const std::vector<OV_MOUSE_ACTION> first = actionsOf({0, 1});
+    const std::vector<OV_MOUSE_ACTION> second = actionsOf({3, 2});
+    ActionIndex index;
+    index.build(first);
+    index.build(second);
+    EXPECT_EQ(index.firstFrom(0, 0), ActionIndex::kNone);
+    EXPECT_EQ(index.firstFrom(0, 2), 1u);
+}
+
+TEST(ActionIndexTest, Build_ArrayThatGrewInPlace_FindsWhatWasAdded) {
+    std::vector<OV_MOUSE_ACTION> actions = actionsOf({0});
+    actions.reserve(2);
+    ActionIndex index;
+    index.build(actions);
+    actions.push_back({0, 1}); // the room is there, so the array stays where it is
+    index.build(actions);
+    EXPECT_EQ(index.firstFrom(0, 1), 1u);
+}
+
 TEST(ActionIndexTest, Build_CodesOutsideTheButtons_AreLeftOut) {
     const std::vector<OV_MOUSE_ACTION> actions = actionsOf({6, 7, -1, 8, 2147483647, -2147483647 - 1, 4});
     ActionIndex index;

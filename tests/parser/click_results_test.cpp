@@ -90,6 +90,14 @@ TEST_F(ClickResultsTest, FirstWindowOfTheListCounts_EvenAheadOfTheClick_AndNoOth
     EXPECT_EQ(objects().back(), "ClickWindow 11.49..11.49 (20,30,20,30)");
 }
 
+TEST_F(ClickResultsTest, OpenedWindow_AtTheHeadOfTheList_Counts) {
+    object(ActiveWindow, 11.0, 50.0, kWindow);
+    object(Click, 10.0, 10.5, kPoint);
+    results(1);
+    EXPECT_EQ(parser.objects.size(), 3u);
+    EXPECT_EQ(objects().back(), "ClickWindow 10.99..10.99 (600,900,350,700)");
+}
+
 TEST_F(ClickResultsTest, SearchRunsFromTheClicksStart_NotItsStop) {
     object(Click, 10.0, 30.0, kPoint);
     object(ActiveWindow, 12.5, 50.0, kWindow);
@@ -214,6 +222,13 @@ TEST_F(ClickResultsTest, Answer_SearchEndsAtTheFirstAreaThatBeginsLater) {
     changingArea(10.751, 20.0, kWindow);
     changingArea(10.5, 20.0, kWindow); // Out of order: not reached.
     EXPECT_EQ(answer({Click, 10.0, 10.5, kPoint, 0.0}), "(0,0,0,0)");
+}
+
+TEST_F(ClickResultsTest, Answer_ClickThatStopsBeforeItStarts_SearchGoesOnUntilAQuarterSecondBehindItsStop) {
+    // From 10 to 9.875: an answer begins from 9.75 to 10.125. The first area begins too early, and ends nothing.
+    changingArea(9.7, 20.0, {0, 1280, 0, 800});
+    changingArea(9.75, 20.0, kWindow);
+    EXPECT_EQ(answer({Click, 10.0, 9.875, kPoint, 0.0}), "(600,900,350,700)");
 }
 
 TEST_F(ClickResultsTest, Answer_IsTakenIntoTheZoneInWork) {
@@ -396,6 +411,14 @@ TEST_F(ClickResultsTest, KillStrokes_CoveringDragKills_WhateverStandsBeforeOrBeh
     object(HoverPopup, 10.5, 11.0, kPoint);
     parser.metaKillStrokes(0, scene, store, 1);
     EXPECT_EQ(parser.objects[1].type, Dead);
+}
+
+TEST_F(ClickResultsTest, KillStrokes_ClickAtTheStrokesStart_ExplainsItWhereFiveSecondsAreLostInRounding) {
+    // Doubles of this size are 16 apart, so that the start plus 5 s is the start itself. The click's stop lies behind it.
+    object(Click, 1e17, 2e17, kPoint);
+    object(Move, 1e17, 2e17, kWindow);
+    parser.metaKillStrokes(0, scene, store, 1);
+    EXPECT_EQ(parser.objects[1].type, Move);
 }
 
 TEST_F(ClickResultsTest, KillStrokes_LoneStrokeDies) {

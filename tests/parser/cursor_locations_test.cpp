@@ -90,6 +90,15 @@ TEST(CursorLocationsTest, AddToStroke_FarBoundsAndSamples_DoNotOverflow) {
     EXPECT_FALSE(continues({at(0, high, 0), at(100, low, 0)}, at(200, high, 0)));
 }
 
+TEST(CursorLocationsTest, AddToStroke_StandingStillWithoutRoomForTheAllowance_Continues) {
+    constexpr std::int32_t low = std::numeric_limits<std::int32_t>::lowest();
+    constexpr std::int32_t high = std::numeric_limits<std::int32_t>::max();
+    EXPECT_TRUE(continues({at(0, low, 0), at(100, low + 1, 0)}, at(200, low + 1, 0)));
+    EXPECT_TRUE(continues({at(0, high, 0), at(100, high - 1, 0)}, at(200, high - 1, 0)));
+    EXPECT_TRUE(continues({at(0, 0, low), at(100, 0, low + 1)}, at(200, 0, low + 1)));
+    EXPECT_TRUE(continues({at(0, 0, high), at(100, 0, high - 1)}, at(200, 0, high - 1)));
+}
+
 TEST(CursorLocationsTest, AddToStroke_SampleAwayFromTheAnchor_MovesTheAnchorToItself) {
     const ScopedTimeScale clock(1000.0);
     DataParser parser;

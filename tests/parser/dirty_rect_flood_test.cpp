@@ -95,6 +95,14 @@ TEST(DirtyRectFlood, ClusterFlood_RecordThatJoinsTwo_KeepsTheFirstsRectangle) {
     EXPECT_EQ(frames[0].dirtyRects, (std::vector<std::uint32_t>{0, 1, 2}));
 }
 
+TEST(DirtyRectFlood, ClusterFlood_NoRecords_GivesNoCluster) {
+    Params params;
+    params.dirtyRects() = {{0, {0, 10, 0, 10}}, {0, {30, 40, 0, 10}}};
+    for (const std::uint32_t at : {0U, 1U, 2U}) {
+        EXPECT_TRUE(clusterFlood(params.dirtyRects(), at, at).empty()) << at;
+    }
+}
+
 // Layouts that are dear to a search by place: one cluster that lies in between all others, many that one record joins,
 // long thin ones, and clusters that only meet late.
 TEST(DirtyRectFlood, ClusterFlood_EntangledLayouts_GiveWhatOneByOneGives) {

@@ -132,6 +132,14 @@ TEST(DirtyRectObjectsTest, PreProcessDR_SameRectangleForTenSeconds_IsOneFrame) {
     EXPECT_EQ(object.frames[0].time, 10000);
 }
 
+TEST(DirtyRectObjectsTest, PreProcessDR_AreasThatItLeaves_CanBeLookedUpByTime) {
+    ParserWorld world;
+    world.scene.dirty(1.0, box(0, 0, 10, 10)).dirty(1.0, box(100, 0, 10, 10));
+    world.parser.preProcessDR(0, world.scene, world.store);
+    EXPECT_EQ(world.parser.drObjects.size(), 2u);
+    EXPECT_TRUE(world.parser.areaTimes.standsFor(world.parser.drObjects));
+}
+
 // ---- addDRToFrameSet ----
 
 TEST(DirtyRectObjectsTest, AddDRToFrameSet_GapOfOnePixel_IsTwoClusters_SharedEdgeIsOne) {
@@ -254,6 +262,19 @@ TEST(DirtyRectObjectsTest, MergeFramesToActiveSet_ChangedRectangle_IsANewFrameAn
     EXPECT_EQ(object.start, 0);
     EXPECT_EQ(object.stop, 400);
     EXPECT_THAT(active, ElementsAre(0));
+}
+
+TEST(DirtyRectObjectsTest, MergeFramesToActiveSet_SightingsInOrder_AreKnownToBe_UntilOneIsEarlier) {
+    const ScopedTimeScale clock(1000.0);
+    DataParser parser;
+    Indices active;
+    for (const auto& [time, inOrder] :
+         {std::pair{500LL, true}, {500LL, true}, {700LL, true}, {699LL, false}, {800LL, false}}) {
+        Frames frames{frameOf(box(0, 0, 50, 50))};
+        parser.mergeFramesToActiveSet(frames, active, time);
+        ASSERT_EQ(parser.drObjects.size(), 1u);
+        EXPECT_EQ(parser.drObjects[0].isInOrder, inOrder) << time;
+    }
 }
 
 TEST(DirtyRectObjectsTest, MergeFramesToActiveSet_ShapeMayDriftWithoutLimit) {

@@ -112,6 +112,12 @@ TEST_F(HoversTest, Hover_GrowsByTheFramesItMeets) {
     EXPECT_EQ(hoverOver({{1.6, 250, 250}, {2.5, 290, 260}}), "Hover 1.6..2.5 (200,400,200,350)");
 }
 
+TEST_F(HoversTest, Hover_GoesOnNearTheFrameOfTheMoment_HoweverFarTheEarlierOnesLie) {
+    // From 2 s on the area is seen 300 pixels to the right: the second point is 250 from where it was.
+    changingArea(1.0, 3.0, {200, 600, 200, 300}, {{1500, kArea}, {2000, {500, 600, 200, 300}}});
+    EXPECT_EQ(hoverOver({{1.6, 250, 250}, {2.0, 550, 250}}), "Hover 1.6..2 (200,600,200,300)");
+}
+
 TEST_F(HoversTest, LatePointBesideTheArea_DoesNotKeepALaterOneFromEntering) {
     changingArea(1.0, 3.0, kArea);
     EXPECT_EQ(hoverOver({{1.001, 150, 250}, {1.5, 250, 250}}), "Hover 1.5..1.5 (200,300,200,300)");

@@ -446,6 +446,16 @@ TEST_F(ContextMenuTest, TheWindowsOpening_DiesWithIt_OneOnly) {
                                        "Dead 10..10 (100,101,10,11)", "ForeOpen 10..10 (100,101,10,11)"));
 }
 
+TEST_F(ContextMenuTest, OpeningDirectlyBehindTheClicksWindow_AheadOfItsOwn_DiesToo) {
+    scene.cursor(20.0, 590, 310);
+    object(ClickWindow, 9.99, 9.99, kInBar);
+    object(ForeOpen, 10.0, 10.0, kInBar);
+    object(ActiveWindow, 10.0, 12.0, {600, 900, 300, 500});
+    context();
+    EXPECT_THAT(objects(), ElementsAre("Dead 9.99..9.99 (100,101,10,11)", "Dead 10..10 (100,101,10,11)",
+                                       "Menu 10..12 (600,900,300,500)"));
+}
+
 TEST_F(ContextMenuTest, SearchForTheOpening_EndsAtTheFirstObjectThatBeginsLater) {
     scene.cursor(20.0, 590, 310);
     object(ClickWindow, 9.99, 9.99, kInBar);

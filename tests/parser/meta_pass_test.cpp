@@ -110,6 +110,9 @@ TEST_F(MetaPassTest, SetMetaTime_ClampsToTheZonesStopUnlessALocationOrAHeadStand
              Heads{30, kAbsent, kAbsent, 21, 23, 21},      //
              Heads{30, kAbsent, kAbsent, kAbsent, 23, 23}, //
              Heads{30, 0.001, kAbsent, kAbsent, kAbsent, 0.001},
+             Heads{30, kAbsent, 0.001, kAbsent, kAbsent, 0.001}, // One tick is the first that counts.
+             Heads{30, kAbsent, kAbsent, 0.001, kAbsent, 0.001}, //
+             Heads{30, kAbsent, kAbsent, kAbsent, 0.001, 0.001}, //
          }) {
         due(5.0, h.metaTime);
         const auto head = [](double time) { return time < 0 ? -1 : ticks(time); };
@@ -329,6 +332,48 @@ TEST_F(MetaPassTest, Table_EachTypeRunsItsRules) {
                   object(ActiveWindow, 1.0, 2.0, kSpot);
               }).first,
               Texts{"Menu 1..2 (600,700,300,400)"});
+}
+
+// Each scene holds what the rules of the next row would act on.
+TEST_F(MetaPassTest, Table_TypeRunsNoRuleOfAnother) {
+    const auto outcome = [this](auto prepare) {
+        parser = DataParser();
+        store.valueObjects.clear();
+        scene = testing::Scene();
+        due(0.0, 10.0);
+        prepare();
+        pass();
+        return std::pair(objects(), stored());
+    };
+    using Texts = std::vector<std::string>;
+
+    // A rest in the bar drops no menu, as a click there would.
+    EXPECT_EQ(outcome([&] {
+                  object(MouseIdle, 1.0, 2.0, {100, 101, 10, 11});
+                  changingArea(2.0, 2.5, {100, 300, 0, 300});
+              }),
+              std::pair(Texts{}, Texts{}));
+    // A click takes in no hover of its time, as a drag would.
+    for (const std::uint32_t type : {Click, DoubleClick}) {
+        EXPECT_EQ(outcome([&] {
+                      object(type, 1.0, 1.25, {640, 641, 400, 401});
+                      object(Hover, 1.0, 1.25, {20, 30, 0, 5});
+                  }),
+                  std::pair(Texts{testing::typeName(type) + " 1..1.25 (624,656,384,416)"}, Texts{}));
+    }
+    // An opening joins no animation, as another animation would.
+    EXPECT_EQ(outcome([&] {
+                  object(ForeOpen, 1.0, 1.0, {0, 10, 0, 10});
+                  object(ForeAnimate, 1.5, 3.0, kSpot);
+              }),
+              std::pair(Texts{"ForeAnimate 1.5..3 (600,700,300,400)"}, Texts{}));
+    // An absence makes no menu of a window beside the cursor, as a click's window would.
+    EXPECT_EQ(outcome([&] {
+                  scene.cursor(1.0, 590, 300);
+                  object(OffScreen, 0.99, 0.99, {});
+                  object(ActiveWindow, 1.0, 2.0, kSpot);
+              }),
+              std::pair(Texts{"ActiveWindow 1..2 (600,700,300,400)"}, Texts{}));
 }
 
 TEST_F(MetaPassTest, PaneOfAWindow_ReachesTheStoreOnlyInTheTurnThatMadeIt) {

@@ -42,6 +42,19 @@ TEST(RectangleTreeTest, CanMeet_EdgesThatTouch_ShareNoPixel) {
     EXPECT_FALSE(tree.canMeet(RectangleTree::kRoot, {0, 10, -5, 0}));
 }
 
+// A side of twice the limit leaves little room in 32 bits: what is reckoned with it must not overflow.
+TEST(RectangleTreeTest, Include_RectanglesAsWideAndHighAsCanBe_CanBeMet) {
+    constexpr std::int32_t far = RectangleTree::kFarPixels;
+    const std::vector<Rectangle> rects{
+        {-far, far, -far, far}, {far - 1, far, far - 1, far}, {-far, far, -far, 1 - far}};
+    RectangleTree tree(rects);
+    for (std::size_t i = 0; i < rects.size(); ++i) {
+        tree.include(i, rects[i]);
+        EXPECT_TRUE(tree.canMeet(tree.leafOf(i), rects[i])) << i;
+    }
+    EXPECT_TRUE(tree.canMeet(RectangleTree::kRoot, {0, 1, 0, 1}));
+}
+
 // Every rectangle that is included has a leaf of its own, and can be met in every node from there up to the root.
 TEST(RectangleTreeTest, Include_AnyRectangles_KeepsEachWithinReachOfEveryNodeAboveIt) {
     for (unsigned seed = 1; seed <= 100; ++seed) {

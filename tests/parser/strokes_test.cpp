@@ -383,6 +383,15 @@ TEST_F(StrokesTest, StrokesAreChoppedFirst) {
     EXPECT_EQ(parser.keptStrokes.size(), 3u);
 }
 
+TEST_F(StrokesTest, StrokesWithoutPoints_MakeNothingAndAreNotKept) {
+    parser.strokes.emplace_back();
+    stroke({{1.0, 10, 100}, {2.0, 50, 200}});
+    parser.strokes.emplace_back();
+    process();
+    EXPECT_THAT(objects(), ElementsAre("Move 1..2 (10,50,100,200)"));
+    EXPECT_EQ(parser.keptStrokes.size(), 1u);
+}
+
 TEST_F(StrokesTest, NoStrokes_NoObjects) {
     drag(2.0, 4.0);
     process();

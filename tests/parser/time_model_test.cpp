@@ -16,6 +16,11 @@ constexpr long long kLowest = std::numeric_limits<long long>::lowest();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
+// Read before any test has set the clock.
+const double kScaleAtLoad = DataParser::StoreTimeScale.load();
+
+TEST(TimeModelTest, StoreTimeScale_AtLoad_IsZero) { EXPECT_EQ(kScaleAtLoad, 0.0); }
+
 TEST(TimeModelTest, ConvertTime_PlainScale_DividesTicksByIt) {
     const ScopedTimeScale clock(1000.0);
     EXPECT_EQ(DataParser::convertTime(0), 0.0);

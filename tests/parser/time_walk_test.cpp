@@ -294,6 +294,15 @@ TEST(TimeWalkTest, ProcessLiveZone_Cancelled_ThrowsFromTheMetaPass) {
     EXPECT_EQ(reports, 1);
 }
 
+TEST(TimeWalkTest, ProcessLiveZone_SampleAtTickZeroWithNoPassDue_IsPresentAndDoesNotEndTheWalk) {
+    PrimaryPassAlone world;
+    for (const int tenths : {0, 1}) {
+        world.scene.params().cursorActions().push_back({PrimaryPassAlone::at(tenths), kUnknownCode});
+    }
+    world.processLiveZone();
+    EXPECT_EQ(world.parser.nextAction, 2u);
+}
+
 // ---- Who goes first ----
 
 // A head that is negative, yet not -1, is present, is earlier than every other head and has no handler: behind it the
