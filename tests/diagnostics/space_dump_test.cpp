@@ -120,6 +120,8 @@ TEST(TestStructureTest, ObjectFailures_AreReportedByPosition) {
     space.graph[0].objects = {7, 0, 9};
     EXPECT_EQ(test(space), "Object Location Failure for Object: 0\n"
                            "Object Location Failure for Object: 2\n");
+    space.graph[0].valid = false; // what a free slot holds is not looked at
+    EXPECT_EQ(test(space), "");
 }
 
 class BrokenGraphTest : public ::testing::Test {
