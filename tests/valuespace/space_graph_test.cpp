@@ -102,6 +102,7 @@ TEST(SpaceGraphTest, Reset_EmptiesEverything_AndTheGraphServesAgain) {
     ValueSpace space(&store);
     space.insertObject(0);
     space.insertObject(1);
+    space.deleteObject(0); // leaves free slots
     space.reset();
     EXPECT_TRUE(space.graph.empty() && space.topSpaces.empty() && space.freeSpaces.empty());
     EXPECT_TRUE(space.objectMap.empty());

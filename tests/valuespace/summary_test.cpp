@@ -209,6 +209,14 @@ TEST(SummarizeTierTest, AScoreJustAboveTheEarlier_Wins) {
     EXPECT_EQ(map.spaces[0].first, box(100, 0, 10, 10));
 }
 
+TEST(SummarizeTierTest, AnyScoreAboveZero_Wins) {
+    Valued v({{box(0, 0, 10, 10), 0.0078125}}); // a score of 0.78125
+    VS_VALUE_MAP map;
+    std::vector<std::uint32_t> list{0};
+    v.space.summarizeTier(list, map);
+    EXPECT_THAT(map.spaces, ElementsAre(Pair(box(0, 0, 10, 10), 0.0078125)));
+}
+
 TEST(SummarizeTierTest, ZeroOrNegativeScore_NeverWins) {
     Valued v({{box(0, 0, 10, 10), 0.0}, {box(100, 0, 10, 10), -3.0}, {box(200, 0, 10, 10), kNaN}});
     VS_VALUE_MAP map;
