@@ -172,7 +172,7 @@ TEST(NonOverlappingTest, NegativeFade_ThatWrapsAtTheEndOfTheClock_MakesLateEvent
     for (const Event& event : events) {
         runs.push_back({event, 1, 1});
     }
-    EXPECT_EQ(timesOf(expanded(apart(runs, -5))), (Times{kLastTick - 7, kLastTick - 2}));
+    EXPECT_EQ(apart(runs, -5), (EventRuns{{{kLastTick - 7, 2, 7.0}, 1, 1}, {{kLastTick - 2, 0, 9.0}, 1, 1}}));
     // With the lowest fade every tick is late.
     EXPECT_EQ(timesOf(apart(Events{{5, 0, 9.0}, {9, 1, 8.0}}, kLowest)), (Times{5}));
 }
