@@ -73,6 +73,8 @@ TEST(VoteRunsTest, RunAtOrAfter_FindsTheFirstEntryFromATickOn) {
     EXPECT_EQ(votes.tickCount(), 6u + static_cast<unsigned long long>(kLastTick) - 19u);
     EXPECT_EQ(VoteRuns(3).runAtOrAfter(0), 0u);
     EXPECT_TRUE(VoteRuns(3).empty());
+    EXPECT_EQ(VoteRuns(3).targetCount(), 3u);
+    EXPECT_EQ(VoteRuns().targetCount(), 0u);
 }
 
 TEST(CountAndSortVotesTest, Winner_IsTheGreatestSum_TheLowerIndexInATie) {
