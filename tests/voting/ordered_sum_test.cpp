@@ -51,6 +51,54 @@ TEST(OrderedSumTest, AddedTo_ManyTies_RoundToEvenOneByOne) {
     EXPECT_EQ(sum.addedTo(0.0), 1000.0);
 }
 
+TEST(OrderedSumTest, AddedTo_NoneInForce_LeavesANegativeZero) {
+    // Adding a 0.0 that is not in force would make it positive.
+    EXPECT_TRUE(std::signbit(OrderedSum(40).addedTo(-0.0)));
+    OrderedSum sum(1);
+    sum.set(0, 1.0);
+    sum.set(0, 0.0);
+    EXPECT_TRUE(std::signbit(sum.addedTo(-0.0)));
+}
+
+TEST(OrderedSumTest, AddedTo_AddendsThatCancel_StillRoundOneByOne) {
+    // Half a step below 3 is a tie that goes up to the even 3; one off that is 2. In one block, then in two.
+    for (const std::size_t second : {1u, 32u}) {
+        OrderedSum sum(64);
+        sum.set(0, 1.0);
+        sum.set(second, -1.0);
+        EXPECT_EQ(sum.addedTo(2.0 - std::ldexp(1.0, -52)), 2.0) << second;
+    }
+}
+
+TEST(OrderedSumTest, AddedTo_SumThatRoundingLiftsToAPowerOfTwo_GoesOnInTheWiderSteps) {
+    // Ten times 0.6 of a step, 7 steps below 2: each of the first seven is rounded up to a step. At 2 the steps are
+    // twice as wide, and the rest is rounded down. The ten together, 6 steps, would not reach 2.
+    const double step = std::ldexp(1.0, -52);
+    OrderedSum sum(10);
+    for (std::size_t i = 0; i < 10; ++i) {
+        sum.set(i, 0.6 * step);
+    }
+    EXPECT_EQ(sum.addedTo(2.0 - 7.0 * step), 2.0);
+}
+
+TEST(OrderedSumTest, AddedTo_AnOddStep_ShiftsByTheStepsOfBothBlocks) {
+    const double step = std::ldexp(1.0, -51); // between 2 and 4
+    OrderedSum sum(64);
+    sum.set(0, step);
+    sum.set(63, step);
+    EXPECT_EQ(sum.addedTo(2.0 + step), 2.0 + 3.0 * step);
+}
+
+TEST(OrderedSumTest, AddedTo_AtTheSmallestDoubles_AddsThemToo) {
+    constexpr double smallest = std::numeric_limits<double>::denorm_min();
+    constexpr double smallestNormal = std::numeric_limits<double>::min();
+    OrderedSum sum(1);
+    sum.set(0, smallest);
+    EXPECT_EQ(sum.addedTo(0.0), smallest);
+    EXPECT_EQ(sum.addedTo(smallest), 2.0 * smallest);
+    EXPECT_EQ(sum.addedTo(smallestNormal), smallestNormal + smallest);
+}
+
 // Addends as they come from votes, addends that make ties, and addends of any size or kind.
 enum class Kind { Votes, Ties, Sizes, Anything };
 

@@ -264,6 +264,21 @@ TEST(VotingTimeScaleTest, BelowOne_OnlyAWindowHasTicks) {
     EXPECT_EQ(nonZero(votes, 1001).at(0), 80.0);
 }
 
+TEST(VotingTimeScaleTest, ClickWithoutTicks_ChangesNothing) {
+    Params params = squareRecording();
+    params.setTimeScale(0.9); // clicks: 0 and 0; windows: 0 before, 2.7 after
+    addClick(params, 0, 896, 896);
+    addClick(params, 1, 896, 896);
+    addWindow(params, 0, {64, 192, 64, 192});
+    VoteRuns votes = votesOf(params);
+    const auto isTheWindowsAlone = [&] {
+        return spans(votes) == Spans{{0, 1}} && votes.at(0)[0] == 80.0 && votes.at(0)[15] == 0.0;
+    };
+    EXPECT_TRUE(isTheWindowsAlone());
+    engine.castVotesForCursorActions(params, votes, engine.targetRectsForParams(params), nullptr, {0, 0});
+    EXPECT_TRUE(isTheWindowsAlone()) << "cast on top";
+}
+
 TEST(VotingTimeScaleTest, LargestCounts_VoteInOneRun) {
     Params params = squareRecording();
     params.setTimeScale(2147483647.0);
@@ -382,6 +397,22 @@ TEST(CastVotesForActionVectorTest, InvertedSample_VotesWhereItsEdgesLieWithin) {
     EXPECT_EQ(votes.at(5)[0], 1.0);
     // The middle is 5, the centre 7, the width 4: half a width off, 1 - 0.125.
     EXPECT_EQ(votes.at(5)[1], 0.875);
+}
+
+TEST(CastVotesForActionVectorTest, TargetThatNobodyVotesForNow_KeepsItsSum) {
+    // Tick 4 and 5 have one vote for the second target; ticks 5 to 7 get one for the first.
+    const Targets both{{{0, 10, 0, 10}, 1}, {{20, 30, 20, 30}, 1}};
+    const auto one = [](int) { return 1.0; };
+    for (const Targets& later : {both, Targets{both[0]}}) {
+        SCOPED_TRACE(std::to_string(later.size()) + " targets in the later ballot");
+        VoteRuns votes;
+        engine.castVotesForActionVector({{5, {25, 25, 25, 25}}}, 1, 1, one, votes, both, nullptr, {0, 0});
+        engine.castVotesForActionVector({{5, {5, 5, 5, 5}}}, 0, 3, one, votes, later, nullptr, {0, 0});
+        EXPECT_EQ(spans(votes), (Spans{{4, 4}, {5, 5}, {6, 7}}));
+        EXPECT_THAT(votes.at(4), ::testing::ElementsAre(0.0, 1.0));
+        EXPECT_THAT(votes.at(5), ::testing::ElementsAre(1.0, 1.0));
+        EXPECT_THAT(votes.at(7), ::testing::ElementsAre(1.0, 0.0));
+    }
 }
 
 // Any weights, many pieces, votes on top of votes, ballots that grow: against the loop over ticks.

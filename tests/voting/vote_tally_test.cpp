@@ -73,6 +73,8 @@ TEST(VoteRunsTest, RunAtOrAfter_FindsTheFirstEntryFromATickOn) {
     EXPECT_EQ(votes.tickCount(), 6u + static_cast<unsigned long long>(kLastTick) - 19u);
     EXPECT_EQ(VoteRuns(3).runAtOrAfter(0), 0u);
     EXPECT_TRUE(VoteRuns(3).empty());
+    EXPECT_EQ(VoteRuns(3).targetCount(), 3u);
+    EXPECT_EQ(VoteRuns().targetCount(), 0u);
 }
 
 TEST(CountAndSortVotesTest, Winner_IsTheGreatestSum_TheLowerIndexInATie) {
@@ -172,7 +174,7 @@ TEST(NonOverlappingTest, NegativeFade_ThatWrapsAtTheEndOfTheClock_MakesLateEvent
     for (const Event& event : events) {
         runs.push_back({event, 1, 1});
     }
-    EXPECT_EQ(timesOf(expanded(apart(runs, -5))), (Times{kLastTick - 7, kLastTick - 2}));
+    EXPECT_EQ(apart(runs, -5), (EventRuns{{{kLastTick - 7, 2, 7.0}, 1, 1}, {{kLastTick - 2, 0, 9.0}, 1, 1}}));
     // With the lowest fade every tick is late.
     EXPECT_EQ(timesOf(apart(Events{{5, 0, 9.0}, {9, 1, 8.0}}, kLowest)), (Times{5}));
 }

@@ -142,6 +142,18 @@ TEST(VotingKeyframeAtTimeTest, AfterTheLastVote_AnswersTheWhole) {
     EXPECT_EQ(rectAt(squareRecording(), 5), kWhole);
 }
 
+TEST(VotingKeyframeAtTimeTest, SumBelowOneVote_IsEnoughToWin) {
+    // Windows whose edges stand in the wrong order, far off the centre of what holds them. The first is held by the
+    // whole alone and takes some 24000 votes from it. The second, its middle at (1600, 320), is held by the upper row
+    // of middle targets and the whole. It is 896 of 640 off the right one of the row, 1 - 0.98, times 20 and 2; from
+    // the other two it takes votes.
+    Params params = squareRecording();
+    addWindow(params, 1000, {100000, 1024, 0, 1024});
+    addWindow(params, 1000, {3200, 0, 10, 630});
+    EXPECT_EQ(rectAt(params, 1000), (Rectangle{384, 1024, 0, 640}));
+    EXPECT_EQ(keyframes(params), (Keyframes{{967, {384, 1024, 0, 640}}}));
+}
+
 TEST(VotingKeyframeAtTimeTest, FadePlaysNoPart) {
     Params params = squareRecording();
     addClick(params, 1000, 896, 896);

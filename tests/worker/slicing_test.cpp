@@ -220,8 +220,11 @@ TEST_F(DetectSliceTest, LookAheadFindsTheFocusWithin127Pixels_ChangesNothing) {
 
 TEST_F(DetectSliceTest, TriggerAtOrBehindTheProvisionalEnd_IsNotLookedAt) {
     EXPECT_EQ(slice({briefFocus(), object(Drag, 1.69, 3.0, kFarAway)}).stop, 1.69);
-    const double end = 0.2 + 1.2 / ((0.2 - 0.0) * 4.0);
-    EXPECT_DOUBLE_EQ(slice({briefFocus(), object(Drag, end, 3.0, kFarAway)}).stop, end);
+    EXPECT_EQ(store_.nextObject, 1u) << "the look ahead loads it";
+    const double end = slice({briefFocus()}).stop;
+    EXPECT_DOUBLE_EQ(end, 0.2 + 1.2 / ((0.2 - 0.0) * 4.0));
+    EXPECT_EQ(slice({briefFocus(), object(Drag, end, 3.0, kFarAway)}).stop, end);
+    EXPECT_EQ(store_.nextObject, 0u) << "no look ahead";
 }
 
 TEST_F(DetectSliceTest, TriggerWithinTheProbe_IsNotLookedAt) {
