@@ -17,6 +17,12 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 OV_VALUE_OBJECT startingAt(double start) { return {Move, start, start + 1.0, {}, 0.0}; }
 
+TEST(ValueRow, OfNothing_IsWorthNothing) {
+    const OV_VALUE_ROW row;
+    EXPECT_EQ(row.value, 0.0);
+    EXPECT_EQ(row.decay, 0.0);
+}
+
 TEST(ValueMatrixTest, Rows_HaveTheirNumberValueAndDecay) {
     struct Row {
         std::uint32_t type;

@@ -28,6 +28,18 @@ TEST(SpaceGraphTest, Fresh_IsEmptyWithRoomForFiveHundredSpaces) {
     static_assert(!std::is_copy_constructible_v<ValueSpace> && !std::is_polymorphic_v<ValueSpace>);
 }
 
+TEST(SpaceGraphTest, Records_BeginEmpty) {
+    const OV_INTERSECTION space;
+    EXPECT_FALSE(space.valid);
+    EXPECT_EQ(space.value, 0.0);
+    const VS_CREATION_SPACE creation;
+    EXPECT_FALSE(creation.reuse);
+    EXPECT_EQ(creation.space, 0u);
+    const VS_VALUE_ORDER order;
+    EXPECT_EQ(order.space, 0u);
+    EXPECT_EQ(order.value, 0.0);
+}
+
 TEST(SpaceGraphTest, CreateSpace_AppendsAnUnlinkedValidSpace) {
     OV_DATA_STORE store;
     ValueSpace space(&store);
