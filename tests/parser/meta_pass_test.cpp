@@ -46,6 +46,19 @@ protected:
         }
         return all;
     }
+
+    using Texts = std::vector<std::string>;
+
+    /// What a pass from 0 to 10 s keeps and hands over in a fresh scene that `prepare` fills.
+    template <typename Prepare> std::pair<Texts, Texts> outcome(Prepare prepare) {
+        parser = DataParser();
+        store.valueObjects.clear();
+        scene = testing::Scene();
+        due(0.0, 10.0);
+        prepare();
+        pass();
+        return {objects(), stored()};
+    }
 };
 
 // ---- The beat ----
@@ -241,17 +254,6 @@ TEST_F(MetaPassTest, Table_EachTypeIsHandedOverOrDies) {
 }
 
 TEST_F(MetaPassTest, Table_EachTypeRunsItsRules) {
-    const auto outcome = [this](auto prepare) {
-        parser = DataParser();
-        store.valueObjects.clear();
-        scene = testing::Scene();
-        due(0.0, 10.0);
-        prepare();
-        pass();
-        return std::pair(objects(), stored());
-    };
-    using Texts = std::vector<std::string>;
-
     // A stroke along the bar drops a menu and hands over its hovers.
     for (const std::uint32_t type : {Move, MoveOutOfWindow, MoveIntoWindow}) {
         const auto [kept, handed] = outcome([&] {
@@ -336,17 +338,6 @@ TEST_F(MetaPassTest, Table_EachTypeRunsItsRules) {
 
 // Each scene holds what the rules of the next row would act on.
 TEST_F(MetaPassTest, Table_TypeRunsNoRuleOfAnother) {
-    const auto outcome = [this](auto prepare) {
-        parser = DataParser();
-        store.valueObjects.clear();
-        scene = testing::Scene();
-        due(0.0, 10.0);
-        prepare();
-        pass();
-        return std::pair(objects(), stored());
-    };
-    using Texts = std::vector<std::string>;
-
     // A rest in the bar drops no menu, as a click there would.
     EXPECT_EQ(outcome([&] {
                   object(MouseIdle, 1.0, 2.0, {100, 101, 10, 11});
