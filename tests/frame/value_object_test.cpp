@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <set>
 #include <utility>
@@ -132,6 +133,19 @@ TEST(CompareMapSpacesTest, AscendingAndDescendingByDensityAlone) {
         EXPECT_FALSE(compare(none, thin));
         EXPECT_FALSE(compare(thin, none));
     }
+}
+
+// The edges tell the spaces apart: 0 to 5 in the order in which they come.
+TEST(SortByDensityTest, DensestFirst_EqualOnesInOrder_NotANumberLast) {
+    std::vector<std::pair<Rectangle, double>> spaces{{{0}, 1.0},  {{1}, kNaN}, {{2}, 3.0},
+                                                     {{3}, kNaN}, {{4}, 2.0},  {{5}, 3.0}};
+    sortByDensity(spaces);
+    std::vector<std::int32_t> order;
+    order.reserve(spaces.size());
+    for (const auto& space : spaces) {
+        order.push_back(space.first.left);
+    }
+    EXPECT_EQ(order, (std::vector<std::int32_t>{2, 5, 4, 0, 1, 3}));
 }
 
 TEST(DataStoreTest, Fresh_IsZeroed) {

@@ -24,6 +24,13 @@ TEST(RectangleTreeTest, IsFindable_NothingCoveredOrFarAway_IsNot) {
     EXPECT_FALSE(RectangleTree::isFar({0, 0, 0, 0}));
 }
 
+TEST(RectangleTreeTest, IsFar_AsWideOrHighAsASideThatWraps_IsFar) {
+    constexpr std::int32_t half = 1 << 30;
+    EXPECT_LT(width({-half, half, 0, 1}), 0);
+    EXPECT_TRUE(RectangleTree::isFar({-half, half, 0, 1}));
+    EXPECT_TRUE(RectangleTree::isFar({0, 1, -half, half}));
+}
+
 TEST(RectangleTreeTest, CanMeet_NothingIncluded_IsFalse) {
     const RectangleTree tree({{0, 10, 0, 10}, {5, 5, 0, 0}});
     EXPECT_FALSE(tree.canMeet(RectangleTree::kRoot, {-100, 100, -100, 100}));
