@@ -166,10 +166,19 @@ TEST(DataStoreTest, Fresh_IsZeroed) {
     EXPECT_EQ(store.mergesTotal, 0);
 }
 
+TEST(LiveZoneTest, Fresh_IsEmptyAtTimeZero) {
+    const OV_LIVE_ZONE zone;
+    EXPECT_EQ(zone.rect, Rectangle{});
+    EXPECT_EQ(zone.start, 0.0);
+    EXPECT_EQ(zone.stop, 0.0);
+}
+
 TEST(FocusSliceTest, Fresh_IsUnmergedAndUnclassified) {
     const OV_FOCUS_SLICE slice;
     EXPECT_TRUE(slice.map.spaces.empty() && slice.map.tier4Rects.empty());
     EXPECT_EQ(slice.map.span, 0.0);
+    EXPECT_EQ(slice.start, 0.0);
+    EXPECT_EQ(slice.stop, 0.0);
     EXPECT_FALSE(slice.blank || slice.keyframe || slice.blocked);
     EXPECT_EQ(slice.mergeId, 0);
     EXPECT_EQ(slice.mergeType, 0);
@@ -177,6 +186,24 @@ TEST(FocusSliceTest, Fresh_IsUnmergedAndUnclassified) {
     EXPECT_FALSE(slice.breakdown.noWindow || slice.breakdown.identified);
     EXPECT_EQ(slice.breakdown.windowRect, Rectangle{});
     EXPECT_EQ(slice.breakdown.tier4Rect, Rectangle{});
+}
+
+// Dumps and reports show the numbers.
+TEST(MergeStrategyTest, Values_AreZeroToTwelve) {
+    const std::vector<std::int32_t> values{OV_MERGE_NONE,
+                                           OV_MERGE_TIGHT,
+                                           OV_MERGE_WIDE,
+                                           OV_MERGE_LOOSE,
+                                           OV_MERGE_FORCED,
+                                           OV_MERGE_OFF_WINDOW,
+                                           OV_MERGE_FULL_SCREEN,
+                                           OV_MERGE_TIGHT_PAN_TIGHT,
+                                           OV_MERGE_TIGHT_GROW_WIDE,
+                                           OV_MERGE_WIDE_SHRINK_TIGHT,
+                                           OV_MERGE_RETURN_WINDOW,
+                                           OV_MERGE_GO_FULL_SCREEN,
+                                           OV_MERGE_GO_OFF_WINDOW};
+    EXPECT_EQ(values, (std::vector<std::int32_t>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 
 TEST(ProgressStageTest, Values_AreZeroToTwo) {

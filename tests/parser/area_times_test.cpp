@@ -21,6 +21,12 @@ bool isUsed(const std::vector<DR_OBJECT>& areas) {
     return times.standsFor(areas);
 }
 
+TEST(AreaTimesTest, NotBuilt_StandsForNothingAndHoldsNothing) {
+    const AreaTimes times;
+    EXPECT_FALSE(times.standsFor({}));
+    EXPECT_EQ(times.firstAlive(0, 5), 0u);
+}
+
 TEST(AreaTimesTest, StandsFor_OnlyAreasInOrderThatStopNoEarlierThanTheyStart) {
     EXPECT_TRUE(isUsed(areasOf({})));
     EXPECT_TRUE(isUsed(areasOf({{0, 9}, {0, 0}, {3, 5}})));

@@ -38,6 +38,24 @@ Frames clustersOf(std::initializer_list<Rectangle> rects) {
     return frames;
 }
 
+// ---- New records ----
+
+TEST(DirtyRectObjectsTest, FreshObject_IsEmptyAtTimeZero) {
+    const DR_OBJECT object;
+    EXPECT_THAT(object.frames, IsEmpty());
+    EXPECT_EQ(object.start, 0);
+    EXPECT_EQ(object.stop, 0);
+    EXPECT_EQ(object.bounds, Rectangle{});
+    EXPECT_FALSE(object.isInOrder);
+}
+
+TEST(DirtyRectObjectsTest, FreshFrame_IsEmptyAndNotMatched) {
+    const DR_OBJECT_FRAME frame;
+    EXPECT_THAT(frame.dirtyRects, IsEmpty());
+    EXPECT_EQ(frame.rect, Rectangle{});
+    EXPECT_FALSE(frame.matched);
+}
+
 // ---- preProcessDR ----
 
 TEST(DirtyRectObjectsTest, PreProcessDR_NoRectangles_LeavesNoObjectAndEmptyAnswers) {

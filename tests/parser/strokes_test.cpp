@@ -1,3 +1,4 @@
+#include <cstdint>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -39,6 +40,21 @@ protected:
     void chop() { parser.chopStrokes(); }
     void process() { parser.processStrokes(store); }
 };
+
+// ---- New records ----
+
+TEST(MouseRecordsTest, FreshStroke_HasNoPointAndBoundsInsideOut) {
+    const MOUSE_STROKE stroke;
+    EXPECT_THAT(stroke.points, IsEmpty());
+    EXPECT_EQ(stroke.bounds, (Rectangle{INT32_MAX, INT32_MIN, INT32_MAX, INT32_MIN}));
+    EXPECT_EQ(stroke.anchor, 0u);
+}
+
+TEST(MouseRecordsTest, FreshIdle_HasNoTime) {
+    const MOUSE_IDLE idle;
+    EXPECT_EQ(idle.interval.start, -1);
+    EXPECT_EQ(idle.interval.stop, -1);
+}
 
 // ---- Cutting at drags ----
 

@@ -93,6 +93,7 @@ TEST(TimeWalkTest, Constructor_StartsWithNoHeadsAndCursorsAtZero) {
     EXPECT_EQ(parser.foreWindowTime, -1);
     EXPECT_EQ(parser.metaTime, -1);
     EXPECT_EQ(parser.locationTime, -1);
+    EXPECT_EQ(parser.metaStartTime, 0);
     EXPECT_THAT(parser.strokes, IsEmpty());
     EXPECT_THAT(parser.objects, IsEmpty());
     EXPECT_THAT(parser.drObjects, IsEmpty());

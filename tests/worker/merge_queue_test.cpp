@@ -40,6 +40,16 @@ std::string run(const std::string& script) {
     return order;
 }
 
+TEST(MergeQueueTest, FreshEntry_HasNoPriorityAndNoStrategy) {
+    const MERGE_ENTRY entry;
+    EXPECT_EQ(entry.priority, -1);
+    EXPECT_EQ(entry.firstSlice, 0u);
+    EXPECT_EQ(entry.nextSlice, 0u);
+    EXPECT_EQ(entry.strategy, OV_MERGE_NONE);
+    EXPECT_EQ(entry.firstMergeId, 0);
+    EXPECT_EQ(entry.nextMergeId, 0);
+}
+
 TEST(MergeQueueTest, Pop_DifferentPriorities_HighestFirst) {
     EXPECT_EQ(run("A1 B3 C2"), "BCA");
     EXPECT_EQ(run("A3 B2 C1"), "ABC");
