@@ -16,6 +16,11 @@ using ::testing::IsEmpty;
 using ::testing::Pair;
 using testing::storeOf;
 
+TEST(SpaceGraphTest, ParentKinds_AreOneAndTwo) {
+    EXPECT_EQ(PARENT_IN_CREATION, 1u);
+    EXPECT_EQ(PARENT_IN_GRAPH, 2u);
+}
+
 TEST(SpaceGraphTest, Fresh_IsEmptyWithRoomForFiveHundredSpaces) {
     OV_DATA_STORE store;
     ValueSpace space(&store);
