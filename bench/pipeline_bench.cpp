@@ -11,12 +11,12 @@
 
 #include <benchmark/benchmark.h>
 
-#include "DataParser.h"
-#include "DataStore.h"
 #include "GeneratedRecording.h"
 #include "OrvantaWorker.h"
-#include "ValueSpace.h"
+#include "frame/DataStore.h"
+#include "parser/DataParser.h"
 #include "recording.h"
+#include "valuespace/ValueSpace.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <random>
 
 #include "OrvantaVotingAlgorithm.h"
-#include "WrappingArithmetic.h"
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS {
 namespace {

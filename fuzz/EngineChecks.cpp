@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Check.h"
-#include "Geometry.h"
+#include "frame/Geometry.h"
 
 namespace OrvantaNS::fuzz {
 

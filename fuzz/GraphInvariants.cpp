@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Check.h"
-#include "Geometry.h"
+#include "frame/Geometry.h"
 
 namespace OrvantaNS::fuzz {
 

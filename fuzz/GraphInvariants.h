@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "ValueSpace.h"
+#include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS::fuzz {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "Geometry.h"
-#include "TimeModel.h"
-#include "WrappingArithmetic.h"
+#include "frame/Geometry.h"
+#include "frame/TimeModel.h"
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS::fuzz {
 

@@ -7,9 +7,9 @@
 
 #include "ByteReader.h"
 #include "Check.h"
-#include "Geometry.h"
 #include "OrvantaWorker.h"
-#include "ValueMap.h"
+#include "frame/Geometry.h"
+#include "frame/ValueMap.h"
 
 namespace {
 

@@ -4,12 +4,12 @@
 #include <cmath>
 
 #include "Check.h"
-#include "DataParser.h"
-#include "DataStore.h"
 #include "EngineChecks.h"
-#include "Geometry.h"
 #include "OrvantaWorker.h"
 #include "RequestDecoder.h"
+#include "frame/DataStore.h"
+#include "frame/Geometry.h"
+#include "parser/DataParser.h"
 
 namespace {
 

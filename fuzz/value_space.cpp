@@ -4,10 +4,10 @@
 
 #include "ByteReader.h"
 #include "Check.h"
-#include "DataStore.h"
-#include "Geometry.h"
 #include "GraphInvariants.h"
-#include "ValueSpace.h"
+#include "frame/DataStore.h"
+#include "frame/Geometry.h"
+#include "valuespace/ValueSpace.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 
 #include "Check.h"
 #include "EngineChecks.h"
-#include "Geometry.h"
 #include "OrvantaVotingAlgorithm.h"
 #include "RequestDecoder.h"
+#include "frame/Geometry.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 
 #include "Check.h"
 #include "EngineChecks.h"
-#include "Geometry.h"
 #include "OrvantaVotingAlgorithm.h"
 #include "OrvantaWorker.h"
 #include "RequestDecoder.h"
+#include "frame/Geometry.h"
 
 using namespace OrvantaNS;
 using namespace OrvantaNS::fuzz;

@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "FocusSlice.h"
 #include "OrvantaRecords.h"
 #include "ProgressReporter.h"
-#include "ValueObject.h"
+#include "frame/FocusSlice.h"
+#include "frame/ValueObject.h"
 
 namespace OrvantaNS {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "Rectangle.h"
-#include "ValueMap.h"
+#include "frame/ValueMap.h"
 
 namespace OrvantaNS {
 

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "Rectangle.h"
-#include "WrappingArithmetic.h"
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS {
 

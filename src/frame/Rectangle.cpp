@@ -3,7 +3,7 @@
 #include <fstream>
 #include <ostream>
 
-#include "Geometry.h"
+#include "frame/Geometry.h"
 
 namespace OrvantaNS {
 

@@ -1,7 +1,7 @@
 // The arithmetic between ticks of a recording's clock and seconds.
 #pragma once
 
-#include "WrappingArithmetic.h"
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS {
 

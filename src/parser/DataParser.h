@@ -6,15 +6,15 @@
 #include <utility>
 #include <vector>
 
-#include "ActionIndex.h"
-#include "AreaTimes.h"
-#include "DataStore.h"
-#include "DirtyRectObject.h"
 #include "Interval_Type.h"
-#include "LocationOrder.h"
-#include "MouseStroke.h"
 #include "OrvantaExport.h"
 #include "Params.h"
+#include "frame/DataStore.h"
+#include "parser/cursor/ActionIndex.h"
+#include "parser/cursor/LocationOrder.h"
+#include "parser/cursor/MouseStroke.h"
+#include "parser/damage/AreaTimes.h"
+#include "parser/damage/DirtyRectObject.h"
 
 namespace OrvantaNS {
 

@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "DataStore.h"
 #include "OrvantaExport.h"
+#include "frame/DataStore.h"
 
 namespace OrvantaNS {
 

@@ -1,7 +1,7 @@
 // The three questions of the voting engine.
 #include "OrvantaVotingAlgorithm.h"
 
-#include "VoteRuns.h"
+#include "voting/VoteRuns.h"
 
 namespace OrvantaNS {
 

@@ -12,7 +12,7 @@
 #include "OrvantaRecords.h"
 #include "Params.h"
 #include "ProgressReporter.h"
-#include "WrappingArithmetic.h"
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS::testing {
 

@@ -10,12 +10,12 @@
 #include <memory>
 #include <vector>
 
-#include "DataStore.h"
 #include "GeneratedRecording.h"
 #include "OrvantaException.h"
 #include "OrvantaVotingAlgorithm.h"
 #include "OrvantaWorker.h"
 #include "RequestNumbers.h"
+#include "frame/DataStore.h"
 
 namespace OrvantaNS::testing {
 namespace {

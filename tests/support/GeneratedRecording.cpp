@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "Geometry.h"
 #include "Random.h"
+#include "frame/Geometry.h"
 
 namespace OrvantaNS::testing {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "OrvantaVotingAlgorithm.h"
-#include "WrappingArithmetic.h"
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS::testing {
 

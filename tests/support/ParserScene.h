@@ -10,8 +10,8 @@
 
 #include <gtest/gtest.h>
 
-#include "DataParser.h"
 #include "Scene.h"
+#include "parser/DataParser.h"
 
 namespace OrvantaNS::testing {
 

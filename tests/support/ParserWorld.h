@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "DataParser.h"
 #include "Scene.h"
+#include "parser/DataParser.h"
 
 namespace OrvantaNS::testing {
 

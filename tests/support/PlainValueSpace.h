@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "Geometry.h"
-#include "ValueSpace.h"
+#include "frame/Geometry.h"
+#include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS::testing {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "DataStore.h"
 #include "Params.h"
+#include "frame/DataStore.h"
 
 namespace OrvantaNS::testing {
 

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include "DataStore.h"
-#include "MergeEntry.h"
 #include "Scene.h"
+#include "frame/DataStore.h"
+#include "worker/merging/MergeEntry.h"
 
 namespace OrvantaNS::testing {
 

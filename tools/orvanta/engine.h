@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "DataStore.h"
 #include "OrvantaWorker.h"
 #include "engine_choice.h"
+#include "frame/DataStore.h"
 #include "recording.h"
 #include "size_option.h"
 #include "time_option.h"

@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "Geometry.h"
+#include "frame/Geometry.h"
 #include "json_writer.h"
 #include "keyframe_output.h"
 #include "text_format.h"

@@ -4,8 +4,8 @@
 
 #include <fmt/format.h>
 
-#include "TimeModel.h"
 #include "dump_reader.h"
+#include "frame/TimeModel.h"
 #include "input_file.h"
 #include "jsonl_reader.h"
 #include "text_format.h"

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "Geometry.h"
+#include "frame/Geometry.h"
 #include "text_format.h"
 
 namespace OrvantaNS::command {

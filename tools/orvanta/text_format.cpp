@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "Geometry.h"
+#include "frame/Geometry.h"
 
 namespace OrvantaNS::command {
 

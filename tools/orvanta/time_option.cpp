@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "TimeModel.h"
+#include "frame/TimeModel.h"
 #include "text_format.h"
 
 namespace OrvantaNS::command {

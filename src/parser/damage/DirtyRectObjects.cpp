@@ -1,0 +1,196 @@
+// Rebuilds from scattered dirty rectangles the areas that went on changing, and answers questions about them.
+
+#include "parser/DataParser.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "frame/Geometry.h"
+#include "parser/damage/AreaMatch.h"
+#include "parser/damage/DirtyRectFlood.h"
+
+namespace OrvantaNS {
+
+namespace {
+
+// An area keeps its identity over a gap between sightings of up to this long, seconds.
+constexpr double kSightingGapSeconds = 1.5;
+
+// Position of the first frame that is not matched yet and similar to `seen`; the number of frames when there is none.
+std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Rectangle& seen) {
+    const auto match = std::find_if(frames.begin(), frames.end(), [&](const DR_OBJECT_FRAME& frame) {
+        return !frame.matched && isSimilar(seen, frame.rect);
+    });
+    return static_cast<std::size_t>(match - frames.begin());
+}
+
+// Whether a span of time lies within the interval, ends included, or overlaps it by more than nothing. A span of no
+// length inside the interval thus counts, and one outside does not.
+bool livesIn(Interval_Type<long long> span, Interval_Type<long long> interval) {
+    return (interval.start <= span.start && span.stop <= interval.stop) ||
+           std::min(span.stop, interval.stop) > std::max(span.start, interval.start);
+}
+
+} // namespace
+
+void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+    const std::vector<OV_TIME_RECT>& dirtyRects = params.dirtyRects();
+    const long long zoneStop = revertTime(store.liveZones[zone].stop);
+    std::vector<std::uint32_t> active;
+    std::vector<DR_OBJECT_FRAME> frames;
+    std::uint32_t i = skipDirtyRect;
+    while (i < dirtyRects.size()) {
+        const long long time = dirtyRects[i].time;
+        if (time > zoneStop) {
+            break;
+        }
+        frames.clear();
+        std::uint32_t end = i;
+        while (end < dirtyRects.size() && dirtyRects[end].time == time) {
+            ++end;
+        }
+        if (end - i > kFloodRects) {
+            frames = clusterFlood(dirtyRects, i, end);
+        } else {
+            for (std::uint32_t record = i; record < end; ++record) {
+                addDRToFrameSet(record, params, frames);
+            }
+        }
+        i = end;
+        mergeFramesToActiveSet(frames, active, time);
+        // The record that ended the group is stepped over unread, so the first record of each later group takes no
+        // part: a stream with one record a moment yields every second one.
+        ++i;
+    }
+    areaTimes.build(drObjects);
+}
+
+void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::vector<DR_OBJECT_FRAME>& frames) {
+    const std::vector<OV_TIME_RECT>& dirtyRects = params.dirtyRects();
+    const Rectangle fresh = dirtyRects[index].rect;
+    const auto isHit = [&](const DR_OBJECT_FRAME& frame) {
+        return std::any_of(frame.dirtyRects.begin(), frame.dirtyRects.end(),
+                           [&](std::uint32_t member) { return fresh.canTouchRect(dirtyRects[member].rect); });
+    };
+
+    const auto target = std::find_if(frames.begin(), frames.end(), isHit);
+    if (target == frames.end()) {
+        frames.push_back({{index}, fresh, false});
+        return;
+    }
+    for (auto frame = target + 1; frame != frames.end();) {
+        if (isHit(*frame)) {
+            // The joined frame's own rectangle is dropped on purpose: the target covers what touched it first.
+            target->dirtyRects.insert(target->dirtyRects.end(), frame->dirtyRects.begin(), frame->dirtyRects.end());
+            frame = frames.erase(frame);
+        } else {
+            ++frame;
+        }
+    }
+    target->dirtyRects.push_back(index);
+    target->rect = boundingUnion(target->rect, fresh);
+}
+
+void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, std::vector<std::uint32_t>& active,
+                                        long long time) {
+    const long long maximumGap = revertTime(kSightingGapSeconds);
+    std::optional<SimilarFrameFinder> finder;
+    if (frames.size() > kFloodFrames && active.size() > kFloodFrames) {
+        finder.emplace(frames);
+    }
+    // The objects that stay alive move up in order; erasing one by one would cost the square of a flood.
+    auto alive = active.begin();
+    for (const std::uint32_t index : active) {
+        DR_OBJECT& object = drObjects[index];
+        const Rectangle seen = object.frames.back().rect;
+        const std::size_t match = finder ? finder->find(seen) : firstSimilar(frames, seen);
+        if (match < frames.size()) {
+            DR_OBJECT_FRAME& frame = frames[match];
+            object.isInOrder = object.isInOrder && time >= object.stop;
+            object.stop = time;
+            frame.matched = true;
+            if (finder) {
+                finder->take(match);
+            }
+            if (frame.rect == seen) {
+                object.frames.back().time = time;
+            } else {
+                object.frames.push_back({time, frame.rect});
+                object.bounds = boundingUnion(object.bounds, frame.rect);
+            }
+        }
+        // Age is tested after the match: an area seen again at this moment is young, however long it was away.
+        if (!(wrapSub(time, object.stop) > maximumGap)) {
+            *alive = index;
+            ++alive;
+        }
+    }
+    active.erase(alive, active.end());
+    for (const DR_OBJECT_FRAME& frame : frames) {
+        if (!frame.matched) {
+            active.push_back(static_cast<std::uint32_t>(drObjects.size()));
+            drObjects.push_back({{{time, frame.rect}}, time, time, frame.rect, true});
+        }
+    }
+}
+
+std::vector<std::uint32_t> DataParser::getDRObjectsInTime(Interval_Type<long long> interval) {
+    std::vector<std::uint32_t> selected;
+    const bool isQuick = areaTimes.standsFor(drObjects);
+    for (std::size_t i = skipDRObject; i < drObjects.size(); ++i) {
+        if (isQuick) {
+            // An area that stops before the interval is never selected, and before the first later one none ends the
+            // scan.
+            i = areaTimes.firstAlive(i, interval.start);
+            if (i == drObjects.size()) {
+                break;
+            }
+        }
+        if (livesIn({drObjects[i].start, drObjects[i].stop}, interval)) {
+            selected.push_back(static_cast<std::uint32_t>(i));
+        } else if (drObjects[i].start > interval.stop) {
+            break;
+        }
+    }
+    return selected;
+}
+
+Rectangle DataParser::getDOFrameAtTime(unsigned int object, long long time) {
+    const std::vector<OV_TIME_RECT>& frames = drObjects[object].frames;
+    if (drObjects[object].isInOrder) {
+        // The first frame holds whatever its time is. An area that never rests has a frame for every sighting, and is
+        // asked for every point of every stroke.
+        const auto later =
+            std::upper_bound(frames.begin() + 1, frames.end(), time,
+                             [](long long moment, const OV_TIME_RECT& frame) { return moment < frame.time; });
+        return (later - 1)->rect;
+    }
+    Rectangle rect = frames.front().rect;
+    for (std::size_t i = 1; i < frames.size() && frames[i].time <= time; ++i) {
+        rect = frames[i].rect;
+    }
+    return rect;
+}
+
+Interval_Type<long long> DataParser::getDRFrameSpan(unsigned int object, unsigned int frame) {
+    const DR_OBJECT& area = drObjects[object];
+    return {frame == 0 ? area.start : area.frames[frame - 1].time, area.frames[frame].time};
+}
+
+std::vector<std::pair<std::uint32_t, std::uint32_t>>
+DataParser::getDRObjectsInSpaceTime(Interval_Type<long long> interval, Rectangle rect) {
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> selected;
+    for (const std::uint32_t index : getDRObjectsInTime(interval)) {
+        const DR_OBJECT& object = drObjects[index];
+        for (std::uint32_t frame = 0; frame < object.frames.size(); ++frame) {
+            // Every frame but the first is tested at the object's last moment alone.
+            const Interval_Type<long long> span{frame == 0 ? object.start : object.stop, object.stop};
+            if (overlaps(object.frames[frame].rect, rect) && livesIn(span, interval)) {
+                selected.emplace_back(index, frame);
+            }
+        }
+    }
+    return selected;
+}
+
+} // namespace OrvantaNS

@@ -1,0 +1,50 @@
+// The bridges between ticks and seconds, and the one voice of progress.
+
+#include "parser/DataParser.h"
+
+#include "OrvantaException.h"
+#include "frame/TimeModel.h"
+
+namespace OrvantaNS {
+
+std::atomic<double> DataParser::StoreTimeScale{0.0};
+
+namespace {
+
+// Relaxed: concurrent computations are only safe with equal scales, and then every order of accesses is as good.
+double timeScale() { return DataParser::StoreTimeScale.load(std::memory_order_relaxed); }
+
+} // namespace
+
+double DataParser::convertTime(long long ticks) { return ticksToSeconds(ticks, timeScale()); }
+
+long long DataParser::revertTime(double seconds) { return secondsToTicks(seconds, timeScale()); }
+
+Interval_Type<double> DataParser::convertInterval(Interval_Type<long long> interval) {
+    return {convertTime(interval.start), convertTime(interval.stop)};
+}
+
+void DataParser::setProgress(OV_DATA_STORE& store, double time, OV_PROGRESS_STAGE stage) {
+    if (store.progress == nullptr) {
+        return;
+    }
+    if (store.progress->isCancelled()) {
+        throw OrvantaException("Need String! User Cancelled", OVERR_USER_CANCELLED);
+    }
+    const double fraction = (time - store.clipStart) / (store.clipStop - store.clipStart);
+    double percent = 0.0;
+    switch (stage) {
+    case OV_STAGE_PARSE:
+        percent = fraction * 20.0;
+        break;
+    case OV_STAGE_SLICE:
+        percent = fraction * 60.0 + 20.0;
+        break;
+    default:
+        percent = fraction * 20.0 + 80.0;
+        break;
+    }
+    store.progress->reportProgress(percent);
+}
+
+} // namespace OrvantaNS

@@ -1,0 +1,104 @@
+// The primary pass: walks the streams of one live zone in time order, with the meta pass in between.
+
+#include "parser/DataParser.h"
+
+#include "frame/WrappingArithmetic.h"
+#include "parser/meaning/MetaPassTiming.h"
+
+namespace OrvantaNS {
+
+namespace {
+
+// The head of a stream that is exhausted.
+constexpr long long kAbsent = -1;
+
+template <typename Sample> long long headTime(const std::vector<Sample>& stream, std::uint32_t cursor) {
+    return cursor < stream.size() ? stream[cursor].time : kAbsent;
+}
+
+bool isEarlier(long long time, long long head) { return head == kAbsent || time < head; }
+
+bool isDoneBefore(long long zoneStop, long long head) { return head < 0 || head >= zoneStop; }
+
+// Leaves the cursor on the last sample before `time`, one short of the first sample at or after it, so that the sample
+// just before the moment stays in reach.
+template <typename Sample>
+void skipStream(const std::vector<Sample>& stream, std::uint32_t& cursor, long long time,
+                long long Sample::*sampleTime = &Sample::time) {
+    for (std::uint32_t i = cursor; i < stream.size() && stream[i].*sampleTime < time; ++i) {
+        cursor = i;
+    }
+}
+
+} // namespace
+
+DataParser::DataParser() = default;
+
+void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+    drObjects.clear();
+    skipToLiveZone(zone, params, store);
+    preProcessDR(zone, params, store);
+    skipDRObject = 0;
+
+    const long long zoneStop = revertTime(store.liveZones[zone].stop);
+    metaStartTime = revertTime(store.liveZones[zone].start);
+    metaTime = wrapAdd(metaStartTime, revertTime(kMetaStepSeconds));
+
+    for (;;) {
+        actionTime = headTime(params.cursorActions(), nextAction);
+        caretTime = headTime(params.caretRects(), nextCaret);
+        foreWindowTime = headTime(params.foreWindows(), nextForeWindow);
+        locationTime = headTime(params.cursorLocations(), nextLocation);
+
+        // On equal times the window goes first, then the caret, the action, the location, and the meta pass last, so
+        // that it sees every sample of its own moment.
+        if (metaTime >= 0 && isEarlier(metaTime, actionTime) && isEarlier(metaTime, caretTime) &&
+            isEarlier(metaTime, foreWindowTime) && isEarlier(metaTime, locationTime)) {
+            const Interval_Type<long long> before{metaStartTime, metaTime};
+            fluxCapacitor(zone, params, store);
+            // A step of no tick would go on for ever, and one backwards nearly so. One that wraps below 0 only leaves the
+            // rest to the primary pass.
+            if (metaTime != kNoMetaPass && metaStartTime <= before.start && metaTime <= before.stop) {
+                return;
+            }
+        } else if (locationTime >= 0 && isEarlier(locationTime, actionTime) && isEarlier(locationTime, caretTime) &&
+                   isEarlier(locationTime, foreWindowTime)) {
+            processCursorLocation(zone, params, store);
+        } else if (actionTime >= 0 && isEarlier(actionTime, caretTime) && isEarlier(actionTime, foreWindowTime)) {
+            processCursorAction(zone, params, store);
+        } else if (caretTime >= 0 && isEarlier(caretTime, foreWindowTime)) {
+            processCaret(zone, params, store);
+        } else if (foreWindowTime >= 0) {
+            processForeWindow(zone, params, store);
+        } else {
+            return;
+        }
+
+        // The heads are those that this step began with.
+        if (metaTime < 0 && isDoneBefore(zoneStop, actionTime) && isDoneBefore(zoneStop, caretTime) &&
+            isDoneBefore(zoneStop, foreWindowTime) && isDoneBefore(zoneStop, locationTime)) {
+            return;
+        }
+    }
+}
+
+void DataParser::skipToLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+    skipToTime(params, store, revertTime(store.liveZones[zone].start));
+    nextLocation = skipLocation;
+    nextAction = skipAction;
+    nextCaret = skipCaret;
+    nextForeWindow = skipForeWindow;
+}
+
+void DataParser::skipToTime(const Params& params, OV_DATA_STORE&, long long time) {
+    skipStream(params.cursorLocations(), skipLocation, time);
+    skipStream(params.cursorActions(), skipAction, time);
+    skipStream(params.caretRects(), skipCaret, time);
+    skipStream(params.foreWindows(), skipForeWindow, time);
+    skipStream(params.dirtyRects(), skipDirtyRect, time);
+    skipStream(drObjects, skipDRObject, time, &DR_OBJECT::stop);
+}
+
+void DataParser::processCaret(unsigned int, const Params&, OV_DATA_STORE&) { ++nextCaret; }
+
+} // namespace OrvantaNS

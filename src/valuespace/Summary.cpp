@@ -1,0 +1,174 @@
+// Summaries: the few rectangles that the action of an interval was in, from the hottest down to the merely warm.
+//
+// A tier N is reached where the objects add up to N value per second over the interval, so every threshold is a multiple
+// of the interval's length.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "frame/Geometry.h"
+#include "valuespace/ValueSpace.h"
+
+namespace OrvantaNS {
+
+namespace {
+
+// The tiers from the hottest down, by position in the arrays of `summarize`.
+enum Tier : std::size_t { kTier12, kTier10, kTier8, kTier6, kTier4, kTier3, kTier2, kTier1, kTierCount };
+
+// Value per second of one trigger object in force for the whole interval: what is worth a shot.
+constexpr double kTier4Rate = 4.0;
+
+using TierLists = std::array<std::vector<std::uint32_t>, kTierCount>;
+
+// Readies the list of the tier below `tier`, which has just been found too hot for the next space.
+void handOver(TierLists& lists, std::size_t tier) {
+    if (tier == kTier4) {
+        // The chain breaks here: tier 3 starts afresh, so that no rectangle below tier 4 swallows one of tier 4 or
+        // above. Tier 2 keeps the copy only if the walk never gets there.
+        lists[kTier2] = lists[kTier4];
+    } else {
+        lists[tier + 1] = lists[tier];
+    }
+}
+
+// Writes the value of every slot, and tells each valid space with its sum, in slot order.
+template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
+    const std::vector<OV_VALUE_OBJECT>& objects = space.store->valueObjects;
+    for (std::size_t index = 0; index < space.graph.size(); ++index) {
+        OV_INTERSECTION& slot = space.graph[index];
+        slot.value = 0.0;
+        if (!slot.valid) {
+            continue;
+        }
+        double sum = 0.0;
+        for (const std::uint32_t object : slot.objects) {
+            sum += objects[object].value;
+        }
+        slot.value = sum;
+        visit(VS_VALUE_ORDER{static_cast<std::uint32_t>(index), sum});
+    }
+}
+
+} // namespace
+
+VS_VALUE_MAP ValueSpace::summarize(double span) {
+    VS_VALUE_MAP map;
+    map.span = span;
+    const std::vector<VS_VALUE_ORDER> order = fillValues();
+
+    const std::array<double, kTierCount> thresholds{12.0 * span,       10.0 * span, 8.0 * span,  6.0 * span,
+                                                    kTier4Rate * span, 3.0 * span,  span + span, span};
+    TierLists lists;
+    std::size_t tier = kTier12;
+    for (const VS_VALUE_ORDER& entry : order) {
+        // Written with `>=` so that a sum that is not a number reaches no tier.
+        while (tier < kTierCount && !(entry.value >= thresholds[tier])) {
+            if (tier != kTier1) {
+                handOver(lists, tier);
+            }
+            ++tier;
+        }
+        if (tier == kTierCount) {
+            break;
+        }
+        summarizeGraph(lists[tier], entry.space);
+    }
+
+    for (std::vector<std::uint32_t>& list : lists) {
+        summarizeTier(list, map);
+    }
+    cleanValueMap(map);
+    return map;
+}
+
+VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
+    VS_VALUE_MAP map;
+    map.span = span;
+    const double threshold = kTier4Rate * span;
+    // What is too cool is left out before the sort instead of after it: this runs several times for every slice.
+    std::vector<VS_VALUE_ORDER> order;
+    sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
+        if (entry.value >= threshold) {
+            order.push_back(entry);
+        }
+    });
+    std::stable_sort(order.begin(), order.end(), CompareValuePairs);
+    std::vector<std::uint32_t> list;
+    for (const VS_VALUE_ORDER& entry : order) {
+        summarizeGraph(list, entry.space);
+    }
+    summarizeTier(list, map);
+    return map;
+}
+
+std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
+    std::vector<VS_VALUE_ORDER> order;
+    order.reserve(graph.size());
+    sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) { order.push_back(entry); });
+    // A sort over values that are not numbers has no defined result, so those go to the end, in slot order.
+    auto numbersEnd = order.end();
+    const auto isNumber = [](const VS_VALUE_ORDER& entry) { return !std::isnan(entry.value); };
+    if (!std::all_of(order.begin(), order.end(), isNumber)) {
+        numbersEnd = std::stable_partition(order.begin(), order.end(), isNumber);
+    }
+    std::stable_sort(order.begin(), numbersEnd, CompareValuePairs);
+    return order;
+}
+
+void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space) {
+    const Rectangle& offered = graph[space].rect;
+    for (std::size_t k = list.size(); k-- > 0;) {
+        const Rectangle& held = graph[list[k]].rect;
+        if (contains(offered, held)) {
+            list.erase(list.begin() + static_cast<std::ptrdiff_t>(k));
+        } else if (contains(held, offered)) {
+            return;
+        }
+    }
+    list.push_back(space);
+}
+
+void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
+    // All objects, ascending, each with the rectangle of the space at which it was inserted, not its own. They are laid
+    // out once, since walking the map anew for every space of the list takes longer than the arithmetic.
+    std::vector<std::pair<Rectangle, double>> objects;
+    if (!list.empty()) {
+        objects.reserve(objectMap.size());
+        for (const auto& [object, location] : objectMap) {
+            objects.emplace_back(graph[location].rect, store->valueObjects[object].value);
+        }
+    }
+    double bestScore = 0.0;
+    Rectangle best;
+    for (const std::uint32_t space : list) {
+        const Rectangle& rect = graph[space].rect;
+        double score = 0.0;
+        for (const auto& [location, value] : objects) {
+            score += value * static_cast<double>(area(intersection(rect, location)));
+        }
+        if (score > bestScore) {
+            bestScore = score;
+            best = rect;
+        }
+    }
+    if (!isEmpty(best)) {
+        map.spaces.emplace_back(best, bestScore / static_cast<double>(area(best)));
+    }
+}
+
+void ValueSpace::cleanValueMap(VS_VALUE_MAP& map) {
+    auto& spaces = map.spaces;
+    for (std::size_t i = 0; i < spaces.size(); ++i) {
+        for (std::size_t j = i + 1; j < spaces.size();) {
+            if (spaces[i].second >= spaces[j].second && spaces[i].first == spaces[j].first) {
+                spaces.erase(spaces.begin() + static_cast<std::ptrdiff_t>(j));
+            } else {
+                ++j;
+            }
+        }
+    }
+}
+
+} // namespace OrvantaNS

@@ -1,0 +1,209 @@
+// Cuts each live zone into slices, stretches during which attention stays on one thing or on nothing. All times are
+// seconds.
+
+#include "OrvantaWorker.h"
+
+#include <algorithm>
+
+#include "frame/DataStore.h"
+#include "frame/Geometry.h"
+#include "parser/DataParser.h"
+#include "valuespace/ValueSpace.h"
+
+namespace OrvantaNS {
+
+namespace {
+
+// How much of a slice's beginning is asked whether anything is happening, seconds. Also a blank slice's least length.
+constexpr double kProbeSeconds = 0.2;
+// The longest that a slice runs from its probe, and the longest blank slice, seconds.
+constexpr double kLongestSeconds = 3.0;
+// How far behind a later trigger the space is asked where the focus then lies, seconds.
+constexpr double kLookAheadSeconds = 1.0;
+// The rate at which a probe counts as focused: a probe just there runs on for a second.
+constexpr double kFocusRate = 4.0;
+// A trigger with this share of its area in the focus lies in it, percent.
+constexpr std::int64_t kInFocusPercent = 95;
+// How far an edge of the focus must have moved for the focus to have moved, pixels.
+constexpr int kMotionPixels = 128;
+
+bool liesInFocus(const Rectangle& rect, const Rectangle& focus) {
+    // The product needs 64 bits from 8K recordings on; the areas themselves are 32-bit.
+    return area(intersection(rect, focus)) >= kInFocusPercent * area(rect) / 100;
+}
+
+// The first active object that starts after `time`: no trigger after it lies lower, since the objects are sorted. Spares
+// the search for triggers the objects behind it, of which one long-lived window can keep a whole recording active.
+std::uint32_t firstActiveAfter(const OV_DATA_STORE& store, double time) {
+    const auto& objects = store.valueObjects;
+    if (store.firstActiveObject >= objects.size()) {
+        return store.firstActiveObject;
+    }
+    const auto after =
+        std::upper_bound(objects.begin() + static_cast<std::ptrdiff_t>(store.firstActiveObject), objects.end(), time,
+                         [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; });
+    return static_cast<std::uint32_t>(after - objects.begin());
+}
+
+// Where the walk of a zone takes up the objects again.
+void repositionIndices(OV_DATA_STORE& store, std::uint32_t zone) {
+    const std::uint32_t next = store.nextObject;
+    if (next >= store.valueObjects.size()) {
+        return;
+    }
+    const double start = store.liveZones[zone].start;
+    if (!(start > lifeEnd(store.valueObjects[next]))) {
+        store.firstActiveObject = next;
+        return;
+    }
+    const auto survivor =
+        std::find_if(store.valueObjects.begin() + static_cast<std::ptrdiff_t>(next) + 1, store.valueObjects.end(),
+                     [&](const OV_VALUE_OBJECT& object) { return !(lifeEnd(object) < start); });
+    // The index of the zone, not that of the survivor: the walk falls back to a low object and passes over the expired
+    // ones again, unless there are more zones than objects in force.
+    if (survivor != store.valueObjects.end()) {
+        store.firstActiveObject = zone;
+    }
+    store.nextObject = zone;
+}
+
+} // namespace
+
+void OrvantaWorker::sliceTime(OV_DATA_STORE& store) const {
+    if (store.valueObjects.empty()) {
+        throw OrvantaException("No keyframes were created!", OVERR_NO_KEYFRAMES);
+    }
+    store.firstActiveObject = 0;
+    store.nextObject = 0;
+    for (std::uint32_t zone = 0; zone < store.liveZones.size(); ++zone) {
+        store.currentZone = zone;
+        repositionIndices(store, zone);
+        ValueSpace space(&store);
+        double time = store.liveZones[zone].start;
+        while (store.liveZones[zone].stop > time) {
+            DataParser::setProgress(store, time, OV_STAGE_SLICE);
+            store.slices.push_back(detectSlice(store, space, time));
+            const double stop = store.slices.back().stop;
+            if (!(stop > time)) {
+                break; // a time so large that seconds vanish in it: the walk would stand still for ever
+            }
+            time = stop;
+            advanceValueSpace(store, time, space);
+        }
+    }
+}
+
+OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& space, double time) const {
+    const double probeEnd = time + kProbeSeconds;
+    loadObjects(store, {time, probeEnd}, space);
+    recalcValueInterval(store, {time, probeEnd}, space);
+    const VS_VALUE_MAP probe = space.quickSummarize(probeEnd - time);
+
+    OV_FOCUS_SLICE slice;
+    slice.start = time;
+    slice.blank = probe.spaces.empty();
+    double end = 0.0;
+    if (slice.blank) {
+        const unsigned int trigger = getFirstTriggerObject(store, time, firstActiveAfter(store, time));
+        end = time + kLongestSeconds;
+        if (trigger < store.valueObjects.size()) {
+            end = std::min(end, std::max(store.valueObjects[trigger].start, probeEnd));
+        }
+    } else {
+        const auto& [focus, density] = probe.spaces.front();
+        end = probeEnd + std::min(kLongestSeconds, density / ((probeEnd - time) * kFocusRate));
+        double bound = probeEnd;
+        unsigned int trigger = getFirstTriggerObject(store, bound, firstActiveAfter(store, bound));
+        while (trigger < store.valueObjects.size()) {
+            const double start = store.valueObjects[trigger].start;
+            if (!(start < end)) {
+                break;
+            }
+            if (!liesInFocus(store.valueObjects[trigger].rect, focus)) {
+                bound = start + kLookAheadSeconds;
+                loadObjects(store, {start, bound}, space);
+                recalcValueInterval(store, {start, bound}, space);
+                const VS_VALUE_MAP ahead = space.quickSummarize(bound - start);
+                const bool staysPut =
+                    ahead.spaces.size() == 1 && !detectMotion(ahead.spaces.front().first, focus, kMotionPixels);
+                if (!staysPut) {
+                    end = start;
+                    break;
+                }
+            }
+            // A trigger inside the focus leaves the bound alone: the next one counts from where this one did.
+            trigger = getFirstTriggerObject(store, bound, trigger + 1);
+        }
+    }
+
+    end = std::min(end, store.liveZones[store.currentZone].stop);
+    const double nextWindow = getNextWindowTime(store, time);
+    if (nextWindow > probeEnd && nextWindow < end) {
+        end = nextWindow;
+    }
+
+    if (!slice.blank) {
+        recalcValueInterval(store, {time, end}, space);
+        slice.map = space.summarize(end - time);
+        slice.blank = slice.map.spaces.empty(); // the map keeps its span
+    }
+    slice.stop = end;
+    return slice;
+}
+
+unsigned int OrvantaWorker::getFirstTriggerObject(OV_DATA_STORE& store, double time, unsigned int from) const {
+    const auto count = static_cast<unsigned int>(store.valueObjects.size());
+    for (unsigned int i = from; i < count; ++i) {
+        if (store.valueObjects[i].start > time && isTrigger(store.valueObjects[i])) {
+            return i;
+        }
+    }
+    return count;
+}
+
+bool OrvantaWorker::detectMotion(Rectangle a, Rectangle b, int threshold) const {
+    const auto isApart = [&](std::int32_t edge, std::int32_t other) {
+        return wrapSub(edge, other) >= threshold || wrapSub(other, edge) >= threshold;
+    };
+    return isApart(a.left, b.left) || isApart(a.right, b.right) || isApart(a.top, b.top) || isApart(a.bottom, b.bottom);
+}
+
+double OrvantaWorker::getNextWindowTime(OV_DATA_STORE& store, double time) const {
+    for (const OV_VALUE_OBJECT& object : store.windowObjects) {
+        if (object.type == ActiveWindow && object.start > time) {
+            return object.start;
+        }
+    }
+    return time;
+}
+
+bool OrvantaWorker::getConstantWindow(OV_DATA_STORE& store, Interval_Type<double> interval, Rectangle& window) const {
+    for (const OV_VALUE_OBJECT& object : store.windowObjects) {
+        if (object.type == ActiveWindow && object.start <= interval.start && object.stop >= interval.stop) {
+            window = object.rect;
+            return true;
+        }
+    }
+    return false;
+}
+
+Rectangle OrvantaWorker::getSliceValueTier(OV_DATA_STORE& store, unsigned int slice) const {
+    const OV_FOCUS_SLICE& s = store.slices[slice];
+    const std::vector<Rectangle>& hot = s.map.tier4Rects;
+    Rectangle tier;
+    if (!hot.empty()) {
+        tier = hot.front();
+        for (const Rectangle& rect : hot) {
+            tier = boundingUnion(tier, rect);
+        }
+    }
+    if (isEmpty(tier)) {
+        tier = s.breakdown.windowRect;
+    }
+    if (isEmpty(tier)) {
+        tier = {0, 1, 0, 1};
+    }
+    return tier;
+}
+
+} // namespace OrvantaNS

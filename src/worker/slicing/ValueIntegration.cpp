@@ -1,0 +1,93 @@
+// Keeps the value space in step with the slice walk: what enters it, what leaves it, and what each object is worth over
+// the interval in question. All times are seconds.
+
+#include "OrvantaWorker.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "frame/DataStore.h"
+#include "valuespace/ValueSpace.h"
+
+namespace OrvantaNS {
+
+namespace {
+
+// True when the object, its decay included, and the interval share more than a moment.
+bool overlapsInterval(const OV_VALUE_OBJECT& object, const Interval_Type<double>& interval) {
+    return std::min(interval.stop, lifeEnd(object)) - std::max(interval.start, object.start) > 0.0;
+}
+
+// Antiderivative of 1 - exp(x - decay), the share of its worth that an object still has x seconds after its stop. It
+// falls slowly at first and steeply toward the end, to nothing at x = decay.
+double decayIntegral(double x, double decay) { return x - std::exp(x - decay); }
+
+} // namespace
+
+void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSpace& space) const {
+    const std::uint32_t first = store.firstActiveObject;
+    store.firstActiveObject = store.nextObject;
+    if (store.nextObject >= store.valueObjects.size() || first > store.nextObject) {
+        return;
+    }
+    // One long-lived window keeps a whole recording active, so this walk is kept to a comparison an object; only what
+    // is in the space is looked up there.
+    const auto isRetired = [&](std::uint32_t object) { return lifeEnd(store.valueObjects[object]) < time; };
+    for (std::uint32_t i = store.nextObject + 1; i-- > first;) {
+        if (isRetired(i)) {
+            store.valueObjects[i].value = 0.0;
+        } else {
+            store.firstActiveObject = i;
+        }
+    }
+    for (const std::uint32_t i : space.listObjects()) {
+        if (i >= first && i <= store.nextObject && isRetired(i)) {
+            space.deleteObject(i);
+        }
+    }
+}
+
+void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
+    for (std::uint32_t i = store.nextObject; i < store.valueObjects.size(); ++i) {
+        if (store.valueObjects[i].start > interval.stop) {
+            break;
+        }
+        if (overlapsInterval(store.valueObjects[i], interval)) {
+            space.insertObject(i);
+            // The last one in, not the one after it: the next load meets it again, and the space ignores it.
+            store.nextObject = i;
+        }
+    }
+}
+
+void OrvantaWorker::recalcValueInterval(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
+    for (const std::uint32_t i : space.listObjects()) {
+        OV_VALUE_OBJECT& object = store.valueObjects[i];
+        object.value = overlapsInterval(object, interval) ? getIntegrationValue(i, interval, store) : 0.0;
+    }
+}
+
+//  object      start|========|stop~~~~~~~|stop + decay
+//  interval            a|............|b
+//  counted              |body|  tail |
+double OrvantaWorker::getIntegrationValue(unsigned int object, Interval_Type<double> interval,
+                                          OV_DATA_STORE& store) const {
+    const OV_VALUE_OBJECT& o = store.valueObjects[object];
+    const auto [value, decay] = g_ValueMatrix[o.type];
+    if (o.start > interval.stop || interval.start >= o.stop + decay) {
+        return 0.0;
+    }
+    double worth = 0.0;
+    const double body = std::min(o.stop, interval.stop) - std::max(o.start, interval.start);
+    if (body > 0.0) {
+        worth += value * body;
+    }
+    const double tailStart = std::max(o.stop, interval.start) - o.stop;
+    const double tailStop = std::min(o.stop + decay, interval.stop) - o.stop;
+    if (tailStop - tailStart > 0.0) {
+        worth += value * (decayIntegral(tailStop, decay) - decayIntegral(tailStart, decay));
+    }
+    return worth;
+}
+
+} // namespace OrvantaNS

@@ -1,0 +1,251 @@
+// Long runs of insertions and deletions, with every rule of the graph checked after each.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <random>
+#include <set>
+#include <string>
+
+#include "PlainValueSpace.h"
+#include "Scene.h"
+#include "SpaceChecks.h"
+#include "valuespace/ValueSpace.h"
+
+namespace OrvantaNS {
+namespace {
+
+using testing::graphBreaches;
+using testing::GraphState;
+using testing::hasLostLinks;
+using ::testing::IsEmpty;
+using testing::linksOf;
+using testing::PlainValueSpace;
+using testing::sameGraph;
+
+// A world of objects, a graph that some of them are in, and the slow graph beside it.
+struct Simulation {
+    OV_DATA_STORE store;
+    ValueSpace space{&store};
+    PlainValueSpace plain{store.valueObjects};
+    std::set<std::uint32_t> present;
+    std::vector<std::pair<bool, std::uint32_t>> history; // insertion or deletion, object
+    bool linksLost = false;
+
+    std::uint32_t addObject(const Rectangle& rect) {
+        store.valueObjects.push_back({Click, 0.0, 1.0, rect, 0.0});
+        return static_cast<std::uint32_t>(store.valueObjects.size() - 1);
+    }
+    void insert(std::uint32_t object) {
+        const auto links = linksOf(space);
+        space.insertObject(object);
+        plain.insertObject(object);
+        present.insert(object);
+        history.emplace_back(true, object);
+        linksLost = linksLost || hasLostLinks(space, links);
+    }
+    void remove(std::uint32_t object) {
+        space.deleteObject(object);
+        plain.deleteObject(object);
+        present.erase(object);
+        history.emplace_back(false, object);
+    }
+    // Whether inserting the object would cut a space off from an old parent, tried out on a second graph.
+    bool wouldLoseLinks(std::uint32_t object) {
+        ValueSpace trial(&store);
+        for (const auto& [inserted, earlier] : history) {
+            inserted ? trial.insertObject(earlier) : trial.deleteObject(earlier);
+        }
+        const auto links = linksOf(trial);
+        trial.insertObject(object);
+        return hasLostLinks(trial, links);
+    }
+    void check() {
+        ASSERT_THAT(graphBreaches(space, linksLost ? GraphState::LinksLost : GraphState::Whole), IsEmpty());
+        ASSERT_TRUE(sameGraph(space, plain));
+        ASSERT_EQ(space.listObjects(), std::vector<std::uint32_t>(present.begin(), present.end()));
+    }
+};
+
+class GeneratedGraphsTest : public ::testing::Test {
+protected:
+    const unsigned seed = std::random_device{}();
+    std::mt19937 random{seed};
+
+    std::int32_t upTo(std::int32_t limit) {
+        return static_cast<std::int32_t>(random() % static_cast<unsigned>(limit + 1));
+    }
+    std::uint32_t anyOf(const std::set<std::uint32_t>& set) {
+        auto chosen = set.begin();
+        std::advance(chosen, upTo(static_cast<std::int32_t>(set.size()) - 1));
+        return *chosen;
+    }
+    // Edges on multiples of `step`, on a field of 40 by 30 steps or less.
+    Rectangle rectOnGrid(std::int32_t step, std::int32_t columns, std::int32_t rows) {
+        const std::int32_t left = upTo(columns - 1);
+        const std::int32_t top = upTo(rows - 1);
+        const std::int32_t right = left + 1 + upTo(columns - 1 - left);
+        const std::int32_t bottom = top + 1 + upTo(rows - 1 - top);
+        return {left * step, right * step, top * step, bottom * step};
+    }
+    // A moving window over the objects, as slicing has it: about `width` of them in the graph at a time, and now and
+    // then one deleted out of turn.
+    void walk(Simulation& run, int objects, std::size_t width, const std::function<Rectangle()>& generate,
+              const std::function<bool(Simulation&, std::uint32_t)>& admit,
+              const std::function<void(Simulation&)>& extra) {
+        for (int k = 0; k < objects; ++k) {
+            const std::uint32_t object = run.addObject(generate());
+            if (!admit(run, object)) {
+                continue;
+            }
+            run.insert(object);
+            run.check();
+            extra(run);
+            if (HasFatalFailure()) {
+                return;
+            }
+            while (run.present.size() > width || (run.present.size() > 1 && upTo(9) == 0)) {
+                run.remove(upTo(2) == 0 ? anyOf(run.present) : *run.present.begin());
+                run.check();
+                extra(run);
+                if (HasFatalFailure()) {
+                    return;
+                }
+            }
+        }
+        while (!run.present.empty()) {
+            run.remove(anyOf(run.present));
+            run.check();
+            extra(run);
+            if (HasFatalFailure()) {
+                return;
+            }
+        }
+        if (!run.linksLost) {
+            // Nothing is left of a graph without objects.
+            ASSERT_THAT(run.space.topSpaces, IsEmpty());
+            ASSERT_EQ(run.space.freeSpaces.size(), run.space.graph.size());
+        }
+    }
+
+    static bool admitAll(Simulation&, std::uint32_t) { return true; }
+    static bool admitHarmless(Simulation& run, std::uint32_t object) { return !run.wouldLoseLinks(object); }
+    static void nothingMore(Simulation&) {}
+    static void equalsTheClosure(Simulation& run) {
+        ASSERT_EQ(testing::plainGraphOf(run.space), testing::closureOf(run.store.valueObjects, run.present));
+        // Counted as well, since equal rectangles would show as one.
+        const auto [slots, free] = run.space.countSpaces();
+        ASSERT_EQ(slots - free, testing::plainGraphOf(run.space).size());
+    }
+};
+
+// ---- Worlds in which no link can be lost ----
+
+TEST_F(GeneratedGraphsTest, NestedWorld_KeepsEveryRule_AndEqualsTheClosure) {
+    // Cells of a quartered square, each inside a larger one or apart from it: every space has one parent at most, so a
+    // reused space is always reached together with its parent.
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const auto cell = [this] {
+        const std::int32_t side = 1024 >> upTo(4);
+        const std::int32_t x = upTo(1024 / side - 1) * side;
+        const std::int32_t y = upTo(1024 / side - 1) * side;
+        return testing::box(x, y, side, side);
+    };
+    for (int round = 0; round < 30; ++round) {
+        Simulation run;
+        walk(run, 60, 15, cell, admitAll, equalsTheClosure);
+        ASSERT_FALSE(run.linksLost);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+TEST_F(GeneratedGraphsTest, BarsWorld_KeepsEveryRule_AndEqualsTheClosure) {
+    // Columns that are apart and rows that are apart: every crossing has two parents, and no bar covers a crossing whole
+    // but the two that make it.
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const auto bar = [this] {
+        const std::int32_t at = upTo(9) * 100;
+        return upTo(1) == 0 ? Rectangle{at, at + 50, 0, 1000} : Rectangle{0, 1000, at, at + 50};
+    };
+    for (int round = 0; round < 30; ++round) {
+        Simulation run;
+        walk(run, 60, 12, bar, admitAll, equalsTheClosure);
+        ASSERT_FALSE(run.linksLost);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+// ---- Any rectangles, but for those that would lose a link ----
+
+TEST_F(GeneratedGraphsTest, CoarseWorldWithoutLostLinks_KeepsEveryRule_AndEqualsTheClosure) {
+    // On a grid of 20 pixels two rectangles are either equal or too different to share a space.
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    for (int round = 0; round < 12; ++round) {
+        Simulation run;
+        walk(
+            run, 50, 9, [this] { return rectOnGrid(20, 10, 8); }, admitHarmless, equalsTheClosure);
+        ASSERT_FALSE(run.linksLost);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+TEST_F(GeneratedGraphsTest, FineWorldWithoutLostLinks_KeepsEveryRule) {
+    // On a grid of 6 pixels many objects join a space that is a little larger.
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    for (int round = 0; round < 12; ++round) {
+        Simulation run;
+        walk(
+            run, 60, 10, [this] { return rectOnGrid(6, 20, 14); }, admitHarmless, nothingMore);
+        ASSERT_FALSE(run.linksLost);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+// ---- Any rectangles at all ----
+
+TEST_F(GeneratedGraphsTest, AnyWorld_KeepsEveryRuleUntilALinkIsLost_AndTheRestForGood) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    int lost = 0;
+    for (int round = 0; round < 40; ++round) {
+        Simulation run;
+        const std::int32_t step = 1 + upTo(24);
+        walk(
+            run, 60, 4 + static_cast<std::size_t>(upTo(12)), [this, step] { return rectOnGrid(step, 14, 10); },
+            admitAll, nothingMore);
+        lost += run.linksLost ? 1 : 0;
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+    EXPECT_GT(lost, 0) << "no run met the case of a lost link";
+}
+
+TEST_F(GeneratedGraphsTest, DegenerateRectangles_KeepEveryRule) {
+    // Empty and inverted ones among the others.
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const auto edge = [this] { return upTo(8) * 20; };
+    for (int round = 0; round < 20; ++round) {
+        Simulation run;
+        walk(
+            run, 60, 12,
+            [&] {
+                return Rectangle{edge(), edge(), edge(), edge()};
+            },
+            admitAll, nothingMore);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+} // namespace
+} // namespace OrvantaNS
