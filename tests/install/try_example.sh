@@ -23,7 +23,7 @@ package)
     fi
     ;;
 makefile)
-    make PKG_CONFIG_PATH="$libraries/pkgconfig" PKG_CONFIG="$PKG_CONFIG" CXX="$CXX" >log
+    PKG_CONFIG_PATH=$libraries/pkgconfig make PKG_CONFIG="$PKG_CONFIG" CXX="$CXX" >log
     LD_LIBRARY_PATH=$libraries ./host
     ;;
 subproject)
@@ -42,7 +42,7 @@ subproject)
     cmake --build host/build >>log
     host/build/host
     libraries=$(dirname "$(find "$PWD/installed" -name orvanta.pc)")
-    make -C makefile PKG_CONFIG_PATH="$libraries" PKG_CONFIG="$PKG_CONFIG --static" CXX="$CXX" >>log
+    PKG_CONFIG_PATH=$libraries make -C makefile PKG_CONFIG="$PKG_CONFIG --static" CXX="$CXX" >>log
     makefile/host
     ;;
 esac
