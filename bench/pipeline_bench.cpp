@@ -15,7 +15,7 @@
 #include "OrvantaWorker.h"
 #include "frame/DataStore.h"
 #include "parser/DataParser.h"
-#include "recording.h"
+#include "reading/Recording.h"
 #include "valuespace/ValueSpace.h"
 
 namespace {

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "Check.h"
-#include "input_error.h"
-#include "recording.h"
+#include "reading/InputError.h"
+#include "reading/Recording.h"
 
 namespace OrvantaNS::fuzz {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "ReaderChecks.h"
-#include "dump_reader.h"
+#include "reading/DumpReader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace OrvantaNS;

@@ -13,9 +13,9 @@
 
 #include <fmt/format.h>
 
-#include "commands.h"
+#include "asking/Engine.h"
 #include "frame/Geometry.h"
-#include "recording.h"
+#include "reading/Recording.h"
 
 namespace OrvantaNS::command {
 namespace {

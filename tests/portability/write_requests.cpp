@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "RequestNumbers.h"
-#include "engine.h"
+#include "asking/Engine.h"
 
 int main(int argc, char** argv) {
     using namespace OrvantaNS::command;

@@ -11,43 +11,10 @@
 #include <gtest/gtest.h>
 
 #include "Scene.h"
+#include "frame/ObjectTypeNames.h"
 #include "parser/DataParser.h"
 
 namespace OrvantaNS::testing {
-
-/// The name of a type in these tests' texts; a number for a type that has none.
-inline std::string typeName(std::uint32_t type) {
-    static const char* const kNames[] = {"Move",
-                                         "MouseIdle",
-                                         "Click",
-                                         "Drag",
-                                         "DoubleClick",
-                                         "Caret",
-                                         "TextFocus",
-                                         "FollowText",
-                                         "ForeOpen",
-                                         "ForeAnimate",
-                                         "ActiveWindow",
-                                         "Hover",
-                                         "IdleDirty",
-                                         "Menu",
-                                         "Pane",
-                                         "MenuResult",
-                                         "Reserved16",
-                                         "OffScreen",
-                                         "Scroll",
-                                         "Dead",
-                                         "Reserved20",
-                                         "Reserved21",
-                                         "Reserved22",
-                                         "FullScreenDirty",
-                                         "MoveOutOfWindow",
-                                         "MoveIntoWindow",
-                                         "HoverPopup",
-                                         "ClickDirty",
-                                         "ClickWindow"};
-    return type < std::size(kNames) ? kNames[type] : std::to_string(type);
-}
 
 /// The shortest text that reads back as the same double, so that equal texts mean equal values.
 inline std::string text(double value) {
@@ -63,7 +30,7 @@ inline std::string text(const Rectangle& r) {
 
 /// "Click 1..1.5 (left,right,top,bottom)", and the value when it is not zero.
 inline std::string text(const OV_VALUE_OBJECT& o) {
-    return typeName(o.type) + " " + text(o.start) + ".." + text(o.stop) + " " + text(o.rect) +
+    return objectTypeName(o.type) + " " + text(o.start) + ".." + text(o.stop) + " " + text(o.rect) +
            (o.value == 0.0 ? "" : " value " + text(o.value));
 }
 

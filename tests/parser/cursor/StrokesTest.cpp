@@ -304,7 +304,7 @@ TEST_F(StrokesTest, Type_FollowsTheWindowsAtBothEnds) {
         stroke({{1.0, c.from.x, c.from.y}, {2.0, c.to.x, c.to.y}});
         process();
         ASSERT_FALSE(parser.objects.empty());
-        EXPECT_EQ(testing::typeName(parser.objects.back().type), c.type) << c.name;
+        EXPECT_EQ(objectTypeName(parser.objects.back().type), c.type) << c.name;
     }
 }
 

@@ -232,7 +232,7 @@ TEST_F(MetaPassTest, Table_EachTypeIsHandedOverOrDies) {
     }
     all.push_back(std::numeric_limits<std::uint32_t>::max());
     for (const std::uint32_t type : all) {
-        SCOPED_TRACE(testing::typeName(type));
+        SCOPED_TRACE(objectTypeName(type));
         const bool persists = std::find(persisting.begin(), persisting.end(), type) != persisting.end();
         parser.objects.clear();
         store.valueObjects.clear();
@@ -261,7 +261,7 @@ TEST_F(MetaPassTest, Table_EachTypeRunsItsRules) {
             object(Hover, 1.5, 1.75, kSpot);
             changingArea(1.5, 1.75, {100, 300, 0, 300});
         });
-        EXPECT_EQ(kept, (Texts{testing::typeName(type) + " 1..2 (100,200,10,20)", "Menu 1.5..1.75 (100,300,0,300)"}));
+        EXPECT_EQ(kept, (Texts{objectTypeName(type) + " 1..2 (100,200,10,20)", "Menu 1.5..1.75 (100,300,0,300)"}));
         EXPECT_EQ(handed, Texts{"Hover 1.5..1.75 (600,700,300,400)"});
     }
     // A click in the bar drops a menu and takes the shape of what answers it.
@@ -270,8 +270,7 @@ TEST_F(MetaPassTest, Table_EachTypeRunsItsRules) {
             object(type, 1.0, 1.25, {100, 101, 10, 11});
             changingArea(1.25, 1.75, {100, 300, 0, 300});
         });
-        EXPECT_EQ(kept,
-                  (Texts{testing::typeName(type) + " 1..1.25 (100,300,0,300)", "Menu 1.25..1.75 (100,300,0,300)"}));
+        EXPECT_EQ(kept, (Texts{objectTypeName(type) + " 1..1.25 (100,300,0,300)", "Menu 1.25..1.75 (100,300,0,300)"}));
         EXPECT_EQ(handed, Texts{});
     }
     // Hovers under a drag become part of it.
@@ -350,7 +349,7 @@ TEST_F(MetaPassTest, Table_TypeRunsNoRuleOfAnother) {
                       object(type, 1.0, 1.25, {640, 641, 400, 401});
                       object(Hover, 1.0, 1.25, {20, 30, 0, 5});
                   }),
-                  std::pair(Texts{testing::typeName(type) + " 1..1.25 (624,656,384,416)"}, Texts{}));
+                  std::pair(Texts{objectTypeName(type) + " 1..1.25 (624,656,384,416)"}, Texts{}));
     }
     // An opening joins no animation, as another animation would.
     EXPECT_EQ(outcome([&] {

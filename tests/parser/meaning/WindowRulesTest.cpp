@@ -73,7 +73,7 @@ TEST_F(WindowRulesTest, Pane_AnimationOrWindowInBetween_HidesTheOuter_OthersDoNo
         object(ActiveWindow, 1.0, 2.0, kOuter);
         object(type, 2.25, 2.25, {950, 990, 10, 50});
         pane(object(ActiveWindow, 2.5, 4.0, kInner));
-        EXPECT_EQ(parser.objects[2].type, hides ? ActiveWindow : Pane) << testing::typeName(type);
+        EXPECT_EQ(parser.objects[2].type, hides ? ActiveWindow : Pane) << objectTypeName(type);
     }
 }
 
@@ -119,7 +119,7 @@ TEST_F(WindowRulesTest, Join_StopsAtAWindowOrAFullScreenChange_NotAtOthers) {
         object(type, 2.25, 2.25, kOuter);
         object(ForeAnimate, 2.5, 3.5, kInner);
         join(0);
-        EXPECT_EQ(parser.objects[2].type, stops ? ForeAnimate : Dead) << testing::typeName(type);
+        EXPECT_EQ(parser.objects[2].type, stops ? ForeAnimate : Dead) << objectTypeName(type);
     }
 }
 

@@ -1,0 +1,522 @@
+// The built program, from its command line to its exit status.
+#include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <simdjson.h>
+
+#include "support/Process.h"
+#include "support/Reading.h"
+
+namespace OrvantaNS::testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+using Names = std::vector<std::string>;
+
+const std::string kSample = ORVANTA_SAMPLE;
+const std::string kCsvHead = "tick,seconds,left,top,width,height,zoom,reason";
+
+/// A recording that the reader takes; it has nothing for the value engine to see.
+const std::string kQuiet = kHeader + "[0,\"region\",0,0,1280,800]\n[5000,\"action\",9]\n";
+
+std::vector<std::string> cells(const std::string& row) {
+    std::vector<std::string> found;
+    std::istringstream stream(row);
+    for (std::string cell; std::getline(stream, cell, ',');) {
+        found.push_back(cell);
+    }
+    return found;
+}
+
+/// The columns of a CSV row by name.
+struct Row {
+    long long tick;
+    double seconds;
+    int left, top, width, height;
+    double zoom;
+    std::string reason;
+};
+
+std::vector<Row> rowsOf(const std::string& csv) {
+    std::vector<Row> rows;
+    const std::vector<std::string> lines = linesOf(csv);
+    EXPECT_FALSE(lines.empty());
+    EXPECT_EQ(lines.front(), kCsvHead);
+    for (std::size_t i = 1; i < lines.size(); ++i) {
+        std::vector<std::string> row = cells(lines[i]);
+        row.resize(8); // The last cell may be empty.
+        rows.push_back({std::stoll(row[0]), std::stod(row[1]), std::stoi(row[2]), std::stoi(row[3]), std::stoi(row[4]),
+                        std::stoi(row[5]), std::stod(row[6]), row[7]});
+    }
+    return rows;
+}
+
+/// Every keyframe list is ordered by time, lies within the clip and the region, and has the target's shape.
+void expectGoodKeyframes(const std::vector<Row>& rows, int width, int height, double length) {
+    ASSERT_FALSE(rows.empty());
+    double last = -1.0;
+    for (const Row& row : rows) {
+        EXPECT_GT(row.seconds, last);
+        last = row.seconds;
+        EXPECT_LE(row.seconds, length);
+        EXPECT_EQ(static_cast<double>(row.tick), std::round(row.seconds * 1e6));
+        EXPECT_GE(row.left, 0);
+        EXPECT_GE(row.top, 0);
+        EXPECT_LE(row.left + row.width, 1280);
+        EXPECT_LE(row.top + row.height, 800);
+        // One edge is rounded to a whole pixel.
+        const double heightAtShape = static_cast<double>(row.width) * height / width;
+        const double widthAtShape = static_cast<double>(row.height) * width / height;
+        EXPECT_TRUE(std::abs(heightAtShape - row.height) <= 1.0 || std::abs(widthAtShape - row.width) <= 1.0)
+            << row.width << "x" << row.height;
+        EXPECT_NEAR(row.zoom, static_cast<double>(width) / row.width, 1e-5);
+    }
+}
+
+// ---- Good input ----
+
+TEST(ProgramTest, Keyframes_Sample_GivesGoodCsv) {
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.err, IsEmpty());
+    const std::vector<Row> rows = rowsOf(result.out);
+    expectGoodKeyframes(rows, 640, 400, 132.5);
+    const std::vector<std::string> reasons{"tight", "wide", "loose", "forced", "off-window", "full screen"};
+    for (const Row& row : rows) {
+        EXPECT_THAT(reasons, ::testing::Contains(row.reason));
+    }
+}
+
+TEST(ProgramTest, Keyframes_SizesAsScaleAndAspect) {
+    const ProcessResult pixels = runOrvanta({"keyframes", kSample, "--size", "640x400"});
+    const ProcessResult scale = runOrvanta({"keyframes", kSample, "--size", "0.5"});
+    EXPECT_EQ(scale.out, pixels.out);
+    const ProcessResult portrait = runOrvanta({"keyframes", kSample, "--size", "9:16"});
+    EXPECT_EQ(portrait.status, 0);
+    expectGoodKeyframes(rowsOf(portrait.out), 450, 800, 132.5);
+}
+
+TEST(ProgramTest, Keyframes_Json_SaysTheSameAsCsv) {
+    const std::vector<Row> rows = rowsOf(runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400", "--format", "json"});
+    EXPECT_EQ(result.status, 0);
+    simdjson::dom::parser parser;
+    const simdjson::dom::element json = parser.parse(result.out);
+    ASSERT_EQ(json["keyframes"].get_array().size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const simdjson::dom::element keyframe = json["keyframes"].at(i);
+        EXPECT_EQ(keyframe["tick"].get_int64().value(), rows[i].tick);
+        EXPECT_EQ(keyframe["left"].get_int64().value(), rows[i].left);
+        EXPECT_EQ(keyframe["top"].get_int64().value(), rows[i].top);
+        EXPECT_EQ(keyframe["width"].get_int64().value(), rows[i].width);
+        EXPECT_EQ(keyframe["height"].get_int64().value(), rows[i].height);
+        EXPECT_EQ(keyframe["reason"].get_string().value(), rows[i].reason);
+    }
+}
+
+TEST(ProgramTest, Keyframes_Table_HasARowForEachKeyframe) {
+    const std::vector<Row> rows = rowsOf(runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400", "--format", "table"});
+    const std::vector<std::string> lines = linesOf(result.out);
+    EXPECT_EQ(lines.size(), rows.size() + 1);
+    EXPECT_EQ(lines.front(), "      time      position         size   zoom  reason");
+}
+
+TEST(ProgramTest, Keyframes_Terminal_GetsATableAndAProgressBar) {
+    ProcessOptions options;
+    options.terminal = true;
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400"}, options);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, HasSubstr("] "));
+    EXPECT_THAT(result.out, HasSubstr("%"));
+    // The bar is off the screen before the table comes.
+    EXPECT_THAT(result.out, HasSubstr("\r\033[K      time      position"));
+}
+
+TEST(ProgramTest, Keyframes_StandardInput_GivesTheSame) {
+    ProcessOptions options;
+    options.input = readFile(kSample);
+    const ProcessResult piped = runOrvanta({"keyframes", "-", "--size", "640x400"}, options);
+    EXPECT_EQ(piped.status, 0);
+    EXPECT_EQ(piped.out, runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+}
+
+TEST(ProgramTest, Keyframes_OutputFile_HoldsWhatWouldBePrinted) {
+    const TemporaryDirectory directory;
+    const ProcessResult result =
+        runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", directory.path("keyframes.csv")});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(readFile(directory.path("keyframes.csv")), runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+    EXPECT_EQ(directory.files(), Names{"keyframes.csv"});
+}
+
+TEST(ProgramTest, Keyframes_ClipAndFade_ReachTheRequest) {
+    const ProcessResult result = runOrvanta(
+        {"keyframes", kSample, "--size", "640x400", "--clip", "0:10.5:1:00", "--fade", "0.25", "--format", "json"});
+    EXPECT_EQ(result.status, 0);
+    simdjson::dom::parser parser;
+    const simdjson::dom::element json = parser.parse(result.out);
+    EXPECT_EQ(json["clip"]["startTick"].get_int64().value(), 10500000);
+    EXPECT_EQ(json["clip"]["stopTick"].get_int64().value(), 60000000);
+    EXPECT_EQ(json["fadeTicks"].get_int64().value(), 250000);
+}
+
+TEST(ProgramTest, Keyframes_VotingEngine_HasNoReasons) {
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400", "--engine", "voting"});
+    EXPECT_EQ(result.status, 0);
+    const std::vector<Row> rows = rowsOf(result.out);
+    ASSERT_FALSE(rows.empty());
+    for (const Row& row : rows) {
+        EXPECT_THAT(row.reason, IsEmpty());
+    }
+    // An aspect leaves the last row and column out, which this engine wants.
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "9:16", "--engine", "voting"}).status, 0);
+}
+
+TEST(ProgramTest, Frame_AtAMoment_GivesOneKeyframeOfThatTime) {
+    for (const char* engine : {"value", "voting"}) {
+        const ProcessResult result =
+            runOrvanta({"frame", kSample, "--at", "1:05.5", "--size", "640x400", "--engine", engine});
+        EXPECT_EQ(result.status, 0);
+        const std::vector<Row> rows = rowsOf(result.out);
+        ASSERT_EQ(rows.size(), 1U);
+        EXPECT_EQ(rows[0].tick, 65500000);
+        expectGoodKeyframes(rows, 640, 400, 132.5);
+    }
+}
+
+TEST(ProgramTest, Frame_OfTheWindow_IsTheWindowsAloneAtTimeZero) {
+    const TemporaryDirectory directory;
+    // A window of exactly the target's size is its own frame, wherever it stands.
+    const std::string path = directory.write(
+        "r.jsonl", kHeader + "[0,\"region\",0,0,1280,800]\n[700,\"window\",100,50,740,450]\n[900,\"action\",6]\n");
+    const ProcessResult result = runOrvanta({"frame", path, "--window", "--size", "640x400"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, kCsvHead + "\n0,0,100,50,640,400,1,\n");
+}
+
+TEST(ProgramTest, Frame_OfTheWindow_VotingEngineHasNoAnswer) {
+    const ProcessResult result = runOrvanta({"frame", kSample, "--window", "--size", "640x400", "--engine", "voting"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(result.err, "orvanta: the voting engine has no answer to --window; ask the value engine\n");
+}
+
+TEST(ProgramTest, Info_Sample_NamesWhatItHolds) {
+    const ProcessResult result = runOrvanta({"info", kSample});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.err, IsEmpty());
+    EXPECT_THAT(result.out, HasSubstr("length       2:12.453"));
+    EXPECT_THAT(result.out, HasSubstr("1280x800 at 0, 0"));
+    EXPECT_THAT(result.out, HasSubstr("  window     1256\n  dirty      1428\n  caret      0\n"
+                                      "  cursor     1269\n  action     98\n"));
+    EXPECT_THAT(result.out, HasSubstr("odd          nothing"));
+}
+
+TEST(ProgramTest, Inspect_Sample_ShowsEveryStage) {
+    const ProcessResult result = runOrvanta({"inspect", kSample, "--size", "640x400"});
+    EXPECT_EQ(result.status, 0);
+    for (const char* stage : {"Live zones: 1\n", "\nValue objects: ", "\nSlices: ", "\nShots: ", "\nKeyframes: "}) {
+        EXPECT_THAT(result.out, HasSubstr(stage));
+    }
+}
+
+TEST(ProgramTest, Inspect_Json_EndsInTheKeyframesOfTheSameRun) {
+    const std::vector<Row> rows = rowsOf(runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+    const ProcessResult result = runOrvanta({"inspect", kSample, "--size", "640x400", "--format", "json"});
+    EXPECT_EQ(result.status, 0);
+    simdjson::dom::parser parser;
+    const simdjson::dom::element json = parser.parse(result.out);
+    EXPECT_TRUE(json["failure"].is_null());
+    EXPECT_EQ(json["liveZones"].get_array().size(), 1U);
+    EXPECT_GT(json["valueObjects"].get_array().size(), 0U);
+    EXPECT_GE(json["slices"].get_array().size(), json["shots"].get_array().size());
+    ASSERT_EQ(json["keyframes"].get_array().size(), rows.size());
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(json["keyframes"].at(i)["tick"].get_int64().value(), rows[i].tick);
+        EXPECT_EQ(json["keyframes"].at(i)["reason"].get_string().value(), rows[i].reason);
+    }
+}
+
+TEST(ProgramTest, CapturedRequest_IsReplayedAtItsOwnSize) {
+    const TemporaryDirectory directory;
+    const std::string path =
+        directory.write("dump.txt", "640 400 1000\n1\n100 740 50 450 0\n1\n6 900\n0\n0\n0\n1\n0 1280 0 800 0\n");
+    EXPECT_EQ(runOrvanta({"frame", path, "--window"}).out, kCsvHead + "\n0,0,100,50,640,400,1,\n");
+    // A window of twice that size, and the same shape.
+    EXPECT_EQ(runOrvanta({"frame", path, "--window", "--size", "320x200"}).out,
+              kCsvHead + "\n0,0,100,50,640,400,0.5,\n");
+}
+
+/// A recording's request in the form of a dump, written here as a developer's capture would have it.
+std::string dumpOf(const command::Recording& recording, int width, int height) {
+    const Params& params = recording.params;
+    std::ostringstream out;
+    out << width << " " << height << " " << params.timeScale() << "\n";
+    const auto rects = [&out](const std::vector<OV_TIME_RECT>& samples) {
+        out << samples.size() << "\n";
+        for (const OV_TIME_RECT& sample : samples) {
+            out << sample.rect.left << " " << sample.rect.right << " " << sample.rect.top << " " << sample.rect.bottom
+                << " " << sample.time << "\n";
+        }
+    };
+    rects(params.foreWindows());
+    out << params.cursorActions().size() << "\n";
+    for (const OV_MOUSE_ACTION& action : params.cursorActions()) {
+        out << action.action << " " << action.time << "\n";
+    }
+    out << params.cursorLocations().size() << "\n";
+    for (const OV_MOUSE_LOCATION& location : params.cursorLocations()) {
+        out << location.time << " " << location.x << " " << location.y << "\n";
+    }
+    rects(params.dirtyRects());
+    rects(params.caretRects());
+    rects(params.recordingRegions());
+    return out.str();
+}
+
+TEST(ProgramTest, CapturedRequest_OfTheSample_GivesTheSamplesKeyframes) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("dump.txt", dumpOf(command::readRecordingFile(kSample), 640, 400));
+    const ProcessResult replayed = runOrvanta({"keyframes", path});
+    EXPECT_EQ(replayed.status, 0);
+    EXPECT_EQ(replayed.out, runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+}
+
+TEST(ProgramTest, UnknownFieldsAndStreams_GiveOneWarning) {
+    const TemporaryDirectory directory;
+    std::string header = kHeader;
+    header.replace(0, 1, R"({"colour": 1, )");
+    const std::string path = directory.write(
+        "r.jsonl",
+        header + "[0,\"region\",0,0,1280,800]\n[0,\"window\",0,0,640,400]\n[1,\"touch\",1]\n[2,\"touch\"]\n");
+    const ProcessResult result = runOrvanta({"frame", path, "--window", "--size", "640x400"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err,
+              "orvanta: warning: " + path +
+                  ": passed over 1 unknown header field (colour) and 2 lines of unknown streams (touch: 2)\n");
+    EXPECT_EQ(result.out, kCsvHead + "\n0,0,0,0,640,400,1,\n");
+}
+
+TEST(ProgramTest, Help_HasExamplesForEveryCommand) {
+    const ProcessResult help = runOrvanta({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.err, IsEmpty());
+    EXPECT_THAT(help.out, HasSubstr("Examples:\n  orvanta keyframes session.jsonl --size 640x400\n"));
+    for (const char* subcommand : {"keyframes", "frame", "info", "inspect"}) {
+        EXPECT_THAT(help.out, HasSubstr(std::string("orvanta ") + subcommand + " "));
+        const ProcessResult own = runOrvanta({subcommand, "--help"});
+        EXPECT_EQ(own.status, 0);
+        EXPECT_THAT(own.out, HasSubstr(std::string("  orvanta ") + subcommand));
+    }
+}
+
+TEST(ProgramTest, Version_IsTheProjects) {
+    const ProcessResult result = runOrvanta({"--version"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, "orvanta " ORVANTA_VERSION "\n");
+}
+
+TEST(ReadmeTest, HostExample_IsTheProgramThatIsBuiltAndRun) {
+    EXPECT_THAT(readFile(ORVANTA_README), HasSubstr("```cpp\n" + readFile(ORVANTA_HOST_EXAMPLE) + "```\n"));
+}
+
+// ---- Bad input: one message, status 2, no output ----
+
+void expectRefused(const ProcessResult& result, const std::string& message) {
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(result.err, "orvanta: " + message + "\n");
+}
+
+TEST(ProgramTest, BadFile_IsNamedWithLineAndReason_AndLeavesNoOutput) {
+    const struct {
+        std::string text;
+        std::string message;
+    } cases[] = {
+        {"", ":1: the file is empty"},
+        {"hello\n", ":1: not JSON"},
+        {R"({"format":"other","version":1,"timeScale":1,"windowsFlag":false,"description":""})",
+         R"(:1: the format is "other", not "orvanta-recording")"},
+        {R"({"format":"orvanta-recording","version":2,"timeScale":1,"windowsFlag":false,"description":""})",
+         ":1: the format's version is 2; only version 1 can be read"},
+        {R"({"format":"orvanta-recording","version":1,"windowsFlag":false,"description":""})",
+         R"(:1: header field "timeScale" is missing)"},
+        {R"({"format":"orvanta-recording","version":1,"timeScale":0,"windowsFlag":false,"description":""})",
+         R"(:1: header field "timeScale" is out of range: it must be above 0)"},
+        {kHeader, ":1: the recording ends with its header: there is no event"},
+        {kQuiet + "[5001,\"cursor\",1]\n", ":4: y is missing"},
+        {kQuiet + "[5001,\"cursor\",1,\"2\"]\n", ":4: y must be a whole number"},
+        {kQuiet + "[5001,\"cursor\",1,2147483648]\n", ":4: y is out of range: it must fit 32 bits"},
+        {kQuiet + "[9223372036854775808,\"cursor\",1,2]\n", ":4: the time is out of range: it must fit 64 bits"},
+        {kQuiet + "[4999,\"cursor\",1,2]\n", ":4: the time 4999 lies before 5000, the time of the line before"},
+        {kQuiet + "[5001,\"cursor\",1,", ":4: not JSON"},
+        {"640 400 0\n", ":1: the time scale is out of range: it must be above 0"},
+        {"640 400 1000\n1\n", ":3: the file ends within the \"window\" samples"},
+    };
+    for (const auto& [text, message] : cases) {
+        const TemporaryDirectory directory;
+        const std::string path = directory.write("r", text);
+        for (const char* subcommand : {"keyframes", "inspect"}) {
+            expectRefused(runOrvanta({subcommand, path, "--size", "640x400", "-o", directory.path("out")}),
+                          path + message);
+        }
+        expectRefused(runOrvanta({"frame", path, "--window", "--size", "640x400", "-o", directory.path("out")}),
+                      path + message);
+        expectRefused(runOrvanta({"info", path}), path + message);
+        EXPECT_EQ(directory.files(), Names{"r"});
+    }
+}
+
+TEST(ProgramTest, BadFile_LeavesAnExistingOutputAsItWas) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("r", "hello\n");
+    const std::string output = directory.write("out", "from before");
+    EXPECT_EQ(runOrvanta({"keyframes", path, "--size", "640x400", "-o", output}).status, 2);
+    EXPECT_EQ(readFile(output), "from before");
+}
+
+TEST(ProgramTest, MissingFile_IsNamed) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("none");
+    expectRefused(runOrvanta({"keyframes", path, "--size", "640x400"}),
+                  path + ": cannot be opened: No such file or directory");
+    expectRefused(runOrvanta({"info", directory.path("")}), directory.path("") + ": cannot be read: Is a directory");
+}
+
+TEST(ProgramTest, BadStandardInput_IsNamedAsSuch) {
+    ProcessOptions options;
+    options.input = kQuiet + "[1]";
+    expectRefused(runOrvanta({"info", "-"}, options), "<stdin>:4: the stream's name is missing");
+    expectRefused(runOrvanta({"info", "-"}), "<stdin>:1: the file is empty");
+}
+
+TEST(ProgramTest, BadOptions_AreRefused) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string message;
+    } cases[] = {
+        {{"keyframes", kSample}, "--size is required: WIDTHxHEIGHT, a scale such as 0.5 or an aspect such as 9:16"},
+        {{"keyframes", kSample, "--size", "big"},
+         "--size big: expected WIDTHxHEIGHT, a scale such as 0.5 or an aspect such as 9:16"},
+        {{"keyframes", kSample, "--size", "640x400", "--fade", "-1"}, "--fade -1: expected a number of seconds"},
+        {{"keyframes", kSample, "--size", "640x400", "--clip", "x"},
+         "--clip x: expected START:STOP, each in seconds or as m:ss.mmm, or left out"},
+        {{"keyframes", kSample, "--size", "640x400", "--clip", ":500"},
+         kSample + ": the clip 0:00.000 to 8:20.000 reaches beyond the recording, which ends at 2:12.453"},
+        {{"frame", kSample, "--size", "640x400"}, "frame needs either --at TIME or --window"},
+        {{"frame", kSample, "--size", "640x400", "--at", "1", "--window"}, "frame needs either --at TIME or --window"},
+        {{"frame", kSample, "--size", "640x400", "--at", "soon"}, "--at soon: expected seconds or m:ss.mmm"},
+        {{"frame", kSample, "--size", "640x400", "--at", "500"},
+         kSample + ": the moment 8:20.000 lies outside the recording, which goes from 0:00.000 to 2:12.453"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        expectRefused(runOrvanta(arguments), message);
+    }
+}
+
+TEST(ProgramTest, BadUsage_PointsToTheHelp) {
+    const std::vector<std::vector<std::string>> cases = {
+        {},
+        {"nothing"},
+        {"keyframes"},
+        {"keyframes", kSample, "--size"},
+        {"keyframes", kSample, "--size", "640x400", "--format", "xml"},
+        {"keyframes", kSample, "--size", "640x400", "--engine", "best"},
+        {"keyframes", kSample, "--size", "640x400", "--surprise"},
+        {"inspect", kSample, "--size", "640x400", "--format", "csv"},
+    };
+    for (const auto& arguments : cases) {
+        const ProcessResult result = runOrvanta(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_THAT(result.err, StartsWith("orvanta: "));
+        EXPECT_THAT(result.err, HasSubstr("\nTry: orvanta --help\n"));
+    }
+}
+
+// ---- The engine's failures: message and code, status 1, no output ----
+
+TEST(ProgramTest, EngineFailure_GivesMessageAndCode_AndLeavesNoOutput) {
+    const TemporaryDirectory directory;
+    const std::string quiet = directory.write("quiet", kQuiet);
+    const std::string noRegion = directory.write("region", kHeader + "[0,\"action\",6]\n[5000,\"action\",6]\n");
+    const struct {
+        std::vector<std::string> arguments;
+        std::string message;
+    } cases[] = {
+        {{kSample, "--size", "63x400"}, "Need String! Passed bad width/height to Orvanta (code 1)"},
+        {{kSample, "--size", "1280x800"},
+         "Need String! Passed width/height equal to or larger than recording dimensions to Orvanta (code 2)"},
+        {{kSample, "--size", "1280x400", "--engine", "voting"},
+         "Need String! Passed width/height equal to or larger than recording dimensions to Orvanta (code 2)"},
+        {{noRegion, "--size", "640x400"}, "Need String! Must have at least one Recording Region! (code 4)"},
+        {{quiet, "--size", "640x400"}, "No keyframes were created! (code 7)"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        std::vector<std::string> words{"keyframes"};
+        words.insert(words.end(), arguments.begin(), arguments.end());
+        const ProcessResult printed = runOrvanta(words);
+        EXPECT_EQ(printed.status, 1);
+        // The sizes that the engine prints ahead of some failures stand beside the message, not among results.
+        EXPECT_THAT(printed.out, IsEmpty());
+        EXPECT_THAT(printed.err, ::testing::EndsWith("orvanta: " + message + "\n"));
+
+        words.insert(words.end(), {"-o", directory.path("out")});
+        EXPECT_EQ(runOrvanta(words).status, 1);
+        EXPECT_EQ(directory.files(), (Names{"quiet", "region"}));
+    }
+}
+
+TEST(ProgramTest, Inspect_EngineFailure_ShowsTheStagesBeforeIt) {
+    const TemporaryDirectory directory;
+    const std::string quiet = directory.write("quiet", kQuiet);
+    const ProcessResult text = runOrvanta({"inspect", quiet, "--size", "640x400"});
+    EXPECT_EQ(text.status, 1);
+    EXPECT_THAT(text.out, StartsWith("Live zones: 1\n"));
+    EXPECT_THAT(text.out, Not(HasSubstr("Slices")));
+    EXPECT_EQ(text.err, "orvanta: No keyframes were created! (code 7)\n");
+
+    const ProcessResult json = runOrvanta({"inspect", quiet, "--size", "640x400", "--format", "json"});
+    EXPECT_EQ(json.status, 1);
+    simdjson::dom::parser parser;
+    EXPECT_EQ(parser.parse(json.out)["failure"].get_string().value(), "No keyframes were created!");
+
+    EXPECT_EQ(runOrvanta({"inspect", quiet, "--size", "640x400", "-o", directory.path("out")}).status, 1);
+    EXPECT_EQ(directory.files(), Names{"quiet"});
+}
+
+TEST(ProgramTest, OutputThatCannotBeWritten_IsAFailure) {
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", "/dev/full"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "orvanta: /dev/full: cannot be written: No space left on device\n");
+    const TemporaryDirectory directory;
+    const std::string recording = directory.write("r", kQuiet);
+    EXPECT_EQ(runOrvanta({"keyframes", recording, "--size", "640x400", "-o", recording}).status, 1);
+    EXPECT_EQ(readFile(recording), kQuiet);
+}
+
+TEST(ProgramTest, Interrupt_EndsTheRunWithoutOutput) {
+    const TemporaryDirectory directory;
+    const std::string output = directory.write("out", "from before");
+    ProcessOptions options;
+    options.input = kQuiet;
+    options.interruptAfterInput = true;
+    const ProcessResult result = runOrvanta({"keyframes", "-", "--size", "640x400", "-o", output}, options);
+    EXPECT_EQ(result.status, 130);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(result.err, "orvanta: cancelled\n");
+    EXPECT_EQ(readFile(output), "from before");
+    EXPECT_EQ(directory.files(), Names{"out"});
+}
+
+} // namespace
+} // namespace OrvantaNS::testing

@@ -1,0 +1,45 @@
+// Times as people write and read them: seconds, or minutes and seconds.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "asking/OptionError.h"
+#include "reading/Recording.h"
+
+namespace OrvantaNS::command {
+
+/// A number without sign, exponent or anything else but digits and one point; nothing when `text` is not one.
+std::optional<double> parseDecimal(std::string_view text);
+
+/// Seconds of "90", "90.5", "1:30" or "1:30.500" (two digits of seconds, below 60); nothing when `text` is no time.
+std::optional<double> parseTime(std::string_view text);
+
+/// A stretch of a recording as asked for; an end that was left out is empty. Seconds.
+struct ClipOption {
+    std::optional<double> start;
+    std::optional<double> stop;
+};
+
+/// Parses START:STOP, where either end is a time or left out. Throws `OptionError`, also when an expression such as
+/// "0:30:45" can be read in two ways.
+ClipOption parseClip(std::string_view text);
+
+/// A stretch of a recording, ticks.
+struct Clip {
+    long long start = 0;
+    long long stop = 0;
+};
+
+/// The clip in ticks; an end that was left out is the recording's own. Throws `OptionError` when the clip is empty or
+/// reaches beyond the recording by a millisecond or more; less than that is the rounding of a printed time.
+Clip resolveClip(const ClipOption& clip, const Recording& recording);
+
+/// A length of time in ticks. Throws `OptionError`, naming `option`, when it does not fit 64 bits.
+long long resolveDuration(double seconds, const Recording& recording, std::string_view option);
+
+/// A moment in ticks. Throws `OptionError` when it lies outside the recording, by the measure of `resolveClip`.
+long long resolveMoment(double seconds, const Recording& recording);
+
+} // namespace OrvantaNS::command

@@ -1,0 +1,77 @@
+#include "subcommands/InspectCommand.h"
+
+#include "subcommands/OptionGroups.h"
+#include "writing/Inspection.h"
+#include "writing/Output.h"
+
+namespace OrvantaNS::command {
+
+namespace {
+
+class InspectCommand : public Subcommand {
+public:
+    InspectCommand()
+        : Subcommand("inspect", "Print what the value engine makes of a recording, stage by stage",
+                     "  orvanta inspect session.jsonl --size 640x400 --format json -o stages.json") {}
+
+    ExitStatus run() override {
+        RequestOptions request;
+        request.size = size_.value();
+        request.fadeSeconds = fade_.value();
+        request.clip = clip_.value();
+        refuseOverwriting(output_.path, recording_.path);
+        Recording recording = recording_.read();
+        completeRequest(recording, request);
+        inspect(recording);
+        return kDone;
+    }
+
+protected:
+    void addOptions(CLI::App& app) override {
+        recording_.addTo(app);
+        size_.addTo(app);
+        fade_.addTo(app);
+        clip_.addTo(app);
+        app.add_option("--format", format_, "text or json (default text)")
+            ->type_name("FORMAT")
+            ->check(CLI::IsMember({"text", "json"}));
+        output_.addTo(app);
+    }
+
+private:
+    void inspect(const Recording& recording) const {
+        Inspection inspection;
+        try {
+            OV_DATA_STORE store;
+            runStages(recording.params, store, [&inspection](OV_PIPELINE_STAGE stage, const OV_DATA_STORE& reached) {
+                keepStage(inspection, stage, reached);
+            });
+        } catch (const OrvantaException& failure) {
+            if (output_.path.empty()) {
+                // The stages before a failure are what tells why it came.
+                inspection.failure = failure.what();
+                write(inspection, recording);
+            }
+            throw;
+        }
+        write(inspection, recording);
+    }
+
+    void write(const Inspection& inspection, const Recording& recording) const {
+        writeOutput(output_.path,
+                    format_ == "json" ? inspectionJson(inspection, recording) : inspectionText(inspection, recording));
+    }
+
+    RecordingArgument recording_;
+    SizeArgument size_;
+    FadeArgument fade_;
+    ClipArgument clip_;
+    std::string format_;
+    OutputArgument output_;
+};
+
+} // namespace
+
+std::unique_ptr<Subcommand> makeInspectCommand() { return std::make_unique<InspectCommand>(); }
+
+} // namespace OrvantaNS::command

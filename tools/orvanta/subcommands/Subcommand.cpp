@@ -1,0 +1,18 @@
+#include "subcommands/Subcommand.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace OrvantaNS::command {
+
+Subcommand::Subcommand(std::string name, std::string description, std::string examples)
+    : name_(std::move(name)), description_(std::move(description)), examples_(std::move(examples)) {}
+
+void Subcommand::addTo(CLI::App& root) {
+    app_ = root.add_subcommand(name_, description_);
+    const bool several = std::count(examples_.begin(), examples_.end(), '\n') > 0;
+    app_->footer((several ? "Examples:\n" : "Example:\n") + examples_);
+    addOptions(*app_);
+}
+
+} // namespace OrvantaNS::command

@@ -1,0 +1,41 @@
+// What the command can be told to do: a subcommand registers its options and runs.
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "terminal/ExitStatus.h"
+
+namespace OrvantaNS::command {
+
+/// One subcommand. It lives as long as the `CLI::App` that it was added to, which writes into its fields.
+class Subcommand {
+public:
+    virtual ~Subcommand() = default;
+    Subcommand(const Subcommand&) = delete;
+    Subcommand& operator=(const Subcommand&) = delete;
+
+    /// Adds the subcommand with its options.
+    void addTo(CLI::App& root);
+    /// True once the command line that was parsed names it.
+    bool isChosen() const { return app_ != nullptr && app_->parsed(); }
+
+    /// Does what was asked. May throw `InputError`, `OptionError`, `OutputError`, `OrvantaException`, `NoAnswer` and
+    /// `Interrupted`; a failure leaves no output file.
+    virtual ExitStatus run() = 0;
+
+protected:
+    /// `examples` are whole command lines, one a line.
+    Subcommand(std::string name, std::string description, std::string examples);
+
+    virtual void addOptions(CLI::App& app) = 0;
+
+private:
+    std::string name_;
+    std::string description_;
+    std::string examples_;
+    CLI::App* app_ = nullptr;
+};
+
+} // namespace OrvantaNS::command

@@ -1,0 +1,17 @@
+// What a recording holds, and what is odd about it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "reading/Recording.h"
+
+namespace OrvantaNS::command {
+
+/// What a reader accepts but a recorder hardly meant, a sentence each; empty for a clean recording.
+std::vector<std::string> findOddities(const Recording& recording);
+
+/// Length, regions, events per stream and oddities, for people.
+std::string infoText(const Recording& recording);
+
+} // namespace OrvantaNS::command
