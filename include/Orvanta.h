@@ -12,7 +12,8 @@
 
 namespace OrvantaNS {
 
-/// A virtual camera operator. Engines have no state: one is cheap to create and may serve any number of calls.
+/// A virtual camera operator. Engines have no state: one is cheap to create and may serve any number of calls, also at the
+/// same time on different threads, whatever the time scales of their requests.
 class ORVANTA_EXPORT Orvanta {
 public:
     virtual ~Orvanta();

@@ -28,8 +28,9 @@ namespace OrvantaNS {
 /// local pixels of their zone; rules that compare the two do so without conversion.
 class ORVANTA_EXPORT DataParser {
 public:
-    /// Ticks per second of all conversions: one process-wide value, zero at load, written by the value engine at the
-    /// start of a computation. Concurrent computations are safe only with equal scales.
+    /// Ticks per second: one process-wide value, zero at load, written by the value engine at the start of each
+    /// computation. A computation converts with the scale that it began with, whatever is written here while it runs;
+    /// on a thread that computes nothing, conversions use this value.
     static std::atomic<double> StoreTimeScale;
 
     // State, in the order in which the walk uses it.
@@ -63,10 +64,10 @@ public:
 
     // ---- Time model and progress ----
 
-    /// Ticks to seconds at `StoreTimeScale`.
+    /// Ticks to seconds, at the scale of the computation that runs on this thread, else at `StoreTimeScale`.
     static double convertTime(long long ticks);
-    /// Seconds to ticks at `StoreTimeScale`, rounding half up for times from 0 on. What does not fit 64 bits becomes
-    /// the lowest value.
+    /// Seconds to ticks at the same scale, rounding half up for times from 0 on. What does not fit 64 bits becomes the
+    /// lowest value.
     static long long revertTime(double seconds);
     /// Both ends through `convertTime`.
     static Interval_Type<double> convertInterval(Interval_Type<long long> interval);

@@ -4,6 +4,7 @@
 
 #include "frame/DataStore.h"
 #include "parser/DataParser.h"
+#include "parser/walk/ComputationClock.h"
 #include "worker/zones/RequestChecks.h"
 
 namespace OrvantaNS {
@@ -38,8 +39,8 @@ void OrvantaWorker::runPipeline(const Params& params, ProgressReporter* reporter
 
     checkRequest(params, RefusalOutput::printed);
 
-    // From here on all conversions work for this request.
-    DataParser::StoreTimeScale.store(params.timeScale(), std::memory_order_relaxed);
+    // From here on all conversions of this thread work for this request.
+    const ComputationClock clock(params.timeScale());
     store.progress = reporter;
     store.fadeSeconds = DataParser::convertTime(params.fadeDuration());
     store.clipStart = DataParser::convertTime(params.clipStart());

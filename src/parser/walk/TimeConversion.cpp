@@ -4,21 +4,15 @@
 
 #include "OrvantaException.h"
 #include "frame/TimeModel.h"
+#include "parser/walk/ComputationClock.h"
 
 namespace OrvantaNS {
 
 std::atomic<double> DataParser::StoreTimeScale{0.0};
 
-namespace {
+double DataParser::convertTime(long long ticks) { return ticksToSeconds(ticks, ComputationClock::ticksPerSecond()); }
 
-// Relaxed: concurrent computations are only safe with equal scales, and then every order of accesses is as good.
-double timeScale() { return DataParser::StoreTimeScale.load(std::memory_order_relaxed); }
-
-} // namespace
-
-double DataParser::convertTime(long long ticks) { return ticksToSeconds(ticks, timeScale()); }
-
-long long DataParser::revertTime(double seconds) { return secondsToTicks(seconds, timeScale()); }
+long long DataParser::revertTime(double seconds) { return secondsToTicks(seconds, ComputationClock::ticksPerSecond()); }
 
 Interval_Type<double> DataParser::convertInterval(Interval_Type<long long> interval) {
     return {convertTime(interval.start), convertTime(interval.stop)};

@@ -8,6 +8,7 @@
 #include "frame/DataStore.h"
 #include "frame/Geometry.h"
 #include "parser/DataParser.h"
+#include "parser/walk/ComputationClock.h"
 #include "valuespace/ValueSpace.h"
 #include "worker/zones/RequestChecks.h"
 
@@ -33,7 +34,7 @@ OrvantaWorker::KeyframeList OrvantaWorker::calcOrvantaKeyframeAtTime(const Param
     auto result = std::make_shared<std::vector<OV_TIME_RECT>>();
     checkRequest(params, RefusalOutput::silent);
     OV_DATA_STORE store;
-    DataParser::StoreTimeScale.store(params.timeScale(), std::memory_order_relaxed);
+    const ComputationClock clock(params.timeScale());
     store.clipStart = DataParser::convertTime(params.clipStart());
     store.clipStop = DataParser::convertTime(params.clipStop());
     createLiveZoneAtTime(params, store, time);
