@@ -18,8 +18,9 @@ class ORVANTA_EXPORT Orvanta {
 public:
     virtual ~Orvanta();
 
-    /// The keyframes of the whole clip, ordered by time. From its `time` on, each keyframe says that the output frame
-    /// shows its `rect`, in local pixels: (0, 0) is the top left of the first recording region.
+    /// The keyframes of the whole clip, ordered by time. At its `time` the camera sets off to show its `rect`, in local
+    /// pixels: (0, 0) is the top left of the first recording region. The move takes the fade; then the frame holds. What
+    /// is on show at every moment is told by `CameraPath` (CameraPath.h, docs/camera-path.md).
     ///
     /// `reporter` may be null, and a run without one cannot be cancelled. Throws `OrvantaException`.
     virtual std::shared_ptr<std::vector<OV_TIME_RECT>> calcOrvantaKeyframes(const Params& params,
