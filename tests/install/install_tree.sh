@@ -8,10 +8,11 @@ rm -rf "$prefix"
 "$cmake" --install "$build" --prefix "$prefix" >/dev/null
 
 missing=0
-for file in include/orvanta/Orvanta.h include/orvanta/OrvantaWorker.h share/doc/orvanta/LICENSE \
+for file in include/orvanta/Orvanta.h include/orvanta/OrvantaWorker.h include/orvanta/orvanta_c.h share/doc/orvanta/LICENSE \
     share/doc/orvanta/CHANGELOG.md share/doc/orvanta/architecture.md share/doc/orvanta/examples/host/main.cpp \
     include/orvanta/CameraPath.h 'lib*/libOrvanta.so.0' 'lib*/libOrvantaCamera.so.0' 'lib*/pkgconfig/orvanta-camera.pc' \
-    'lib*/cmake/Orvanta/OrvantaConfigVersion.cmake' 'lib*/pkgconfig/orvanta.pc'; do
+    'lib*/cmake/Orvanta/OrvantaConfigVersion.cmake' 'lib*/pkgconfig/orvanta.pc' \
+    'lib*/libOrvantaC.so.0' 'lib*/pkgconfig/orvanta-c.pc'; do
     if ! compgen -G "$prefix/$file" >/dev/null && ! compgen -G "$prefix/${file/lib\*/lib/*}" >/dev/null; then
         echo "not installed: $file"
         missing=1

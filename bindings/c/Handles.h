@@ -1,0 +1,28 @@
+// What the opaque handles of the C interface hold.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "CameraPath.h"
+#include "Params.h"
+#include "orvanta_c.h"
+
+struct orvanta_request {
+    std::int32_t engine = ORVANTA_ENGINE_VALUE;
+    OrvantaNS::Params params;
+};
+
+struct orvanta_result {
+    std::vector<orvanta_keyframe> keyframes;
+    std::vector<orvanta_zone> zones;
+    std::vector<orvanta_object> objects;
+    std::vector<orvanta_slice> slices;
+    std::vector<orvanta_space> sliceSpaces;
+    std::vector<orvanta_slice> shots;
+    std::vector<orvanta_space> shotSpaces;
+};
+
+struct orvanta_path {
+    OrvantaNS::CameraPath path;
+};

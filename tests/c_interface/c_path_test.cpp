@@ -1,0 +1,125 @@
+// The camera path in C: the frames of `CameraPath`, to the last bit.
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "CRequest.h"
+#include "CameraPath.h"
+#include "GeneratedRecording.h"
+
+namespace OrvantaNS::testing {
+namespace {
+
+void expectFrame(const orvanta_frame& inC, const CameraFrame& inCpp) {
+    EXPECT_EQ(inC.left, inCpp.left);
+    EXPECT_EQ(inC.top, inCpp.top);
+    EXPECT_EQ(inC.width, inCpp.width);
+    EXPECT_EQ(inC.height, inCpp.height);
+    EXPECT_EQ(inC.overhangs != 0, inCpp.overhangs);
+}
+
+PathHandle pathOf(const RequestHandle& request, const std::vector<orvanta_keyframe>& rows, const orvanta_easing* easing,
+                  orvanta_error* error) {
+    orvanta_path* made = nullptr;
+    orvanta_path_create(request.get(), rows.data(), rows.size(), sizeof(orvanta_keyframe), easing, &made, error);
+    return PathHandle(made);
+}
+
+TEST(CPathTest, FramesOfAPlan_AreThoseOfCameraPath) {
+    const Params params = generatedRecording(5, {});
+    const RequestHandle request = requestOf(params, ORVANTA_ENGINE_VALUE);
+    orvanta_result* made = nullptr;
+    ASSERT_EQ(orvanta_plan(request.get(), nullptr, &made, nullptr), ORVANTA_OK);
+    const ResultHandle result(made);
+    const auto rows = rowsOf<orvanta_keyframe>(result, ORVANTA_TABLE_KEYFRAMES);
+    std::vector<OV_TIME_RECT> keyframes;
+    for (const orvanta_keyframe& row : rows) {
+        keyframes.push_back({row.time, {row.rect.left, row.rect.right, row.rect.top, row.rect.bottom}});
+    }
+    std::vector<std::int64_t> ticks;
+    std::vector<double> seconds;
+    for (std::int64_t tick = 0; tick <= params.clipStop(); tick += 37) {
+        ticks.push_back(tick);
+        seconds.push_back((static_cast<double>(tick) + 0.25) / params.timeScale());
+    }
+    for (const char* name : {"linear", "ease-in-out", "ease-out", "smooth"}) {
+        orvanta_easing easing{};
+        ASSERT_EQ(orvanta_easing_named(name, &easing, nullptr), ORVANTA_OK);
+        const PathHandle path = pathOf(request, rows, &easing, nullptr);
+        ASSERT_NE(path, nullptr);
+        const CameraPath expected(keyframes, CameraSetup::of(params, *CameraEasing::named(name)));
+        std::vector<orvanta_frame> frames(ticks.size());
+        ASSERT_EQ(orvanta_path_frames_at_ticks(path.get(), ticks.data(), ticks.size(), frames.data(), nullptr), 0);
+        for (std::size_t i = 0; i < ticks.size(); ++i) {
+            expectFrame(frames[i], expected.frameAt(ticks[i]));
+        }
+        ASSERT_EQ(orvanta_path_frames_at_seconds(path.get(), seconds.data(), seconds.size(), frames.data(), nullptr),
+                  0);
+        for (std::size_t i = 0; i < seconds.size(); ++i) {
+            expectFrame(frames[i], expected.frameAtSeconds(seconds[i]));
+        }
+    }
+}
+
+TEST(CPathTest, NoKeyframes_ShowTheWholeRecording) {
+    const RequestHandle request = requestOf(generatedRecording(5, {}), ORVANTA_ENGINE_VALUE);
+    orvanta_path* made = nullptr;
+    ASSERT_EQ(orvanta_path_create(request.get(), nullptr, 0, 0, nullptr, &made, nullptr), ORVANTA_OK);
+    const PathHandle path(made);
+    const double moment = 1.0;
+    orvanta_frame frame{};
+    ASSERT_EQ(orvanta_path_frames_at_seconds(path.get(), &moment, 1, &frame, nullptr), ORVANTA_OK);
+    EXPECT_EQ(frame.left, 0.0);
+    EXPECT_EQ(frame.top, 0.0);
+    EXPECT_EQ(frame.width, 1280.0);
+    EXPECT_EQ(frame.height, 800.0);
+    EXPECT_EQ(frame.overhangs, 0);
+}
+
+TEST(CPathTest, WhatAPathCannotBeMadeFrom_IsNamed) {
+    const auto refusal = [](const Params& params, const orvanta_easing* easing = nullptr,
+                            const std::vector<orvanta_keyframe>& rows = {}) {
+        orvanta_error error = emptyError();
+        EXPECT_EQ(pathOf(requestOf(params, ORVANTA_ENGINE_VALUE), rows, easing, &error), nullptr);
+        EXPECT_EQ(error.code, ORVANTA_BAD_ARGUMENT);
+        return error.parameter;
+    };
+    const Params good = generatedRecording(5, {});
+    Params params = good;
+    EXPECT_EQ(refusal(params.setTargetWidth(0)), ORVANTA_PARAMETER_TARGET_WIDTH);
+    params = good;
+    EXPECT_EQ(refusal(params.setTargetHeight(-1)), ORVANTA_PARAMETER_TARGET_HEIGHT);
+    for (const double scale : {0.0, -1.0, std::numeric_limits<double>::infinity(), std::nan("")}) {
+        params = good;
+        EXPECT_EQ(refusal(params.setTimeScale(scale)), ORVANTA_PARAMETER_TIME_SCALE);
+    }
+    params = good;
+    EXPECT_EQ(refusal(params.setFadeDuration(-1)), ORVANTA_PARAMETER_FADE_DURATION);
+    params = good;
+    params.recordingRegions().clear();
+    EXPECT_EQ(refusal(params), ORVANTA_PARAMETER_REGIONS);
+    const orvanta_easing backwards{1.5, 0.0, 0.5, 1.0};
+    EXPECT_EQ(refusal(good, &backwards), ORVANTA_PARAMETER_EASING);
+    EXPECT_EQ(refusal(good, nullptr, {orvanta_keyframe{}}), ORVANTA_PARAMETER_KEYFRAMES);
+    orvanta_error error = emptyError();
+    orvanta_easing easing{};
+    EXPECT_EQ(orvanta_easing_named("bouncy", &easing, &error), ORVANTA_BAD_ARGUMENT);
+    EXPECT_EQ(error.parameter, ORVANTA_PARAMETER_EASING);
+}
+
+TEST(CPathTest, MomentThatIsNoNumber_IsRefusedAndNothingIsWritten) {
+    const PathHandle path = pathOf(requestOf(generatedRecording(5, {}), 0), {}, nullptr, nullptr);
+    const double moments[] = {1.0, std::nan("")};
+    orvanta_frame frames[2] = {{-7.0, 0.0, 0.0, 0.0, 0, 0}, {}};
+    orvanta_error error = emptyError();
+    EXPECT_EQ(orvanta_path_frames_at_seconds(path.get(), moments, 2, frames, &error), ORVANTA_BAD_ARGUMENT);
+    EXPECT_EQ(error.parameter, ORVANTA_PARAMETER_TIMES);
+    EXPECT_EQ(error.index, 1);
+    EXPECT_EQ(frames[0].left, -7.0);
+}
+
+} // namespace
+} // namespace OrvantaNS::testing
