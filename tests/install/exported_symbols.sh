@@ -1,13 +1,23 @@
 #!/usr/bin/env bash
 # Compares the symbols that a library exports with the list that is kept: a host may use no others, and none may go
-# unnoticed. Weak symbols are left out: which of those there are is the compiler's choice. So are classes whose headers are
-# not installed: they are exported for the project's own tests and tools, and no host can name them.
+# unnoticed. Weak symbols are left out: which of those there are is the compiler's choice. So are classes that no installed
+# header defines: they are exported for the project's own tests and tools, and no host can name them.
 #   exported_symbols.sh NM LIBRARY LIST [--write]
 set -euo pipefail
 nm=$1 library=$2 list=$3
+headers=$(dirname "$0")/../../include
 
-symbols=$("$nm" --dynamic --defined-only --demangle "$library" |
-    sed -nE 's/^[0-9a-f]+ [TDBR] //p' | grep -vE '^(vtable for )?OrvantaNS::(DataParser|ValueSpace)\b' | LC_ALL=C sort -u)
+symbols=$("$nm" --dynamic --defined-only --demangle "$library" | sed -nE 's/^[0-9a-f]+ [TDBR] //p' | LC_ALL=C sort -u |
+    awk -v classes="$(grep -ohE '(class|struct) ([A-Z_]+ )?[A-Za-z_]+ (final )?[:{]' "$headers"/*.h)" '
+        BEGIN {
+            for (n = split(classes, word, /[^A-Za-z_]+/); n > 0; --n) known[word[n]] = 1
+        }
+        match($0, /^(vtable for |typeinfo for |typeinfo name for )?OrvantaNS::[A-Za-z_]+(::|$)/) {
+            name = substr($0, RSTART, RLENGTH)
+            gsub(/^.*OrvantaNS::|::$/, "", name)
+            if (!(name in known)) next
+        }
+        { print }')
 if [ "${4:-}" = --write ]; then
     printf '%s\n' "$symbols" >"$list"
 elif ! diff -u "$list" - <<<"$symbols"; then
