@@ -1,0 +1,18 @@
+// Rules for the page's code: what the type checker can tell, and nothing about style that a person would not notice.
+import js from "@eslint/js";
+import tseslint from "typescript-eslint";
+
+export default tseslint.config(
+    { ignores: ["dist/", "dist-report/", "node_modules/"] },
+    js.configs.recommended,
+    ...tseslint.configs.recommendedTypeChecked,
+    {
+        languageOptions: { parserOptions: { projectService: true, tsconfigRootDir: import.meta.dirname } },
+        rules: {
+            "@typescript-eslint/switch-exhaustiveness-check": "error",
+            "@typescript-eslint/restrict-template-expressions": ["error", { allowNumber: true }],
+            eqeqeq: "error",
+        },
+    },
+    { files: ["**/*.js", "**/*.mjs"], ...tseslint.configs.disableTypeChecked },
+);

@@ -1,0 +1,99 @@
+// One opened recording: what it holds, where the person looks, and what they changed.
+import { computed, signal, type ReadonlySignal, type Signal } from "@preact/signals";
+import { followClicks } from "./camera/clickFollowing";
+import { kEasings, type EasingName } from "./camera/easing";
+import { figuresOf, type Figures } from "./camera/figures";
+import { CameraPath, type PathKeyframe } from "./camera/path";
+import type { Item } from "./model/items";
+import type { Recording } from "./model/recording";
+import type { Stages } from "./model/stages";
+import { strokesOf, type Stroke } from "./model/strokes";
+
+/** What the page is asked to show. */
+export interface Model {
+    recording: Recording;
+    stages: Stages;
+    /** File that the recording was read from, as the command was told. */
+    source: string;
+    easing: EasingName;
+}
+
+/** A video of the recording. */
+export interface VideoSource {
+    /** Address that a video element can load: a relative name or an object address. */
+    url: string;
+    name: string;
+    /** Where the page has the content itself, its pixels may be read: for stills and the finished video. */
+    blob: Blob | null;
+}
+
+export interface PlannedKeyframe extends PathKeyframe {
+    tick: number;
+    reason: string | null;
+    /** Index in the engine's keyframes; null for one that a wish made. */
+    engine: number | null;
+}
+
+export class Session {
+    readonly time = signal(0);
+    readonly playing = signal(false);
+    readonly rate = signal(1);
+    readonly selection: Signal<Item | null> = signal(null);
+    readonly easing: Signal<EasingName>;
+    readonly video: Signal<VideoSource | null> = signal(null);
+    readonly strokes: Stroke[];
+    readonly keyframes: ReadonlySignal<PlannedKeyframe[]>;
+    readonly path: ReadonlySignal<CameraPath>;
+    readonly figures: ReadonlySignal<Figures>;
+    readonly clickFigures: ReadonlySignal<Figures>;
+
+    constructor(readonly model: Model) {
+        const { recording, stages } = model;
+        this.easing = signal(model.easing);
+        this.time.value = stages.clip.start;
+        this.strokes = strokesOf(recording.cursor);
+        const engineKeyframes = stages.keyframes.map(
+            (keyframe, i): PlannedKeyframe => ({
+                tick: keyframe.tick,
+                seconds: keyframe.seconds,
+                rect: keyframe.rect,
+                reason: keyframe.reason,
+                engine: i,
+            }),
+        );
+        this.keyframes = computed(() => engineKeyframes);
+        const pathOf = (keyframes: readonly PathKeyframe[]): CameraPath =>
+            new CameraPath(keyframes, {
+                recording: { width: recording.width, height: recording.height },
+                target: stages.target,
+                fade: stages.fade,
+                clipStart: stages.clip.start,
+                easing: kEasings[this.easing.value],
+            });
+        this.path = computed(() => pathOf(this.keyframes.value));
+        this.figures = computed(() => figuresOf(this.path.value, recording, stages.clip));
+        this.clickFigures = computed(() => {
+            const keyframes = followClicks(recording.presses, recording, stages.target, stages.fade);
+            return figuresOf(pathOf(keyframes), recording, stages.clip);
+        });
+    }
+
+    seek(time: number): void {
+        const { start, stop } = this.model.stages.clip;
+        this.time.value = Math.min(Math.max(time, start), stop);
+    }
+
+    select(item: Item | null): void {
+        this.selection.value = item;
+    }
+
+    /** Index of the keyframe whose frame is on show or on its way; -1 before the first. */
+    keyframeAt(time: number): number {
+        const path = this.path.value;
+        return path.moves[path.moveAt(time)]?.keyframe ?? -1;
+    }
+
+    toTick(seconds: number): number {
+        return Math.round(seconds * this.model.recording.timeScale);
+    }
+}
