@@ -14,6 +14,7 @@
 #include "subcommands/InfoCommand.h"
 #include "subcommands/InspectCommand.h"
 #include "subcommands/KeyframesCommand.h"
+#include "subcommands/ReportCommand.h"
 #include "terminal/Interrupt.h"
 #include "writing/ToolVersion.h"
 
@@ -28,6 +29,7 @@ constexpr const char* kExamples = R"(Examples:
   orvanta frame session.jsonl --size 640x400 --at 1:05.5
   orvanta frame session.jsonl --size 640x400 --window
   orvanta inspect session.jsonl --size 640x400
+  orvanta report session.jsonl --size 640x400 -o report.html
   gunzip -c session.jsonl.gz | orvanta info -
 
 Exit status: 0 done; 1 the engine failed or the result could not be written;
@@ -40,6 +42,7 @@ std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     subcommands.push_back(makeFrameCommand());
     subcommands.push_back(makeInfoCommand());
     subcommands.push_back(makeInspectCommand());
+    subcommands.push_back(makeReportCommand());
     return subcommands;
 }
 

@@ -158,7 +158,7 @@ std::string inspectionText(const Inspection& inspection, const Recording& record
     return text;
 }
 
-std::string inspectionJson(const Inspection& inspection, const Recording& recording) {
+Json inspectionDocument(const Inspection& inspection, const Recording& recording) {
     Json document = requestDocument(recording, EngineChoice::Value);
     document["failure"] = textOrNull(inspection.failure);
 
@@ -193,7 +193,11 @@ std::string inspectionJson(const Inspection& inspection, const Recording& record
     for (const ReasonedKeyframe& keyframe : inspection.keyframes) {
         keyframes.push_back(keyframeEntry(keyframe, recording, true));
     }
-    return jsonText(document);
+    return document;
+}
+
+std::string inspectionJson(const Inspection& inspection, const Recording& recording) {
+    return jsonText(inspectionDocument(inspection, recording));
 }
 
 } // namespace OrvantaNS::command

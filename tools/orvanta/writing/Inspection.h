@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "asking/Engine.h"
+#include "writing/Json.h"
 
 namespace OrvantaNS::command {
 
@@ -26,7 +27,8 @@ void keepStage(Inspection& inspection, OV_PIPELINE_STAGE stage, const OV_DATA_ST
 
 /// The stages for people.
 std::string inspectionText(const Inspection& inspection, const Recording& recording);
-/// The stages as JSON. Times are in seconds, but for the keyframes' ticks; rectangles have local pixels.
+/// The stages as a JSON document. Times are in seconds, but for the keyframes' ticks; rectangles have local pixels.
+Json inspectionDocument(const Inspection& inspection, const Recording& recording);
 std::string inspectionJson(const Inspection& inspection, const Recording& recording);
 
 } // namespace OrvantaNS::command

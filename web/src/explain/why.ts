@@ -70,6 +70,12 @@ function evidenceOf(stages: Stages, shot: Shot, focus: Rect): string {
     return parts.length === 1 ? (parts[0] as string) : `${parts.slice(0, -1).join(", ")} and ${parts[parts.length - 1] as string}`;
 }
 
+function fillsWindow(focus: Rect | null, window: Rect | null): string {
+    if (!focus) return "what matters is spread over it";
+    if (window && area(intersection(focus, window)) > 0.9 * area(window)) return "what matters fills it";
+    return `what matters in it takes ${sizeText(focus)}`;
+}
+
 function modeSentence(stages: Stages, shot: Shot, frame: Rect, screen: { width: number; height: number }): string {
     const focus = isEmpty(shot.hotRect) ? null : shot.hotRect;
     const evidence = evidenceOf(stages, shot, focus ?? frame);
@@ -83,7 +89,7 @@ function modeSentence(stages: Stages, shot: Shot, frame: Rect, screen: { width: 
             return `Tight on ${what}${because}${tail}.`;
         }
         case "wide":
-            return `Wide on the window${window ? `, ${sizeText(window)}` : ""}: what matters in it is ${focus ? `${sizeText(focus)}, ` : ""}too much for a close-up${evidence ? ` (${evidence})` : ""}.`;
+            return `Wide on the window${window ? `, ${sizeText(window)}` : ""}: ${fillsWindow(focus, window)}, too much for a close-up${evidence ? ` (${evidence})` : ""}.`;
         case "off-window":
             return `Close on ${what}, outside the window in front${because}.`;
         case "full screen":
@@ -92,6 +98,7 @@ function modeSentence(stages: Stages, shot: Shot, frame: Rect, screen: { width: 
             return `On ${what}${because}. The shot took in a neighbour that was too short to stand alone.`;
         case "loose":
             return `Loosely on ${what}${because}; ${stages.shots.length > 0 && !window ? "no steady window to hold on to" : "it does not lie in the window"}.`;
+        case null:
         default:
             return `On ${what}${because}.`;
     }

@@ -53,7 +53,7 @@ function useKeys(session: Session): void {
 }
 
 export function App({ session, controls }: { session: Session; controls?: ComponentChildren }): JSX.Element {
-    const { recording, stages, source } = session.model;
+    const { recording, stages } = session.model;
     const notice = useSignal<string | null>(null);
     useKeys(session);
     useEffect(() => {
@@ -73,7 +73,6 @@ export function App({ session, controls }: { session: Session; controls?: Compon
                         {lengthText(recording.stop)} of {sizeText(recording)} for a picture of {sizeText(stages.target)}, {stages.engine} engine
                     </p>
                 </div>
-                <span class="spacer" />
                 {controls}
                 <ThemeButton />
             </header>
@@ -100,7 +99,7 @@ export function App({ session, controls }: { session: Session; controls?: Compon
                     <section class="panel"><h2>Remarks on the recording</h2><ul>{recording.warnings.map((warning) => <li key={warning}>{warning}</li>)}</ul></section>
                 )}
             </main>
-            <footer class="muted">Made by Orvanta from {source}. Nothing on this page leaves your machine.</footer>
+            <footer class="muted">Made by Orvanta from {recording.name}. Nothing on this page leaves your machine.</footer>
         </>
     );
 }

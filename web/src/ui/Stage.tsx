@@ -114,7 +114,7 @@ export function Stage({ session, onVideoLost }: { session: Session; onVideoLost:
         arrived.value = arrived.peek() + 1;
     };
     return (
-        <div class="stage">
+        <div class="stage" style={{ "--screen-shape": recording.width / recording.height, "--viewer-shape": Math.max(0.75, stages.target.width / stages.target.height) }}>
             <figure class="screen">
                 <figcaption>Screen</figcaption>
                 <canvas

@@ -1,0 +1,170 @@
+#include "subcommands/ReportCommand.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "OrvantaException.h"
+#include "asking/OptionError.h"
+#include "reading/InputError.h"
+#include "report/ReportPage.h"
+#include "subcommands/OptionGroups.h"
+#include "writing/Inspection.h"
+#include "writing/KeyframeOutput.h"
+#include "writing/Output.h"
+
+namespace OrvantaNS::command {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A larger video makes a page that browsers refuse to open: they hold a page's text as one string of at most 512 MiB.
+constexpr std::uintmax_t kLargestEmbedded = std::uintmax_t{300} << 20;
+constexpr std::array<const char*, 4> kVideoEndings{".mp4", ".mkv", ".webm", ".mov"};
+
+bool isFile(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+class ReportCommand : public Subcommand {
+public:
+    ReportCommand()
+        : Subcommand("report", "Write a page that shows what was seen, where the camera stands and why",
+                     "  orvanta report session.jsonl --size 640x400 -o report.html\n"
+                     "  orvanta report session.jsonl session.mp4 --size 640x400 --embed-video -o report.html") {}
+
+    ExitStatus run() override {
+        if (!hasReportPage()) {
+            throw OptionError("report: this command was built without the page; install Node.js 20 or later with npm, "
+                              "configure with -DORVANTA_BUILD_PAGE=ON and build again");
+        }
+        const RequestOptions request = request_.value();
+        refuseOverwriting(output_.path, recording_.path);
+        Recording recording = recording_.read();
+        completeRequest(recording, request);
+        std::optional<ReportVideo> video = findVideo();
+        Json inspection = inspect(recording, request.engine);
+        writeOutput(output_.path, reportPage({recording, std::move(inspection), std::move(video)}));
+        return kDone;
+    }
+
+protected:
+    void addOptions(CLI::App& app) override {
+        recording_.addTo(app);
+        app.add_option("VIDEO", video_,
+                       "Video of the recording (default: a file of the recording's name with .mp4, .mkv, .webm or .mov "
+                       "beside it, if there is one)");
+        request_.addTo(app);
+        app.add_flag("--embed-video", embed_,
+                     "Put the video into the page; without it the page links to the video by its name");
+        output_.addTo(app);
+    }
+
+private:
+    static Json inspect(const Recording& recording, EngineChoice engine) {
+        if (engine != EngineChoice::Value) {
+            Json document = requestDocument(recording, engine);
+            document["failure"] = Json();
+            Json& keyframes = document["keyframes"] = Json::array();
+            for (const ReasonedKeyframe& keyframe : askKeyframes(recording.params, engine)) {
+                keyframes.push_back(keyframeEntry(keyframe, recording, false));
+            }
+            return document;
+        }
+        Inspection inspection;
+        try {
+            OV_DATA_STORE store;
+            runStages(recording.params, store, [&inspection](OV_PIPELINE_STAGE stage, const OV_DATA_STORE& reached) {
+                keepStage(inspection, stage, reached);
+            });
+        } catch (const OrvantaException& failure) {
+            // No keyframe is an answer too: the whole recording stays on show, and the page tells why.
+            if (failure.errorCode() != OVERR_NO_KEYFRAMES) {
+                throw;
+            }
+        }
+        Json document = inspectionDocument(inspection, recording);
+        for (std::size_t i = 0; i < inspection.keyframes.size(); ++i) {
+            const std::optional<std::uint32_t>& slice = inspection.keyframes[i].slice;
+            document["keyframes"][i]["slice"] = slice ? Json(*slice) : Json();
+        }
+        return document;
+    }
+
+    /// The path of the video: as named, or beside the recording; nothing when there is none.
+    std::optional<fs::path> videoPath() const {
+        if (!video_.empty()) {
+            if (!isFile(video_)) {
+                throw InputError(fmt::format("{}: there is no such video", video_));
+            }
+            return fs::path(video_);
+        }
+        if (recording_.path != "-") {
+            for (const char* ending : kVideoEndings) {
+                if (const fs::path candidate = fs::path(recording_.path).replace_extension(ending); isFile(candidate)) {
+                    return candidate;
+                }
+            }
+        }
+        if (embed_) {
+            throw OptionError("--embed-video: there is no video beside the recording; name it after the recording");
+        }
+        return std::nullopt;
+    }
+
+    std::optional<ReportVideo> findVideo() const {
+        const std::optional<fs::path> path = videoPath();
+        if (!path) {
+            return std::nullopt;
+        }
+        ReportVideo video;
+        video.type = videoType(path->string());
+        video.embed = embed_;
+        if (embed_) {
+            std::error_code error;
+            if (const std::uintmax_t size = fs::file_size(*path, error); !error && size > kLargestEmbedded) {
+                throw OptionError(fmt::format("--embed-video: {} has {} MB, and browsers open no page with more than "
+                                              "{} MB of video; leave the option out and keep the video beside the page",
+                                              path->string(), size >> 20, kLargestEmbedded >> 20));
+            }
+            video.link = path->filename().generic_string();
+            video.content = readWhole(*path);
+            return video;
+        }
+        std::error_code error;
+        const fs::path folder = output_.path.empty() ? fs::path() : fs::path(output_.path).parent_path();
+        const fs::path link = fs::relative(*path, folder.empty() ? fs::current_path() : folder, error);
+        video.link = (error || link.empty() ? *path : link).generic_string();
+        return video;
+    }
+
+    static std::string readWhole(const fs::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        if (!file) {
+            throw InputError(fmt::format("{}: cannot be read", path.string()));
+        }
+        return content;
+    }
+
+    RecordingArgument recording_;
+    std::string video_;
+    RequestArguments request_;
+    bool embed_ = false;
+    OutputArgument output_;
+};
+
+} // namespace
+
+std::unique_ptr<Subcommand> makeReportCommand() { return std::make_unique<ReportCommand>(); }
+
+} // namespace OrvantaNS::command
