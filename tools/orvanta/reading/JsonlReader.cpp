@@ -76,6 +76,7 @@ struct SeenFields {
     bool windowsFlag = false;
     bool description = false;
     bool videoOffset = false;
+    bool video = false;
 };
 
 void readFormat(const dom::element& value, const LineReader& lines) {
@@ -139,6 +140,12 @@ void readHeader(dom::parser& parser, const LineReader& lines, Recording& recordi
         } else if (name == "videoOffset") {
             once(seen.videoOffset, name);
             recording.videoOffset = wholeNumber<std::int64_t>(value, "header field \"videoOffset\"", lines);
+        } else if (name == "video") {
+            once(seen.video, name);
+            recording.video = std::string(text(value, "header field \"video\"", lines));
+            if (recording.video->empty()) {
+                lines.fail("header field \"video\" is empty: it must name a file");
+            }
         } else {
             recording.unknownFields.add(name);
         }

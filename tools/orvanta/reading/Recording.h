@@ -58,6 +58,7 @@ struct Recording {
     Params params;
     std::string description;              ///< What happens, in words; empty in a dump.
     std::optional<long long> videoOffset; ///< Ticks: where the time 0 of the video of the same name lies.
+    std::optional<std::string> video;     ///< The video's file, relative to the recording's folder.
     long long start = 0;                  ///< Ticks: 0 for a recording, the first sample of a dump.
     long long stop = 0;                   ///< Ticks: the last line or sample.
     long long events = 0;                 ///< Lines after the header, or samples; unknown streams included.

@@ -14,6 +14,7 @@
 #include "subcommands/InfoCommand.h"
 #include "subcommands/InspectCommand.h"
 #include "subcommands/KeyframesCommand.h"
+#include "subcommands/RenderCommand.h"
 #include "subcommands/ReportCommand.h"
 #include "terminal/Interrupt.h"
 #include "writing/ToolVersion.h"
@@ -42,6 +43,7 @@ std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     subcommands.push_back(makeFrameCommand());
     subcommands.push_back(makeInfoCommand());
     subcommands.push_back(makeInspectCommand());
+    subcommands.push_back(makeRenderCommand());
     subcommands.push_back(makeReportCommand());
     return subcommands;
 }

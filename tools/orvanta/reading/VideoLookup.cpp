@@ -1,0 +1,67 @@
+#include "reading/VideoLookup.h"
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+
+#include <fmt/format.h>
+
+#include "reading/InputError.h"
+#include "terminal/TextFormat.h"
+
+namespace OrvantaNS::command {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::array<const char*, 4> kEndings{".mp4", ".mkv", ".webm", ".mov"};
+constexpr std::array<const char*, 3> kCompressed{".gz", ".zst", ".zstd"};
+
+bool isFile(const fs::path& path) {
+    std::error_code error;
+    return fs::exists(path, error) && !fs::is_directory(path, error);
+}
+
+} // namespace
+
+std::string findVideo(const std::string& given, const std::string& recordingPath, const Recording& recording) {
+    if (!given.empty()) {
+        if (!isFile(given)) {
+            throw InputError(fmt::format("{}: there is no such video", printable(given, given.size())));
+        }
+        return given;
+    }
+    const bool standardInput = recordingPath == "-";
+    fs::path base = standardInput ? fs::path() : fs::path(recordingPath);
+    if (recording.video) {
+        const fs::path named = base.parent_path() / fs::path(*recording.video);
+        if (!isFile(named)) {
+            throw InputError(fmt::format("{}: its header names the video {}, which is not there; name the video after "
+                                         "the recording",
+                                         recordingPath, printable(named.string(), named.string().size())));
+        }
+        return named.string();
+    }
+    if (standardInput) {
+        throw InputError("a recording from the standard input has no video beside it; name the video after it");
+    }
+    for (const char* ending : kCompressed) {
+        if (base.extension() == ending) {
+            base.replace_extension();
+        }
+    }
+    for (const char* ending : kEndings) {
+        fs::path candidate = base;
+        candidate.replace_extension(ending);
+        if (candidate != fs::path(recordingPath) && isFile(candidate)) {
+            return candidate.string();
+        }
+    }
+    throw InputError(
+        fmt::format("{}: no video lies beside it ({} with .mp4, .mkv, .webm or .mov); name the video after "
+                    "the recording",
+                    recordingPath, base.stem().string()));
+}
+
+} // namespace OrvantaNS::command

@@ -1,0 +1,281 @@
+#include "subcommands/RenderRun.h"
+
+#include "asking/OptionError.h"
+
+#if !defined(ORVANTA_HAS_RENDER)
+
+namespace OrvantaNS::command {
+
+ExitStatus runRender(const RenderRequest&, Recording) {
+    throw OptionError("this orvanta was built without the libraries that make videos; build it where pkg-config finds "
+                      "libavformat, libavcodec, libavfilter, libswscale and zimg");
+}
+
+} // namespace OrvantaNS::command
+
+#else
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include <fmt/format.h>
+
+extern "C" {
+#include <libavutil/parseutils.h>
+}
+
+#include "CameraPath.h"
+#include "OrvantaException.h"
+#include "asking/OutputSize.h"
+#include "reading/InputError.h"
+#include "reading/VideoLookup.h"
+#include "render/RenderError.h"
+#include "render/VideoRendering.h"
+#include "terminal/Interrupt.h"
+#include "terminal/ProgressBar.h"
+#include "terminal/RenderBar.h"
+#include "writing/Output.h"
+
+namespace OrvantaNS::command {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+void notice(const std::string& text) { fmt::print(stderr, "orvanta: {}\n", text); }
+
+AVRational parseRate(const std::string& text) {
+    AVRational rate{0, 1};
+    constexpr int kMostRate = 1000; // Pictures a second.
+    if (av_parse_video_rate(&rate, text.c_str()) < 0 || rate.num <= 0 || av_q2d(rate) > kMostRate) {
+        throw OptionError(fmt::format("--fps {}: expected pictures a second, such as 30 or 30000/1001", text));
+    }
+    return rate;
+}
+
+std::vector<OV_TIME_RECT> plan(const Params& params, EngineChoice engine) {
+    std::vector<OV_TIME_RECT> frames;
+    try {
+        for (const ReasonedKeyframe& keyframe : askKeyframes(params, engine)) {
+            frames.push_back(keyframe.frame);
+        }
+    } catch (const OrvantaException& failure) {
+        if (failure.errorCode() != OVERR_NO_KEYFRAMES) {
+            throw;
+        }
+        notice("nothing calls for a closer look; the whole recording stays on show");
+    }
+    return frames;
+}
+
+/// One rendering, with what its parts share.
+class Rendering {
+public:
+    Rendering(const RenderRequest& request, Recording recording)
+        : request_(request), recording_(std::move(recording)),
+          threads_(request.threads > 0 ? request.threads
+                                       : std::max(1, static_cast<int>(std::thread::hardware_concurrency()))),
+          job_(settings()), video_(findVideo(request.videoPath, request.recordingPath, recording_)),
+          reader_(video_, threads_, interrupted) {
+        if (recording_.params.recordingRegions().empty()) {
+            throw InputError(fmt::format("{}: has no region, so nobody knows what the video shows", recording_.name));
+        }
+        region_ = recording_.params.recordingRegions().front().rect;
+    }
+
+    ExitStatus run() {
+        const std::string target = request_.stills.empty() ? request_.output : std::string();
+        refuseOverwriting(target, request_.recordingPath);
+        refuseOverwriting(target, video_);
+        const FrameSize size = sizeOf(job_);
+        warnOfMismatch();
+        setCamera(job_, size);
+        return request_.stills.empty() ? renderFile(job_) : renderStills(job_);
+    }
+
+private:
+    render::RenderJob settings() const {
+        render::RenderJob job;
+        if (request_.stills.empty()) {
+            const auto form = render::mediaFormOf(request_.output);
+            if (!form) {
+                throw OptionError(fmt::format("-o {}: the ending decides the kind of video; expected one of {}",
+                                              request_.output, render::mediaEndings()));
+            }
+            job.form = *form;
+        }
+        job.fill = render::parseFill(request_.fill);
+        if (!request_.rate.empty()) {
+            job.rate = parseRate(request_.rate);
+        }
+        job.encoding.crf = request_.crf;
+        if (!request_.bitrate.empty()) {
+            job.encoding.bitrate = render::parseBitrate(request_.bitrate);
+        }
+        job.encoding.preset = !request_.preset.empty() ? request_.preset : request_.preview ? "ultrafast" : "medium";
+        render::checkPreset(job.encoding.preset);
+        job.encoding.threads = threads_;
+        job.threads = threads_;
+        return job;
+    }
+
+    FrameSize videoSize() const { return {reader_.sample().width, reader_.sample().height}; }
+
+    FrameSize sizeOf(render::RenderJob& job) const {
+        const FrameSize size = outputSize(request_.request.size, videoSize());
+        const FrameSize shown = request_.preview ? previewSize(size) : size;
+        constexpr std::int32_t kLeastSide = 16; // Pixels: encoders want a block or more.
+        constexpr std::int32_t kMostSide = 16384;
+        if (std::min(shown.width, shown.height) < kLeastSide || std::max(shown.width, shown.height) > kMostSide) {
+            throw OptionError(fmt::format("--size: a video of {}x{} cannot be made; each side has {} to {} pixels",
+                                          shown.width, shown.height, kLeastSide, kMostSide));
+        }
+        job.width = shown.width;
+        job.height = shown.height;
+        return size;
+    }
+
+    /// Seconds of the video's time at a tick.
+    double videoSeconds(long long tick) const {
+        return (static_cast<double>(tick) - static_cast<double>(recording_.videoOffset.value_or(0))) /
+               recording_.params.timeScale();
+    }
+
+    void warnOfMismatch() const {
+        if (!recording_.videoOffset) {
+            notice(
+                "the recording does not say when its video begins (header field videoOffset); taken to begin with it");
+        }
+        const FrameSize video = videoSize();
+        const double shape = static_cast<double>(video.width) / video.height;
+        const double recorded = static_cast<double>(region_.right - region_.left) / (region_.bottom - region_.top);
+        constexpr double kShapeTolerance = 0.01; // A row or column of rounding in a small video.
+        if (std::abs(shape / recorded - 1.0) > kShapeTolerance) {
+            notice(fmt::format("{}: is {}x{}, but the recording's region is {}x{}, of another shape; is it its video?",
+                               video_, video.width, video.height, region_.right - region_.left,
+                               region_.bottom - region_.top));
+        }
+        const std::optional<double> length = reader_.claimedSeconds();
+        const double end = videoSeconds(recording_.stop);
+        constexpr double kLengthTolerance = 5.0; // Seconds: recorders of events and pictures do not stop at one moment.
+        if (length && std::abs(*length - end) > kLengthTolerance) {
+            notice(
+                fmt::format("{}: ends at {:.1f} s, but the recording goes on to {:.1f} s of its time; is it its video?",
+                            video_, *length, end));
+        }
+        if (request_.rate.empty() && request_.stills.empty() && reader_.rate().num > 0 &&
+            av_q2d(reader_.rate()) < kChoppyRate) {
+            notice(fmt::format(
+                "the video has {:.3g} pictures a second, and so will the camera's moves; --fps 30 makes them "
+                "smooth",
+                av_q2d(reader_.rate())));
+        }
+    }
+
+    void setCamera(render::RenderJob& job, const FrameSize& size) {
+        const auto planned = plannedSize(size, request_.maxZoom, videoSize(), region_, request_.request.engine);
+        RequestOptions options = request_.request;
+        options.size = SizeOption{};
+        options.size->pixels = planned.value_or(size);
+        completeRequest(recording_, options);
+        std::vector<OV_TIME_RECT> keyframes;
+        if (planned) {
+            keyframes = plan(recording_.params, options.engine);
+        } else {
+            notice(fmt::format(
+                "a picture of {}x{} at --max-zoom {} shows the whole recording anyway, so the camera stays; a "
+                "larger zoom or a smaller size gives it room",
+                size.width, size.height, request_.maxZoom));
+        }
+        CameraSetup setup = CameraSetup::of(recording_.params, request_.easing);
+        setup.targetWidth = size.width;
+        setup.targetHeight = size.height;
+        const double offset = static_cast<double>(recording_.videoOffset.value_or(0)) / recording_.params.timeScale();
+        job.camera = [path = CameraPath(keyframes, setup), offset](double seconds) {
+            const CameraFrame frame = path.frameAtSeconds(seconds + offset);
+            return render::PictureRegion{frame.left, frame.top, frame.width, frame.height};
+        };
+        job.recordedWidth = region_.right - region_.left;
+        job.recordedHeight = region_.bottom - region_.top;
+        // An end that was left out is the video's own, which may reach a little beyond the recording's.
+        if (request_.request.clip.start) {
+            job.clip.start = std::max(videoSeconds(setup.clipStart), 0.0);
+        }
+        if (request_.request.clip.stop) {
+            job.clip.stop = videoSeconds(setup.clipStop);
+        }
+    }
+
+    ExitStatus renderFile(const render::RenderJob& job) {
+        render::OutputFile file(request_.output);
+        render::RenderOutcome outcome;
+        {
+            RenderBar bar(progressTerminal());
+            const auto tell = [&bar](const render::RenderState& state) {
+                bar.show({state.pictures, state.seconds, state.ofSeconds, state.pass, state.passes});
+            };
+            outcome = render::renderVideo(reader_, job, file, tell, interrupted);
+        }
+        throwIfInterrupted();
+        file.publish();
+        for (const std::string& note : outcome.notes) {
+            notice(note);
+        }
+        if (!outcome.complaint.empty()) {
+            notice(fmt::format("{}\n{} was made as far as it goes ({:.1f} s)", outcome.complaint, request_.output,
+                               outcome.seconds));
+            return kFailed;
+        }
+        return kDone;
+    }
+
+    ExitStatus renderStills(const render::RenderJob& job) {
+        std::error_code error;
+        const fs::path folder(request_.output);
+        fs::create_directories(folder, error);
+        if (!fs::is_directory(folder)) {
+            throw OutputError(fmt::format("{}: is no folder, and the stills of --frames-at need one", request_.output));
+        }
+        const std::string stem =
+            request_.recordingPath == "-" ? "still" : fs::path(request_.recordingPath).stem().string();
+        for (const double moment : request_.stills) {
+            const double seconds = videoSeconds(resolveMoment(moment, recording_));
+            const std::string png = render::renderStill(reader_, job, seconds, interrupted);
+            throwIfInterrupted();
+            writeOutput((folder / fmt::format("{}-{:08.3f}s.png", stem, moment)).string(), png);
+        }
+        return kDone;
+    }
+
+    static constexpr double kChoppyRate = 20.0; // Pictures a second: below that a move is seen to go in steps.
+
+    const RenderRequest& request_;
+    Recording recording_;
+    int threads_; // Options are looked at before files are opened.
+    render::RenderJob job_;
+    std::string video_;
+    render::VideoReader reader_;
+    Rectangle region_;
+};
+
+} // namespace
+
+ExitStatus runRender(const RenderRequest& request, Recording recording) {
+    try {
+        return Rendering(request, std::move(recording)).run();
+    } catch (const render::VideoError& error) {
+        throwIfInterrupted(); // Reading ends with an error when Ctrl-C ends it.
+        throw InputError(error.what());
+    } catch (const render::SettingError& error) {
+        throw OptionError(error.what());
+    }
+}
+
+} // namespace OrvantaNS::command
+
+#endif

@@ -1,0 +1,37 @@
+// What `orvanta render` does once its options are read.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "CameraEasing.h"
+#include "asking/Engine.h"
+#include "reading/Recording.h"
+#include "terminal/ExitStatus.h"
+
+namespace OrvantaNS::command {
+
+/// What is asked for. Text that only the video's side understands is passed on as it was typed.
+struct RenderRequest {
+    std::string recordingPath;
+    std::string videoPath; ///< Empty: looked for.
+    std::string output;    ///< A file, or the folder of the stills.
+    RequestOptions request;
+    CameraEasing easing;
+    double maxZoom = 2.0;
+    std::string fill = "blur";
+    std::optional<double> crf;
+    std::string bitrate; ///< Empty: a quality instead.
+    std::string preset;  ///< Empty: the usual one.
+    std::string rate;    ///< Empty: the video's own time stamps.
+    bool preview = false;
+    std::vector<double> stills; ///< Seconds of the recording; empty: a video.
+    int threads = 0;            ///< 0: as many as processors.
+};
+
+/// Throws `OptionError`, `InputError`, `OrvantaException`, `Interrupted` and what writing throws. Gives `kFailed` when the
+/// video was cut short or damaged and the output was kept.
+ExitStatus runRender(const RenderRequest& request, Recording recording);
+
+} // namespace OrvantaNS::command
