@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -17,8 +18,9 @@ class VoteRuns;
 /// questions of `Orvanta` alone; every step behind them is public as well, so that tests can reach it. All operations
 /// are const and touch no shared state: any number of threads may use one engine at once.
 ///
-/// Votes are in meaning a map from tick to one sum per target. They are kept as runs of ticks with equal sums
-/// (`VoteRuns`), and every step works on runs: its cost depends on the number of samples, not on the ticks per second.
+/// Votes are in meaning a map from tick to one sum per target (`VoteMap`). The engine keeps them as runs of ticks with
+/// equal sums (`VoteRuns`), and each of its steps works on runs: its cost depends on the number of samples, not on the
+/// ticks per second. The steps are there for maps and single events as well, with the same outcome tick by tick.
 class ORVANTA_EXPORT OrvantaVotingAlgorithm : public Orvanta {
 public:
     using KeyframeList = std::shared_ptr<std::vector<OV_TIME_RECT>>;
@@ -27,6 +29,8 @@ public:
     using Targets = std::vector<std::pair<Rectangle, std::int32_t>>;
     /// A vote source: moments (ticks) and the rectangles that want to be seen then (screen pixels).
     using Samples = std::vector<OV_TIME_RECT>;
+    /// Votes tick by tick: for each tick at which some vote fell, and for no other, one sum per target.
+    using VoteMap = std::map<long long, std::vector<double>>;
 
     /// The winner of one tick.
     struct RectangleEventData {
@@ -96,6 +100,19 @@ public:
     void castVotesForActionVector(const Samples& samples, int before, int after,
                                   const std::function<double(int)>& weight, VoteRuns& votes, const Targets& targets,
                                   ProgressReporter* reporter, const Interval_Type<int>& progress) const;
+    /// The same four steps on single ticks: each vote is added to the entry of its tick, which is made when it is the
+    /// first there and grown with zeros when it has fewer sums than there are targets. Their cost is samples times
+    /// targets times ticks of the range, and their memory an entry a tick: for modest tick rates. `weight` is asked once
+    /// for every vote.
+    void castVotes(const Params& params, VoteMap& votes, const Targets& targets, ProgressReporter* reporter,
+                   const Interval_Type<int>& progress) const;
+    void castVotesForCursorActions(const Params& params, VoteMap& votes, const Targets& targets,
+                                   ProgressReporter* reporter, const Interval_Type<int>& progress) const;
+    void castVotesForFrontmostWindows(const Params& params, VoteMap& votes, const Targets& targets,
+                                      ProgressReporter* reporter, const Interval_Type<int>& progress) const;
+    void castVotesForActionVector(const Samples& samples, int before, int after,
+                                  const std::function<double(int)>& weight, VoteMap& votes, const Targets& targets,
+                                  ProgressReporter* reporter, const Interval_Type<int>& progress) const;
     /// The presses of the first two buttons, each at the point of the last cursor location (by position in
     /// `cursorLocations`) at or before it in time. Without one, the point of the kept press before; (0, 0) at first.
     Samples actionVectorForCursorData(const Params& params) const;
@@ -110,6 +127,9 @@ public:
     /// interleave. Reports once per voted tick, in time order, when `reporter` is not null.
     std::vector<RectangleEventRun> countAndSortVotes(const VoteRuns& votes, ProgressReporter* reporter,
                                                      const Interval_Type<int>& progress) const;
+    /// The same for single ticks, one event for each entry of `votes`.
+    std::vector<RectangleEventData> countAndSortVotes(const VoteMap& votes, ProgressReporter* reporter,
+                                                      const Interval_Type<int>& progress) const;
     /// The events that keep their distance, by time. In the order given, an event is taken unless it lies closer than
     /// `fadeDuration` ticks to one already taken; exactly that far is far enough. Needs runs of step 1, with times from
     /// 0 on, of which no two share or interleave their ticks.

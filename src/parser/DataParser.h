@@ -10,20 +10,21 @@
 #include "OrvantaExport.h"
 #include "Params.h"
 #include "frame/DataStore.h"
-#include "parser/cursor/ActionIndex.h"
-#include "parser/cursor/LocationOrder.h"
 #include "parser/cursor/MouseStroke.h"
-#include "parser/damage/AreaTimes.h"
 #include "parser/damage/DirtyRectObject.h"
 
 namespace OrvantaNS {
+
+class StreamIndex;
+struct ZoneWalk;
 
 /// Two passes take turns over one timeline. The primary pass reads the streams forward in time and makes primitive
 /// objects. The meta pass, every 10 seconds of recording time, looks at the primitives with the time ahead in hand,
 /// decides what each one meant, and hands what survives over to the store.
 ///
 /// One parser serves one computation: nothing resets its skip cursors. It holds no reference to the request or the
-/// store, which are passed to each call. Streams must be sorted by time; a negative time other than -1 is unsupported
+/// store, which are passed to each call, and every operation works from its arguments and the fields as they stand;
+/// only the walk over a zone keeps an index of what cannot change while it lasts. Streams must be sorted by time; a negative time other than -1 is unsupported
 /// but harmless. Unless said otherwise, points and dirty-rectangle objects are in screen pixels, and value objects in
 /// local pixels of their zone; rules that compare the two do so without conversion.
 class ORVANTA_EXPORT DataParser {
@@ -56,9 +57,6 @@ public:
     std::vector<DR_OBJECT> drObjects;      ///< Changing areas of the current live zone, in order of `start`.
     OV_VALUE_OBJECT lastWindow;            ///< The most recent `ActiveWindow`, as a copy.
     std::vector<MOUSE_STROKE> keptStrokes; ///< Every stroke that `processStrokes` kept, in the whole run.
-    ActionIndex actionIndex;               ///< Where each button code stands in the request's actions.
-    LocationOrder locationOrder;           ///< Whether the request's cursor samples are sorted.
-    AreaTimes areaTimes;                   ///< When the `drObjects` of the zone live, as `preProcessDR` left them.
 
     DataParser();
 
@@ -80,6 +78,8 @@ public:
     /// The primary pass over one zone, with the meta passes in it; appends the zone's objects to `store.valueObjects`.
     /// `zone` is the index into `store.liveZones` and equals `store.currentZone`; zones come in increasing order.
     void processLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
+    /// The same with an index of the request's streams, `params` as they stand, that serves all its zones.
+    void processLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store, const StreamIndex& streams);
     /// Places all cursors for the start of `zone`: each on the last sample before it, where there is one.
     void skipToLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
     /// Moves the six skip cursors up to the last sample before `time` (ticks); they never go back.
@@ -219,6 +219,11 @@ public:
 
     /// The moment, in seconds, at which the run of cursor motion that leads to `time` began; `time` without one.
     double findLastMousePause(double time);
+
+private:
+    void walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
+
+    const ZoneWalk* walk_ = nullptr; // While a zone is walked; the parser does not own it.
 };
 
 } // namespace OrvantaNS

@@ -87,14 +87,18 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
     VS_VALUE_MAP map;
     map.span = span;
     const double threshold = kTier4Rate * span;
-    // What is too cool is left out before the sort instead of after it: this runs several times for every slice.
     std::vector<VS_VALUE_ORDER> order;
-    sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
-        if (entry.value >= threshold) {
-            order.push_back(entry);
-        }
-    });
-    std::stable_sort(order.begin(), order.end(), CompareValuePairs);
+    if (std::isnan(threshold)) {
+        order = fillValues(); // no sum lies below what is not a number
+    } else {
+        // What is too cool is left out before the sort instead of after it: this runs several times for every slice.
+        sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
+            if (entry.value >= threshold) {
+                order.push_back(entry);
+            }
+        });
+        std::stable_sort(order.begin(), order.end(), CompareValuePairs);
+    }
     std::vector<std::uint32_t> list;
     for (const VS_VALUE_ORDER& entry : order) {
         summarizeGraph(list, entry.space);

@@ -105,7 +105,8 @@ public:
 
     /// The full summary: at most one rectangle for each of the eight tiers.
     VS_VALUE_MAP summarize(double span);
-    /// The summary of tier 4 alone.
+    /// The summary of tier 4 alone. It takes the spaces by descending sum up to the first that lies below the tier: all
+    /// of them when `span` is not a number, where `summarize` reaches no tier.
     VS_VALUE_MAP quickSummarize(double span);
     /// Writes each space's value and gives all valid spaces by descending value, equal ones in slot order.
     std::vector<VS_VALUE_ORDER> fillValues();

@@ -4,7 +4,6 @@
 // walked from edge to edge: between two edges all ticks have the same votes, and one sum stands for them all.
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <span>
@@ -14,18 +13,12 @@
 #include "frame/Geometry.h"
 #include "voting/OrderedSum.h"
 #include "voting/VoteRuns.h"
+#include "voting/VoteWeights.h"
+#include "voting/VoteWinner.h"
 
 namespace OrvantaNS {
 
 namespace {
-
-// A click counts for a short while around it, and each of its votes for less than half of a window's.
-constexpr double kActionSecondsBefore = 0.5;
-constexpr double kActionWeight = 8.0;
-// A new window stays of interest for longer.
-constexpr double kWindowSecondsBefore = 0.3333333333333333;
-constexpr double kWindowSecondsAfter = 3.0;
-constexpr double kWindowWeight = 20.0;
 
 // Ticks of the clock as unsigned numbers, so that one past the last tick is a tick as well.
 using Tick = unsigned long long;
@@ -51,30 +44,6 @@ struct TickRange {
     Tick first;
     Tick last;
 };
-
-// The weight of a window change's vote at relative tick k. The quotient is one of integers: the weight is a step, not
-// a ramp, and within the casting range, where k stays below `end`, the quotient is 0 and every vote weighs the same.
-double frontmostWindowWeight(int k, int full, int end) {
-    if (k <= full) {
-        return kWindowWeight;
-    }
-    // Where `end` is not above `full`, no range is cast that reaches past `full`.
-    // NOLINTNEXTLINE(clang-analyzer-core.DivideZero)
-    return static_cast<double>(1 - (k - full) / (end - full)) * kWindowWeight;
-}
-
-// Pixels from a target's centre to a sample's middle, on one axis. The centre is cut to a whole pixel, the middle is not.
-double offCentre(std::int32_t low, std::int32_t high, std::int32_t targetLow, std::int32_t targetHigh) {
-    return wrapAdd(low, high) * 0.5 - wrapAdd(targetLow, targetHigh) / 2;
-}
-
-// 1.0 at the target's centre, 0.75 at its corners. A target without width or height divides by 0; what comes out then
-// is minus infinity or not a number, and never wins.
-double closeness(const Rectangle& sample, const Rectangle& target) {
-    const double dx = offCentre(sample.left, sample.right, target.left, target.right) / width(target);
-    const double dy = offCentre(sample.top, sample.bottom, target.top, target.bottom) / height(target);
-    return 1.0 - std::fabs((dx * dx + dy * dy) * 0.5);
-}
 
 bool holdsAny(const OrvantaVotingAlgorithm::Targets& targets, const Rectangle& sample) {
     return std::any_of(targets.begin(), targets.end(),
@@ -126,10 +95,7 @@ std::vector<std::size_t> reportAndSelect(const OrvantaVotingAlgorithm::Samples& 
                                          const Interval_Type<int>& progress) {
     std::vector<std::size_t> voters;
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        if (reporter != nullptr) {
-            const double share = static_cast<double>(i + 1) / static_cast<double>(samples.size());
-            reporter->reportProgress(progress.start + wrapSub(progress.stop, progress.start) * share);
-        }
+        reportShare(reporter, progress, i + 1, samples.size());
         if (holdsAny(targets, samples[i].rect)) {
             voters.push_back(i);
         }

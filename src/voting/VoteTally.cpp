@@ -12,6 +12,7 @@
 #include "OrvantaVotingAlgorithm.h"
 #include "frame/Geometry.h"
 #include "voting/VoteRuns.h"
+#include "voting/VoteWinner.h"
 
 namespace OrvantaNS {
 
@@ -24,16 +25,9 @@ constexpr long long kLastTick = std::numeric_limits<long long>::max();
 
 // Reports each tick of the votes in turn.
 void reportTicks(const VoteRuns& votes, ProgressReporter& reporter, const Interval_Type<int>& progress) {
-    const double total = static_cast<double>(votes.tickCount());
-    const int span = wrapSub(progress.stop, progress.start);
     for (unsigned long long tick = 1; tick <= votes.tickCount(); ++tick) {
-        reporter.reportProgress(progress.start + span * (static_cast<double>(tick) / total));
+        reportShare(&reporter, progress, tick, votes.tickCount());
     }
-}
-
-// Votes first, most first, then time, earliest first. The order is total for events at different ticks.
-bool isStronger(const RectangleEventRun& a, const RectangleEventRun& b) {
-    return a.first.votes != b.first.votes ? a.first.votes > b.first.votes : a.first.time < b.first.time;
 }
 
 bool isEarlier(const RectangleEventRun& a, const RectangleEventRun& b) { return a.first.time < b.first.time; }
@@ -116,19 +110,12 @@ std::vector<RectangleEventRun> OrvantaVotingAlgorithm::countAndSortVotes(const V
     std::vector<RectangleEventRun> winners;
     winners.reserve(votes.size());
     for (std::size_t run = 0; run < votes.size(); ++run) {
-        const auto sums = votes.sums(run);
-        double best = 0.0;
-        std::size_t bestIndex = 0;
-        for (std::size_t i = 0; i < sums.size(); ++i) {
-            if (sums[i] > best) {
-                best = sums[i];
-                bestIndex = i;
-            }
-        }
-        const RectangleEventRun winner{{votes.first(run), static_cast<std::int32_t>(bestIndex), best}, 1, 1};
+        const VoteWinner best = winnerOf(votes.sums(run));
+        const RectangleEventRun winner{{votes.first(run), best.target, best.votes}, 1, 1};
         winners.push_back(stretchOf(winner, votes.first(run), votes.last(run), 1));
     }
-    std::sort(winners.begin(), winners.end(), isStronger);
+    std::sort(winners.begin(), winners.end(),
+              [](const RectangleEventRun& a, const RectangleEventRun& b) { return isStronger(a.first, b.first); });
     return winners;
 }
 

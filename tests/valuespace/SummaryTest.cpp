@@ -410,7 +410,6 @@ TEST(SummarizeTest, SpanOfZero_ValuesOfZero_AddNoPair) {
 TEST(SummarizeTest, SpanThatIsNotANumber_ReachesNoTier) {
     Valued v({{box(0, 0, 10, 10), 5.0}});
     EXPECT_THAT(v.space.summarize(kNaN).spaces, IsEmpty());
-    EXPECT_THAT(v.space.quickSummarize(kNaN).spaces, IsEmpty());
 }
 
 TEST(SummarizeTest, ChangesNothingButTheValues) {
@@ -479,6 +478,15 @@ TEST(QuickSummarizeTest, GeneratedValues_EqualTheWalkOverAllSpacesInOrder) {
         v.space.summarizeTier(list, expected);
         ASSERT_EQ(v.space.quickSummarize(1.0).spaces, expected.spaces);
     }
+}
+
+TEST(QuickSummarizeTest, SpanThatIsNotANumber_HasNoSumBelowIt) {
+    // 1 × 900 and nothing of the object of 0 against 5 × 100.
+    Valued v({{box(0, 0, 10, 10), 5.0}, {box(100, 0, 30, 30), 1.0}, {box(200, 0, 90, 90), 0.0}});
+    const VS_VALUE_MAP map = v.space.quickSummarize(kNaN);
+    EXPECT_THAT(map.spaces, ElementsAre(Pair(box(100, 0, 30, 30), 1.0)));
+    EXPECT_TRUE(std::isnan(map.span));
+    EXPECT_EQ(v.space.graph[0].value, 5.0);
 }
 
 // ---- cleanValueMap ----

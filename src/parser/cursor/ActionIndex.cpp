@@ -4,15 +4,7 @@
 
 namespace OrvantaNS {
 
-void ActionIndex::build(const std::vector<OV_MOUSE_ACTION>& actions) {
-    if (data_ == actions.data() && size_ == actions.size()) {
-        return;
-    }
-    data_ = actions.data();
-    size_ = actions.size();
-    for (std::vector<std::size_t>& positions : positions_) {
-        positions.clear();
-    }
+ActionIndex::ActionIndex(const std::vector<OV_MOUSE_ACTION>& actions) {
     for (std::size_t i = 0; i < actions.size(); ++i) {
         const std::int32_t code = actions[i].action;
         if (code >= 0 && static_cast<std::size_t>(code) < positions_.size()) {

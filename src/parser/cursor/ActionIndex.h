@@ -11,22 +11,20 @@
 
 namespace OrvantaNS {
 
-/// Positions of the codes 0 to 5 in one array of actions, ascending.
+/// Positions of the codes 0 to 5 in one array of actions as it was when the index was made, ascending.
 class ActionIndex {
 public:
     /// Returned when there is no such action.
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-    /// Makes the index stand for `actions`; does nothing when it stands for that array already.
-    void build(const std::vector<OV_MOUSE_ACTION>& actions);
+    explicit ActionIndex(const std::vector<OV_MOUSE_ACTION>& actions);
+
     /// The first position from `from` on that holds `code` (0 to 5), or `kNone`.
     std::size_t firstFrom(std::size_t from, std::int32_t code) const;
     /// The last position before `before` that holds `code` (0 to 5), or `kNone`.
     std::size_t lastBefore(std::size_t before, std::int32_t code) const;
 
 private:
-    const OV_MOUSE_ACTION* data_ = nullptr;
-    std::size_t size_ = 0;
     std::array<std::vector<std::size_t>, 6> positions_;
 };
 

@@ -4,8 +4,10 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "frame/Geometry.h"
+#include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
 
@@ -44,7 +46,9 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
     const long long upTime = params.cursorActions()[up].time;
     OV_MOUSE_LOCATION press;
     OV_MOUSE_LOCATION release;
-    if (downTime <= upTime && locationOrder.isSorted(locations)) {
+    const bool isInOrder = walk_ != nullptr && walk_->streams.standsFor(params) ? walk_->streams.areLocationsInOrder()
+                                                                                : areInOrder(locations);
+    if (downTime <= upTime && isInOrder) {
         // The samples in force at both moments, without reading all that lies in between.
         const auto isAfter = [](long long time, const OV_MOUSE_LOCATION& sample) { return time < sample.time; };
         const auto from =
@@ -89,10 +93,12 @@ void DataParser::processCursorAction(unsigned int zone, const Params& params, OV
         return;
     }
 
-    actionIndex.build(actions);
+    std::optional<ActionIndex> own;
+    const ActionIndex& index =
+        walk_ != nullptr && walk_->streams.standsFor(params) ? walk_->streams.actions() : own.emplace(actions);
     const std::int32_t releaseCode = code + 1;
     const auto firstRelease = [&](std::size_t from) {
-        const std::size_t found = actionIndex.firstFrom(from, releaseCode);
+        const std::size_t found = index.firstFrom(from, releaseCode);
         return found == ActionIndex::kNone ? press : static_cast<std::uint32_t>(found);
     };
 
@@ -110,7 +116,7 @@ void DataParser::processCursorAction(unsigned int zone, const Params& params, OV
     } else {
         // The second click is the last press ahead of the next release of the same button.
         const std::uint32_t release2 = firstRelease(release + std::size_t{1});
-        const std::size_t press2 = actionIndex.lastBefore(release2, code);
+        const std::size_t press2 = index.lastBefore(release2, code);
         if (release < release2 && press2 != ActionIndex::kNone && press2 > release) {
             const double stop2 = convertTime(actions[release2].time);
             if (stop2 - gesture.start <= kDoubleClickSeconds) {

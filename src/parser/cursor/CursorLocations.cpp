@@ -2,10 +2,9 @@
 
 #include "parser/DataParser.h"
 
-#include <algorithm>
-
 #include "frame/Geometry.h"
 #include "parser/cursor/StillPoint.h"
+#include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
 
@@ -139,15 +138,8 @@ void DataParser::createOffScreenPrimitive(unsigned int, OV_DATA_STORE&, MOUSE_ID
 }
 
 OV_MOUSE_LOCATION DataParser::getMouseAtTime(const Params& params, long long time) {
-    const std::vector<OV_MOUSE_LOCATION>& locations = params.cursorLocations();
-    const auto from =
-        locations.begin() + static_cast<std::ptrdiff_t>(std::min(std::size_t{skipLocation}, locations.size()));
-    const auto isBefore = [](const OV_MOUSE_LOCATION& sample, long long moment) { return sample.time < moment; };
-    const auto found =
-        locationOrder.isSorted(locations)
-            ? std::lower_bound(from, locations.end(), time, isBefore)
-            : std::find_if(from, locations.end(), [&](const auto& sample) { return !isBefore(sample, time); });
-    return found == locations.end() ? OV_MOUSE_LOCATION{-1, -1, -1} : *found;
+    const bool inOrder = walk_ != nullptr && walk_->streams.standsFor(params) && walk_->streams.areLocationsInOrder();
+    return sampleFrom(params.cursorLocations(), skipLocation, time, inOrder);
 }
 
 } // namespace OrvantaNS

@@ -2,31 +2,43 @@
 // rests and the moment in question.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
+#include "Interval_Type.h"
 #include "parser/damage/DirtyRectObject.h"
 
 namespace OrvantaNS {
 
-/// Stands for one array of areas as it was when it was built.
+/// Stands for one array of areas as it was when it was made.
 class AreaTimes {
 public:
-    /// Areas must stay as they are from here on.
-    void build(const std::vector<DR_OBJECT>& areas);
-    /// True when the array was built for is this one, in order of start, and no area stops before it starts.
-    bool standsFor(const std::vector<DR_OBJECT>& areas) const {
-        return isInOrder_ && data_ == areas.data() && size_ == areas.size();
-    }
+    explicit AreaTimes(const std::vector<DR_OBJECT>& areas);
+
+    /// True when the areas stand in order of start and none stops before it starts.
+    bool isInOrder() const { return isInOrder_; }
     /// Position of the first area from `from` on that stops at or after `time`, or the number of areas.
     std::size_t firstAlive(std::size_t from, long long time) const;
 
 private:
-    const DR_OBJECT* data_ = nullptr;
-    std::size_t size_ = 0;
-    bool isInOrder_ = false;
-    std::size_t leafCount_ = 1;
+    std::size_t size_;
+    bool isInOrder_;
+    std::size_t leafCount_;
     std::vector<long long> latestStops_; // A binary tree, the root at 1: the latest stop of the areas below each node.
 };
+
+/// Whether a span of time lies within the interval, ends included, or overlaps it by more than nothing. A span of no
+/// length inside the interval thus counts, and one outside does not.
+inline bool livesIn(Interval_Type<long long> span, Interval_Type<long long> interval) {
+    return (interval.start <= span.start && span.stop <= interval.stop) ||
+           std::min(span.stop, interval.stop) > std::max(span.start, interval.start);
+}
+
+/// Positions of the areas from `from` on that live in the interval, ascending, up to the first that starts behind it.
+/// `times` may be null, or stands for `areas`.
+std::vector<std::uint32_t> areasInTime(const std::vector<DR_OBJECT>& areas, std::size_t from,
+                                       Interval_Type<long long> interval, const AreaTimes* times);
 
 } // namespace OrvantaNS

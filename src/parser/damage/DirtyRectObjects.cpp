@@ -8,6 +8,7 @@
 #include "frame/Geometry.h"
 #include "parser/damage/AreaMatch.h"
 #include "parser/damage/DirtyRectFlood.h"
+#include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
 
@@ -22,13 +23,6 @@ std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Recta
         return !frame.matched && isSimilar(seen, frame.rect);
     });
     return static_cast<std::size_t>(match - frames.begin());
-}
-
-// Whether a span of time lies within the interval, ends included, or overlaps it by more than nothing. A span of no
-// length inside the interval thus counts, and one outside does not.
-bool livesIn(Interval_Type<long long> span, Interval_Type<long long> interval) {
-    return (interval.start <= span.start && span.stop <= interval.stop) ||
-           std::min(span.stop, interval.stop) > std::max(span.start, interval.start);
 }
 
 } // namespace
@@ -62,7 +56,6 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
         // part: a stream with one record a moment yields every second one.
         ++i;
     }
-    areaTimes.build(drObjects);
 }
 
 void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::vector<DR_OBJECT_FRAME>& frames) {
@@ -135,24 +128,7 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
 }
 
 std::vector<std::uint32_t> DataParser::getDRObjectsInTime(Interval_Type<long long> interval) {
-    std::vector<std::uint32_t> selected;
-    const bool isQuick = areaTimes.standsFor(drObjects);
-    for (std::size_t i = skipDRObject; i < drObjects.size(); ++i) {
-        if (isQuick) {
-            // An area that stops before the interval is never selected, and before the first later one none ends the
-            // scan.
-            i = areaTimes.firstAlive(i, interval.start);
-            if (i == drObjects.size()) {
-                break;
-            }
-        }
-        if (livesIn({drObjects[i].start, drObjects[i].stop}, interval)) {
-            selected.push_back(static_cast<std::uint32_t>(i));
-        } else if (drObjects[i].start > interval.stop) {
-            break;
-        }
-    }
-    return selected;
+    return areasInTime(drObjects, skipDRObject, interval, walk_ != nullptr ? &walk_->areas : nullptr);
 }
 
 Rectangle DataParser::getDOFrameAtTime(unsigned int object, long long time) {

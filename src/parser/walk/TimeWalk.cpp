@@ -4,6 +4,7 @@
 
 #include "frame/WrappingArithmetic.h"
 #include "parser/meaning/MetaPassTiming.h"
+#include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
 
@@ -15,6 +16,19 @@ constexpr long long kAbsent = -1;
 template <typename Sample> long long headTime(const std::vector<Sample>& stream, std::uint32_t cursor) {
     return cursor < stream.size() ? stream[cursor].time : kAbsent;
 }
+
+// Sets a pointer for one scope: whichever way the walk ends, it leaves nothing behind that has gone.
+template <typename Pointer> class InForce {
+public:
+    InForce(Pointer& place, Pointer value) : place_(place), before_(place) { place = value; }
+    ~InForce() { place_ = before_; }
+    InForce(const InForce&) = delete;
+    InForce& operator=(const InForce&) = delete;
+
+private:
+    Pointer& place_;
+    Pointer before_;
+};
 
 bool isEarlier(long long time, long long head) { return head == kAbsent || time < head; }
 
@@ -35,11 +49,22 @@ void skipStream(const std::vector<Sample>& stream, std::uint32_t& cursor, long l
 DataParser::DataParser() = default;
 
 void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+    processLiveZone(zone, params, store, StreamIndex(params));
+}
+
+void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store,
+                                 const StreamIndex& streams) {
     drObjects.clear();
     skipToLiveZone(zone, params, store);
     preProcessDR(zone, params, store);
     skipDRObject = 0;
 
+    const ZoneWalk walk{streams, AreaTimes(drObjects)};
+    const InForce<const ZoneWalk*> inForce(walk_, &walk);
+    walkZone(zone, params, store);
+}
+
+void DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
     metaStartTime = revertTime(store.liveZones[zone].start);
     metaTime = wrapAdd(metaStartTime, revertTime(kMetaStepSeconds));

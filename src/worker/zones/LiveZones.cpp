@@ -6,6 +6,7 @@
 
 #include "frame/DataStore.h"
 #include "parser/DataParser.h"
+#include "parser/walk/StreamIndex.h"
 
 namespace OrvantaNS {
 
@@ -55,9 +56,10 @@ void OrvantaWorker::parseLiveZones(const Params& params, OV_DATA_STORE& store) c
 }
 
 void OrvantaWorker::parseObjectData(const Params& params, OV_DATA_STORE& store, DataParser& parser) const {
+    const StreamIndex streams(params);
     for (std::uint32_t zone = 0; zone < store.liveZones.size(); ++zone) {
         store.currentZone = zone;
-        parser.processLiveZone(zone, params, store);
+        parser.processLiveZone(zone, params, store, streams);
     }
     std::stable_sort(store.valueObjects.begin(), store.valueObjects.end(), CompareValueObjects);
     filterWindows(store);

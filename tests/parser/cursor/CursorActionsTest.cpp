@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "ParserScene.h"
 #include "ParserWorld.h"
 #include "frame/Geometry.h"
+#include "parser/walk/StreamIndex.h"
 
 namespace OrvantaNS {
 namespace {
@@ -519,6 +521,55 @@ TEST(CursorActionsTest, DetectScroll_GapThatWraps_IsANegativeGapAndGoesOn) {
                                             {std::numeric_limits<long long>::max(), 6}};
     world.detectScroll();
     EXPECT_EQ(world.parser.nextAction, 2u); // the difference wraps to -1
+}
+
+// ---- Called by themselves, operations work from what they are given ----
+
+TEST(CursorActionsTest, ActionsChangedInPlace_AreReadAnew) {
+    ParserWorld world;
+    world.scene.cursor(0.5, 10, 20).action(1.0, 0).action(1.2, 1).action(1.4, 3);
+    world.processCursorAction();
+    EXPECT_EQ(world.parser.objects.back().stop, 1.2);
+    std::swap(world.scene.params().cursorActions()[1].action, world.scene.params().cursorActions()[2].action);
+    world.parser.nextAction = 0;
+    world.processCursorAction();
+    EXPECT_EQ(world.parser.objects.back().stop, 1.4);
+}
+
+TEST(CursorActionsTest, SamplesPutOutOfOrderInPlace_AreReadAnew) {
+    ParserWorld world;
+    world.scene.action(2.0, 6).cursor(0.5, 10, 20).cursor(1.0, 30, 40).cursor(1.5, 50, 60);
+    world.detectScroll();
+    EXPECT_EQ(world.parser.objects.back().rect, (Rectangle{50, 51, 60, 61}));
+    // The sample in between now lies behind the action: the search ends there, and halving would pass over it.
+    world.scene.params().cursorLocations()[1].time = 9000;
+    world.store.scrollLocation = 0;
+    world.parser.nextAction = 0;
+    world.detectScroll();
+    EXPECT_EQ(world.parser.objects.back().rect, (Rectangle{10, 11, 20, 21}));
+}
+
+TEST(CursorActionsTest, Walk_WithAnIndexOfTheRequestOrOfAnother_GivesTheSame) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const auto upTo = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit + 1)); };
+    for (int round = 0; round < 60; ++round) {
+        ParserWorld with;
+        for (int i = 0; i < 150; ++i) {
+            const double time = 0.02 * i * (round % 3 == 0 && upTo(20) == 0 ? 0.5 : 1.0);
+            with.scene.cursor(time, upTo(8), upTo(8));
+            if (upTo(2) == 0) {
+                with.scene.action(time, upTo(8) - 1);
+            }
+        }
+        ParserWorld without;
+        without.scene = with.scene;
+        with.parser.processLiveZone(0, with.scene, with.store, StreamIndex(with.scene));
+        without.parser.processLiveZone(0, without.scene, without.store, StreamIndex(Params()));
+        ASSERT_EQ(testing::texts(with.store.valueObjects), testing::texts(without.store.valueObjects));
+        ASSERT_EQ(testing::texts(with.parser.objects), testing::texts(without.parser.objects));
+    }
 }
 
 } // namespace

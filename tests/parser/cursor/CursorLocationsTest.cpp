@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "ParserWorld.h"
+#include "parser/walk/StreamIndex.h"
 
 namespace OrvantaNS {
 namespace {
@@ -465,13 +466,31 @@ TEST(CursorLocationsTest, GetMouseAtTime_AnyStream_AgreesWithAScan) {
                         break;
                     }
                 }
-                const OV_MOUSE_LOCATION location = parser.getMouseAtTime(params, time);
-                ASSERT_EQ(location.time, expected.time);
-                ASSERT_EQ(location.x, expected.x);
-                ASSERT_EQ(location.y, expected.y);
+                for (const OV_MOUSE_LOCATION& location :
+                     {parser.getMouseAtTime(params, time), sampleFrom(locations, skip, time, areInOrder(locations))}) {
+                    ASSERT_EQ(location.time, expected.time);
+                    ASSERT_EQ(location.x, expected.x);
+                    ASSERT_EQ(location.y, expected.y);
+                }
             }
         }
     }
+}
+
+TEST(CursorLocationsTest, GetMouseAtTime_SamplesChangedInPlace_AreReadAnew) {
+    Params params;
+    params.cursorLocations() = {{1000, 1, 1}, {2000, 2, 2}, {3000, 3, 3}};
+    DataParser parser;
+    EXPECT_EQ(parser.getMouseAtTime(params, 1500).x, 2);
+    params.cursorLocations()[0].time = 9000; // now the first at or after any time up to that
+    EXPECT_EQ(parser.getMouseAtTime(params, 1500).x, 1);
+    EXPECT_EQ(parser.getMouseAtTime(params, 2500).x, 1);
+}
+
+TEST(CursorLocationsTest, AreInOrder_EqualTimesAre_AnyStepBackIsNot) {
+    EXPECT_TRUE(areInOrder({}));
+    EXPECT_TRUE(areInOrder({{5, 9, 9}, {5, 0, 0}, {6, 4, 4}}));
+    EXPECT_FALSE(areInOrder({{5, 0, 0}, {6, 1, 1}, {5, 2, 2}}));
 }
 
 // ---- Laws ----

@@ -15,32 +15,16 @@ std::vector<DR_OBJECT> areasOf(std::initializer_list<std::pair<long long, long l
     return areas;
 }
 
-bool isUsed(const std::vector<DR_OBJECT>& areas) {
-    AreaTimes times;
-    times.build(areas);
-    return times.standsFor(areas);
-}
-
-TEST(AreaTimesTest, NotBuilt_StandsForNothingAndHoldsNothing) {
-    const AreaTimes times;
-    EXPECT_FALSE(times.standsFor({}));
+TEST(AreaTimesTest, NoAreas_AreInOrderAndNoneIsAlive) {
+    const AreaTimes times(areasOf({}));
+    EXPECT_TRUE(times.isInOrder());
     EXPECT_EQ(times.firstAlive(0, 5), 0u);
 }
 
-TEST(AreaTimesTest, StandsFor_OnlyAreasInOrderThatStopNoEarlierThanTheyStart) {
-    EXPECT_TRUE(isUsed(areasOf({})));
-    EXPECT_TRUE(isUsed(areasOf({{0, 9}, {0, 0}, {3, 5}})));
-    EXPECT_FALSE(isUsed(areasOf({{1, 9}, {0, 9}})));
-    EXPECT_FALSE(isUsed(areasOf({{1, 9}, {3, 2}})));
-}
-
-TEST(AreaTimesTest, StandsFor_AnotherArrayOrNone_IsFalse) {
-    const std::vector<DR_OBJECT> areas = areasOf({{0, 9}});
-    const std::vector<DR_OBJECT> others = areas;
-    AreaTimes times;
-    EXPECT_FALSE(times.standsFor(areas));
-    times.build(areas);
-    EXPECT_FALSE(times.standsFor(others));
+TEST(AreaTimesTest, InOrder_OnlyAreasByStartThatStopNoEarlierThanTheyStart) {
+    EXPECT_TRUE(AreaTimes(areasOf({{0, 9}, {0, 0}, {3, 5}})).isInOrder());
+    EXPECT_FALSE(AreaTimes(areasOf({{1, 9}, {0, 9}})).isInOrder());
+    EXPECT_FALSE(AreaTimes(areasOf({{1, 9}, {3, 2}})).isInOrder());
 }
 
 TEST(AreaTimesTest, FirstAlive_AnyAreas_AgreesWithAScan) {
@@ -51,8 +35,7 @@ TEST(AreaTimesTest, FirstAlive_AnyAreas_AgreesWithAScan) {
         for (DR_OBJECT& area : areas) {
             area.stop = static_cast<long long>(random() % 12);
         }
-        AreaTimes times;
-        times.build(areas);
+        const AreaTimes times(areas);
         for (std::size_t from = 0; from < areas.size() + 3; ++from) {
             for (long long time = -1; time < 14; ++time) {
                 std::size_t expected = std::min(from, areas.size());

@@ -7,6 +7,7 @@
 
 #include "ParserWorld.h"
 #include "frame/Geometry.h"
+#include "parser/damage/AreaTimes.h"
 
 namespace OrvantaNS {
 namespace {
@@ -148,14 +149,6 @@ TEST(DirtyRectObjectsTest, PreProcessDR_SameRectangleForTenSeconds_IsOneFrame) {
     EXPECT_EQ(object.stop, 10000);
     ASSERT_EQ(object.frames.size(), 1u);
     EXPECT_EQ(object.frames[0].time, 10000);
-}
-
-TEST(DirtyRectObjectsTest, PreProcessDR_AreasThatItLeaves_CanBeLookedUpByTime) {
-    ParserWorld world;
-    world.scene.dirty(1.0, box(0, 0, 10, 10)).dirty(1.0, box(100, 0, 10, 10));
-    world.parser.preProcessDR(0, world.scene, world.store);
-    EXPECT_EQ(world.parser.drObjects.size(), 2u);
-    EXPECT_TRUE(world.parser.areaTimes.standsFor(world.parser.drObjects));
 }
 
 // ---- addDRToFrameSet ----
@@ -501,6 +494,7 @@ TEST(DirtyRectObjectsTest, GetDRObjectsInTime_AreasOfAStream_AgreesWithItsDefini
             records.push_back({time, box(100 * n, 100, 10, 10)});
         }
         parser.preProcessDR(0, world.scene, world.store);
+        const AreaTimes times(parser.drObjects);
         for (const std::uint32_t skip : {0u, 1u, 7u, 4000u}) {
             parser.skipDRObject = skip;
             for (long long a = -10; a < 130; a += 3) {
@@ -517,10 +511,22 @@ TEST(DirtyRectObjectsTest, GetDRObjectsInTime_AreasOfAStream_AgreesWithItsDefini
                         }
                     }
                     ASSERT_EQ(parser.getDRObjectsInTime({a, b}), expected) << a << " to " << b;
+                    ASSERT_EQ(areasInTime(parser.drObjects, skip, {a, b}, &times), expected) << a << " to " << b;
                 }
             }
         }
     }
+}
+
+TEST(DirtyRectObjectsTest, GetDRObjectsInTime_AfterAWalk_WorksFromTheAreasAsTheyStand) {
+    ParserWorld world;
+    world.scene.dirty(1.0, box(0, 0, 10, 10)).dirty(1.0, box(100, 0, 10, 10));
+    world.processLiveZone();
+    world.parser.skipDRObject = 0;
+    ASSERT_EQ(world.parser.drObjects.size(), 2u);
+    EXPECT_THAT(world.parser.getDRObjectsInTime({900, 1100}), ElementsAre(0, 1));
+    world.parser.drObjects[0].stop = 5000; // in its place: the array is where it was, and as long
+    EXPECT_THAT(world.parser.getDRObjectsInTime({4000, 4500}), ElementsAre(0));
 }
 
 // ---- Frames of one object ----
