@@ -1,0 +1,140 @@
+// The tables of a result as objects.
+import type { Address, Machine } from "./machine.js";
+import type { Keyframe, Mode, Rect, Slice, Space, Stages, ValueObject, Zone } from "./types.js";
+
+// The numbers of the tables, and the flags of a slice, in the C interface.
+const KEYFRAMES = 0;
+const ZONES = 1;
+const OBJECTS = 2;
+const SLICES = 3;
+const SLICE_SPACES = 4;
+const SHOTS = 5;
+const SHOT_SPACES = 6;
+const BLANK = 1;
+const KEYFRAME = 2;
+const BLOCKED = 4;
+const IDENTIFIED = 8;
+const TIGHT = 16;
+const IN_WINDOW = 32;
+const WINDOW = 64;
+const NO_WINDOW = 128;
+
+const TABLE_SIZE = 12;
+
+/** Reads one table of a result, row by row. */
+function readTable<Row>(
+  machine: Machine,
+  result: Address,
+  id: number,
+  readRow: (view: DataView, at: Address) => Row,
+): Row[] {
+  return machine.using((allocate) => {
+    const table = allocate(TABLE_SIZE);
+    machine.call("orvanta_result_table", [result, id, table]);
+    const view = machine.view();
+    const rows = view.getUint32(table, true);
+    const count = view.getUint32(table + 4, true);
+    const stride = view.getUint32(table + 8, true);
+    return Array.from({ length: count }, (_, i) => readRow(view, rows + i * stride));
+  });
+}
+
+export function readRect(view: DataView, at: Address): Rect {
+  return {
+    left: view.getInt32(at, true),
+    top: view.getInt32(at + 4, true),
+    right: view.getInt32(at + 8, true),
+    bottom: view.getInt32(at + 12, true),
+  };
+}
+
+/** Turns the engines' numbers into words; asks for each once. */
+class Names {
+  readonly #machine: Machine;
+  readonly #call: string;
+  readonly #known = new Map<number, string>();
+
+  constructor(machine: Machine, call: string) {
+    this.#machine = machine;
+    this.#call = call;
+  }
+
+  of(number: number): string {
+    let name = this.#known.get(number);
+    if (name === undefined) {
+      name = this.#machine.text(this.#machine.callPlain(this.#call, number));
+      this.#known.set(number, name);
+    }
+    return name;
+  }
+}
+
+function modeNames(machine: Machine): (number: number) => Mode {
+  const names = new Names(machine, "orvanta_mode_name");
+  return (number) => (names.of(number) || null) as Mode;
+}
+
+export function readKeyframes(machine: Machine, result: Address): Keyframe[] {
+  const mode = modeNames(machine);
+  return readTable(machine, result, KEYFRAMES, (view, at) => {
+    const shot = view.getInt32(at + 40, true);
+    return {
+      time: Number(view.getBigInt64(at, true)),
+      seconds: view.getFloat64(at + 24, true),
+      rect: readRect(view, at + 8),
+      reason: mode(view.getInt32(at + 32, true)),
+      mode: mode(view.getInt32(at + 36, true)),
+      shot: shot < 0 ? null : shot,
+    };
+  });
+}
+
+function readSlices(machine: Machine, result: Address, sliceTable: number, spaceTable: number): Slice[] {
+  const mode = modeNames(machine);
+  const spaces = readTable<Space>(machine, result, spaceTable, (view, at) => ({
+    rect: readRect(view, at),
+    density: view.getFloat64(at + 16, true),
+  }));
+  return readTable(machine, result, sliceTable, (view, at) => {
+    const first = view.getUint32(at + 56, true);
+    const flags = view.getUint32(at + 72, true);
+    return {
+      start: view.getFloat64(at, true),
+      stop: view.getFloat64(at + 8, true),
+      span: view.getFloat64(at + 16, true),
+      spaces: spaces.slice(first, first + view.getUint32(at + 60, true)),
+      blank: (flags & BLANK) !== 0,
+      keyframe: (flags & KEYFRAME) !== 0,
+      blocked: (flags & BLOCKED) !== 0,
+      identified: (flags & IDENTIFIED) !== 0,
+      tight: (flags & TIGHT) !== 0,
+      inWindow: (flags & IN_WINDOW) !== 0,
+      window: (flags & WINDOW) !== 0,
+      noWindow: (flags & NO_WINDOW) !== 0,
+      windowRect: readRect(view, at + 24),
+      hotRect: readRect(view, at + 40),
+      mode: mode(view.getInt32(at + 68, true)),
+      revision: view.getInt32(at + 64, true),
+    };
+  });
+}
+
+export function readStages(machine: Machine, result: Address): Stages {
+  const types = new Names(machine, "orvanta_object_type_name");
+  return {
+    zones: readTable<Zone>(machine, result, ZONES, (view, at) => ({
+      start: view.getFloat64(at, true),
+      stop: view.getFloat64(at + 8, true),
+      rect: readRect(view, at + 16),
+    })),
+    objects: readTable<ValueObject>(machine, result, OBJECTS, (view, at) => ({
+      type: types.of(view.getInt32(at + 40, true)),
+      start: view.getFloat64(at, true),
+      stop: view.getFloat64(at + 8, true),
+      rect: readRect(view, at + 24),
+      value: view.getFloat64(at + 16, true),
+    })),
+    slices: readSlices(machine, result, SLICES, SLICE_SPACES),
+    shots: readSlices(machine, result, SHOTS, SHOT_SPACES),
+  };
+}
