@@ -1,9 +1,12 @@
 // One opened recording: what it holds, where the person looks, and what they changed.
-import { computed, signal, type ReadonlySignal, type Signal } from "@preact/signals";
+import { computed, effect, signal, type ReadonlySignal, type Signal } from "@preact/signals";
 import { followClicks } from "./camera/clickFollowing";
 import { kEasings, type EasingName } from "./camera/easing";
 import { figuresOf, type Figures } from "./camera/figures";
 import { CameraPath, type PathKeyframe } from "./camera/path";
+import { applyWishes, kNoWishes, type WishedKeyframe, type Wishes, type WishSetup } from "./camera/wishes";
+import { History } from "./edit/history";
+import { storedWishes, storeWishes } from "./edit/storage";
 import type { Item } from "./model/items";
 import type { Recording } from "./model/recording";
 import type { Stages } from "./model/stages";
@@ -27,12 +30,19 @@ export interface VideoSource {
     blob: Blob | null;
 }
 
-export interface PlannedKeyframe extends PathKeyframe {
-    tick: number;
+export interface PlannedKeyframe extends PathKeyframe, WishedKeyframe {
     reason: string | null;
     /** Index in the engine's keyframes; null for one that a wish made. */
     engine: number | null;
 }
+
+/** What the command calls keyframes that wishes made. */
+const kOriginReasons: Readonly<Record<WishedKeyframe["origin"], string | null>> = {
+    keyframe: null,
+    pin: "pinned",
+    whole: "whole",
+    start: null,
+};
 
 export class Session {
     readonly time = signal(0);
@@ -42,6 +52,10 @@ export class Session {
     readonly easing: Signal<EasingName>;
     readonly video: Signal<VideoSource | null> = signal(null);
     readonly strokes: Stroke[];
+    readonly edits: History<Wishes>;
+    readonly wishSetup: WishSetup;
+    /** What the page has to tell about the last thing that a person did; null when there is nothing. */
+    readonly notice: Signal<string | null> = signal(null);
     readonly keyframes: ReadonlySignal<PlannedKeyframe[]>;
     readonly path: ReadonlySignal<CameraPath>;
     readonly figures: ReadonlySignal<Figures>;
@@ -52,16 +66,25 @@ export class Session {
         this.easing = signal(model.easing);
         this.time.value = stages.clip.start;
         this.strokes = strokesOf(recording.cursor);
-        const engineKeyframes = stages.keyframes.map(
-            (keyframe, i): PlannedKeyframe => ({
-                tick: keyframe.tick,
-                seconds: keyframe.seconds,
-                rect: keyframe.rect,
-                reason: keyframe.reason,
-                engine: i,
+        this.wishSetup = {
+            recording: { width: recording.width, height: recording.height },
+            target: stages.target,
+            fade: stages.fadeTicks,
+            clip: stages.clipTicks,
+        };
+        this.edits = new History<Wishes>(storedWishes(recording, this.clock) ?? kNoWishes);
+        this.keyframes = computed(() =>
+            applyWishes(stages.keyframes, this.wishSetup, this.edits.value.value).map((keyframe): PlannedKeyframe => {
+                const engine = keyframe.origin === "keyframe" ? keyframe.index : null;
+                return {
+                    ...keyframe,
+                    seconds: keyframe.tick / recording.timeScale,
+                    engine,
+                    reason: engine === null ? kOriginReasons[keyframe.origin] : (stages.keyframes[engine]?.reason ?? null),
+                };
             }),
         );
-        this.keyframes = computed(() => engineKeyframes);
+        effect(() => storeWishes(recording, this.clock, this.edits.value.value));
         const pathOf = (keyframes: readonly PathKeyframe[]): CameraPath =>
             new CameraPath(keyframes, {
                 recording: { width: recording.width, height: recording.height },
@@ -76,6 +99,10 @@ export class Session {
             const keyframes = followClicks(recording.presses, recording, stages.target, stages.fade);
             return figuresOf(pathOf(keyframes), recording, stages.clip);
         });
+    }
+
+    get clock(): { timeScale: number; clip: { start: number; stop: number } } {
+        return { timeScale: this.model.recording.timeScale, clip: this.model.stages.clipTicks };
     }
 
     seek(time: number): void {

@@ -5,6 +5,7 @@ import { rectAt } from "../model/recording";
 import {
     keyframesOfShot, kDecay, kWorth, objectsOfSlice, shotOfSlice, slicesOfObject, slicesOfShot,
 } from "../model/stages";
+import { wishList } from "../edit/edits";
 import type { Session } from "../session";
 import { lengthText, timeText } from "../time/format";
 import { typeName } from "../timeline/rows";
@@ -123,7 +124,10 @@ export function describe(session: Session, item: Item): Details | null {
                 ["Holds until", timeText(stop, 2)],
                 ["Tick", String(keyframe.tick)],
             ];
-            const from = shot === null ? [] : [
+            const wish = keyframe.origin === "pin" || keyframe.origin === "whole"
+                ? wishList(session.edits.value.value).findIndex((ref) => ref.kind === keyframe.origin && ref.index === keyframe.index)
+                : -1;
+            const from = wish >= 0 ? [group("Change", links(session, "wish", [wish]))] : shot === null ? [] : [
                 group("Shot", links(session, "shot", [shot])),
                 group("Slices merged into it", links(session, "slice", slicesOfShot(stages, shot))),
             ];
@@ -261,7 +265,19 @@ export function describe(session: Session, item: Item): Details | null {
                 became: [group("Objects", links(session, "object", objectsAround(session, time, time, rect, /Dirty|Hover/)))],
             };
         }
-        case "wish":
-            return null;
+        case "wish": {
+            const wish = wishList(session.edits.value.value)[i];
+            if (!wish) return null;
+            const start = wish.start / recording.timeScale;
+            const stop = wish.stop / recording.timeScale;
+            const names = { pin: "Pinned frame", whole: "On the whole screen", "keep-out": "No move" } as const;
+            const made = session.keyframes.value.flatMap((keyframe, k) => (keyframe.origin === wish.kind && keyframe.index === wish.index ? [k] : []));
+            return {
+                title: names[wish.kind], start, stop, rect: wish.rect,
+                fields: [["Time", spanText(start, stop)], ...(wish.rect ? [["Frame", rectText(wish.rect)] as [string, string]] : [])],
+                from: [],
+                became: [group("Keyframes", links(session, "keyframe", made))],
+            };
+        }
     }
 }

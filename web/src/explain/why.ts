@@ -131,6 +131,10 @@ export function whyHere(session: Session, time: number): string[] {
         if (slices.length > 1) {
             sentences.push(`One position serves ${countText(slices.length, "slice")} of time, ${lengthText(shot.stop - shot.start)} in all.`);
         }
+    } else if (keyframe.origin === "pin") {
+        sentences.push(`Pinned by hand on ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
+    } else if (keyframe.origin === "whole") {
+        sentences.push("On the whole screen, as asked for by hand.");
     } else if (keyframe.reason) {
         sentences.push(`${keyframe.reason.charAt(0).toUpperCase()}${keyframe.reason.slice(1)}: ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
     } else {

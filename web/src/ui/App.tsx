@@ -2,10 +2,12 @@
 import { useSignal } from "@preact/signals";
 import { useEffect } from "preact/hooks";
 import type { ComponentChildren, JSX } from "preact";
+import { withoutKeyframe } from "../edit/edits";
 import type { Session } from "../session";
 import { lengthText } from "../time/format";
 import { sizeText } from "../model/geometry";
 import { Details } from "./Details";
+import { Edits } from "./Edits";
 import { Figures } from "./Figures";
 import { Icon } from "./icons";
 import { Keyframes } from "./Keyframes";
@@ -34,16 +36,30 @@ export function Logo(): JSX.Element {
     );
 }
 
+function deleteSelected(session: Session): void {
+    const selection = session.selection.peek();
+    if (selection?.kind !== "keyframe") return;
+    session.edits.set(withoutKeyframe(session.edits.value.peek(), session.keyframes.peek(), selection.index, session.model.stages.clipTicks));
+    session.select(null);
+}
+
 /** Keys that work wherever the focus is, but for fields that take them. */
 function useKeys(session: Session): void {
     useEffect(() => {
         const onKey = (event: KeyboardEvent): void => {
             const target = event.target as HTMLElement;
+            if ((event.ctrlKey || event.metaKey) && !event.altKey && /^[zy]$/i.test(event.key) && !/^(INPUT|TEXTAREA)$/.test(target.tagName)) {
+                if (event.key.toLowerCase() === "y" || event.shiftKey) session.edits.redo();
+                else session.edits.undo();
+                event.preventDefault();
+                return;
+            }
             if (event.defaultPrevented || event.ctrlKey || event.metaKey || event.altKey) return;
             if (/^(INPUT|SELECT|TEXTAREA)$/.test(target.tagName)) return;
             if (event.key === " " && target.tagName !== "BUTTON") session.playing.value = !session.playing.peek();
             else if (event.key === ",") stepKeyframe(session, -1);
             else if (event.key === ".") stepKeyframe(session, 1);
+            else if (event.key === "Delete" || event.key === "Backspace") deleteSelected(session);
             else return;
             event.preventDefault();
         };
@@ -93,7 +109,10 @@ export function App({ session, controls }: { session: Session; controls?: Compon
                 <Timeline session={session} />
                 <div class="lower">
                     <Keyframes session={session} />
-                    <Details session={session} />
+                    <div class="column">
+                        <Details session={session} />
+                        <Edits session={session} />
+                    </div>
                 </div>
                 {recording.warnings.length > 0 && (
                     <section class="panel"><h2>Remarks on the recording</h2><ul>{recording.warnings.map((warning) => <li key={warning}>{warning}</li>)}</ul></section>

@@ -1,9 +1,11 @@
 // The table of keyframes. Arrow keys go from row to row, Enter goes to the moment.
 import { useEffect, useRef } from "preact/hooks";
 import type { JSX } from "preact";
+import { withoutKeyframe } from "../edit/edits";
 import type { Session } from "../session";
 import { timeText } from "../time/format";
 import { modeInk } from "../timeline/rows";
+import { Icon } from "./icons";
 
 export function Keyframes({ session }: { session: Session }): JSX.Element {
     const body = useRef<HTMLTableSectionElement | null>(null);
@@ -31,11 +33,18 @@ export function Keyframes({ session }: { session: Session }): JSX.Element {
         const row = body.current?.children[index];
         if (row instanceof HTMLElement) row.focus({ preventScroll: true });
     };
+    const { edits } = session;
+    const { clipTicks } = session.model.stages;
+    const remove = (index: number): void => {
+        session.select(null);
+        edits.set(withoutKeyframe(edits.value.peek(), keyframes, index, clipTicks));
+    };
     const onKeyDown = (event: KeyboardEvent, index: number): void => {
         const last = keyframes.length - 1;
         const targets: Record<string, number> = { ArrowDown: Math.min(last, index + 1), ArrowUp: Math.max(0, index - 1), Home: 0, End: last };
         const target = targets[event.key];
         if (target !== undefined) choose(target);
+        else if (event.key === "Delete" || event.key === "Backspace") remove(index);
         else if (event.key === "Enter" || event.key === " ") session.seek(keyframes[index]?.seconds ?? 0);
         else return;
         event.preventDefault();
@@ -56,6 +65,7 @@ export function Keyframes({ session }: { session: Session }): JSX.Element {
                                 <th scope="col" class="number">Size</th>
                                 <th scope="col" class="number">Zoom</th>
                                 <th scope="col">Reason</th>
+                                <th scope="col"><span class="visually-hidden">Delete</span></th>
                             </tr>
                         </thead>
                         <tbody ref={body}>
@@ -77,13 +87,29 @@ export function Keyframes({ session }: { session: Session }): JSX.Element {
                                     <td class="number">{keyframe.rect.width}×{keyframe.rect.height}</td>
                                     <td class="number">{(session.model.stages.target.width / path.frameOf(keyframe.rect).width).toFixed(2)}</td>
                                     <td><i class="swatch" style={{ background: `var(--ink-${modeInk(keyframe.reason)}, var(--ink-mode-none))` }} />{keyframe.reason ?? "–"}</td>
+                                    <td class="row-action">
+                                        <button
+                                            type="button"
+                                            class="round"
+                                            tabIndex={i === focusable ? 0 : -1}
+                                            aria-label={`Delete keyframe ${i + 1}`}
+                                            title="Delete (Delete key)"
+                                            onKeyDown={(event) => event.stopPropagation()}
+                                            onClick={(event) => {
+                                                event.stopPropagation();
+                                                remove(i);
+                                            }}
+                                        >
+                                            <Icon name="cross" />
+                                        </button>
+                                    </td>
                                 </tr>
                             ))}
                         </tbody>
                     </table>
                 </div>
             )}
-            <p id="keyframes-hint" class="hint">Arrow keys choose, Enter goes to the moment.</p>
+            <p id="keyframes-hint" class="hint">Arrow keys choose, Enter goes to the moment, Delete leaves a keyframe out.</p>
         </section>
     );
 }

@@ -9,6 +9,7 @@ import { drawPresses, drawScreen, enterView, readScreenColours, type View } from
 import { runPlayback } from "../screen/playback";
 import type { Session } from "../session";
 import { useDrawing, type CanvasSize } from "./canvas";
+import { FrameHandles, type Placement } from "./FrameHandles";
 
 /** The part of a video that can be shown, or nothing while there is none. */
 type Picture = HTMLVideoElement | null;
@@ -76,6 +77,7 @@ function drawFrame(ctx: CanvasRenderingContext2D, frame: Frame, view: View, acce
 export function Stage({ session, onVideoLost }: { session: Session; onVideoLost: (message: string) => void }): JSX.Element {
     const video = useRef<HTMLVideoElement | null>(null);
     const arrived = useSignal(0);
+    const place = useSignal<Placement | null>(null);
     const source = session.video.value;
     const { recording, stages } = session.model;
 
@@ -86,13 +88,18 @@ export function Stage({ session, onVideoLost }: { session: Session; onVideoLost:
         ctx.clearRect(0, 0, size.width, size.height);
         const time = session.time.value;
         const view = { source: { left: 0, top: 0, width: recording.width, height: recording.height }, target: fitted(recording.width, recording.height, size) };
+        const scale = view.target.width / view.source.width;
+        const before = place.peek();
+        if (before?.scale !== scale || before.target.left !== view.target.left || before.target.top !== view.target.top) {
+            // After this drawing: what reads the place must not draw within it.
+            queueMicrotask(() => (place.value = { target: view.target, scale }));
+        }
         drawMoment(ctx, session, time, view, video.current);
         const style = getComputedStyle(document.documentElement);
         const selection = session.selection.value;
         const details = selection ? describe(session, selection) : null;
         drawFrame(ctx, session.path.value.frameAt(time), view, style.getPropertyValue("--camera"), style.getPropertyValue("--shade"));
         if (details?.rect) {
-            const scale = view.target.width / view.source.width;
             ctx.setLineDash([5, 4]);
             ctx.lineWidth = 1.5;
             ctx.strokeStyle = style.getPropertyValue("--accent-on-screen");
@@ -114,15 +121,18 @@ export function Stage({ session, onVideoLost }: { session: Session; onVideoLost:
         arrived.value = arrived.peek() + 1;
     };
     return (
-        <div class="stage" style={{ "--screen-shape": recording.width / recording.height, "--viewer-shape": Math.max(0.75, stages.target.width / stages.target.height) }}>
+        <div class="stage" style={{ "--screen-column": `${recording.width / recording.height}fr`, "--viewer-column": `${stages.target.width / stages.target.height}fr` }}>
             <figure class="screen">
                 <figcaption>Screen</figcaption>
-                <canvas
-                    ref={screen}
-                    style={{ aspectRatio: `${recording.width} / ${recording.height}` }}
-                    role="img"
-                    aria-label="The recorded screen with the camera's frame on it"
-                />
+                <div class="canvas-box">
+                    <canvas
+                        ref={screen}
+                        style={{ aspectRatio: `${recording.width} / ${recording.height}` }}
+                        role="img"
+                        aria-label="The recorded screen with the camera's frame on it"
+                    />
+                    <FrameHandles session={session} place={place.value} />
+                </div>
             </figure>
             <figure class="viewer">
                 <figcaption>

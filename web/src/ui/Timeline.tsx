@@ -1,8 +1,9 @@
 // The timeline: a canvas of rows, their names beside it, and a line that tells where the picture is.
-import { useComputed, useSignal } from "@preact/signals";
+import { useSignal } from "@preact/signals";
 import { useEffect, useMemo, useRef } from "preact/hooks";
 import type { JSX } from "preact";
 import { describe } from "../explain/describe";
+import { withKeyframeAt, wishList } from "../edit/edits";
 import { sameItem, type Item } from "../model/items";
 import { lowerBound } from "../model/search";
 import type { Session } from "../session";
@@ -20,10 +21,20 @@ import { Icon } from "./icons";
 const kWheelZoom = 0.0022;
 const kKeyZoom = 1.5;
 const kKeyPan = 0.15;
+/** How near the beginning of a keyframe a hand takes it, pixels. */
+const kGrab = 6;
 /** A pointer that moves less is a click, pixels. */
 const kClickSlop = 4;
 
+/** A keyframe that a hand takes along. */
+interface Dragged {
+    index: number;
+    /** Seconds between the pointer and the keyframe as it was taken. */
+    offset: number;
+}
+
 interface Gesture {
+    keyframe: Dragged | null;
     /** Pointer positions by id, canvas pixels. */
     points: Map<number, { x: number; y: number }>;
     scrubbing: boolean;
@@ -40,11 +51,13 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
     const together = useSignal(narrow);
     const scale = useSignal<TimeScale>({ ...fitAll(extent, 1), width: 0 });
     const hover = useSignal<{ x: number; y: number } | null>(null);
+    const dragged = useSignal<{ index: number; seconds: number } | null>(null);
     const box = useRef<HTMLDivElement | null>(null);
 
     const fixedRows = useMemo(() => ({ streams: streamRows(recording, session.strokes), stages: stageRows(stages) }), [session]);
     const keyframes = session.keyframes.value;
     const moves = session.path.value.moves;
+    const wishes = session.edits.value.value;
     const placed = useMemo(() => {
         const camera: Row[] = [
             spanRow(
@@ -54,11 +67,20 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
                 { ink: (i) => modeInk(keyframes[i]?.reason ?? null), text: (i) => `${i + 1}` },
             ),
         ];
+        const asked = wishList(wishes);
+        if (asked.length > 0) {
+            camera.push(
+                spanRow(
+                    { id: "wishes", label: "Changes", height: 14, group: "camera", title: "What was asked for by hand" },
+                    "wish",
+                    asked.map((wish) => ({ start: wish.start / recording.timeScale, stop: wish.stop / recording.timeScale })),
+                    { ink: (i) => `wish-${asked[i]?.kind ?? "pin"}` },
+                ),
+            );
+        }
         const rows = [...camera, ...fixedRows.stages, ...fixedRows.streams, ...objectRows(stages, together.value)];
         return placeRows(rows);
-    }, [session, keyframes, together.value]);
-    const placedRows = useComputed(() => placed.placed);
-    void placedRows;
+    }, [session, keyframes, wishes, together.value]);
 
     const setWidth = (width: number): TimeScale => {
         const old = scale.peek();
@@ -126,6 +148,16 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
             ctx.fillRect(Math.round(point.x), 0, 1, size.height);
             ctx.globalAlpha = 1;
         }
+        const drag = dragged.value;
+        const cameraRow = placed.placed[0];
+        if (drag && cameraRow) {
+            const at = toX(now, drag.seconds);
+            ctx.fillStyle = palette.accent;
+            ctx.fillRect(at - 1.5, cameraRow.top - 5, 3, cameraRow.bottom - cameraRow.top + 10);
+            ctx.font = palette.font;
+            ctx.textBaseline = "middle";
+            ctx.fillText(timeText(drag.seconds, 2), at + 7, kRuler / 2);
+        }
         const x = toX(now, session.time.value);
         ctx.fillStyle = getComputedStyle(document.documentElement).getPropertyValue("--playhead");
         ctx.fillRect(x - 1, 4, 2, size.height);
@@ -148,7 +180,7 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
         if (toX(now, details.stop) < 0 || toX(now, details.start) > now.width) scale.value = reveal(now, extent, details.start, 0.2);
     }), [session]);
 
-    const gesture = useRef<Gesture>({ points: new Map(), scrubbing: false, panning: false, downX: 0, downY: 0, moved: false });
+    const gesture = useRef<Gesture>({ keyframe: null, points: new Map(), scrubbing: false, panning: false, downX: 0, downY: 0, moved: false });
     const pointOf = (event: PointerEvent | WheelEvent): { x: number; y: number } => {
         const rect = (box.current as HTMLDivElement).getBoundingClientRect();
         return { x: event.clientX - rect.left, y: event.clientY - rect.top };
@@ -171,6 +203,21 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
         return null;
     };
 
+    /** The keyframe whose beginning is under the pointer. */
+    const keyframeEdge = (point: { x: number; y: number }): Dragged | null => {
+        const row = placed.placed[0];
+        if (!row || point.y < row.top - 2 || point.y > row.bottom + 2) return null;
+        let best: Dragged | null = null;
+        let away = kGrab;
+        keyframes.forEach((keyframe, index) => {
+            const distance = Math.abs(toX(scale.peek(), keyframe.seconds) - point.x);
+            if (distance <= away) {
+                away = distance;
+                best = { index, offset: keyframe.seconds - toTime(scale.peek(), point.x) };
+            }
+        });
+        return best;
+    };
     const onPointerDown = (event: PointerEvent): void => {
         if (event.button !== 0 && event.button !== 1) return;
         const g = gesture.current;
@@ -181,7 +228,8 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
         g.downY = point.y;
         g.moved = false;
         g.scrubbing = g.points.size === 1 && event.button === 0 && (point.y < kRuler || Math.abs(point.x - toX(scale.peek(), session.time.peek())) < 6);
-        g.panning = !g.scrubbing;
+        g.keyframe = g.scrubbing || g.points.size > 1 || event.button !== 0 ? null : keyframeEdge(point);
+        g.panning = !g.scrubbing && !g.keyframe;
         if (g.scrubbing) session.seek(toTime(scale.peek(), point.x));
     };
     const onPointerMove = (event: PointerEvent): void => {
@@ -201,6 +249,8 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
             }
         } else if (g.scrubbing) {
             session.seek(toTime(scale.peek(), point.x));
+        } else if (g.keyframe && g.moved) {
+            dragged.value = { index: g.keyframe.index, seconds: toTime(scale.peek(), point.x) + g.keyframe.offset };
         } else if (g.moved && g.panning) {
             scale.value = panBy(scale.peek(), extent, before.x - point.x);
         }
@@ -209,6 +259,14 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
     const onPointerUp = (event: PointerEvent): void => {
         const g = gesture.current;
         if (!g.points.delete(event.pointerId)) return;
+        const drag = dragged.peek();
+        dragged.value = null;
+        if (drag && event.type === "pointerup") {
+            const { edits } = session;
+            edits.set(withKeyframeAt(edits.value.peek(), keyframes, drag.index, session.toTick(drag.seconds), stages.clipTicks));
+            session.select(null);
+            return;
+        }
         if (!g.moved && !g.scrubbing && g.points.size === 0 && event.type === "pointerup") {
             const point = pointOf(event);
             const item = hit(point.x, point.y);
