@@ -1,28 +1,63 @@
+import { readFileSync } from "node:fs";
 import { describe, expect, it } from "vitest";
-import { applyWishes, kNoWishes, type WishedKeyframe, type Wishes } from "./wishes";
+import type { Rect } from "../model/geometry";
+import { applyWishes, kNoWishes, type EngineKeyframe, type Stretch, type Wishes } from "./wishes";
 
-const setup = { recording: { width: 1000, height: 1000 }, target: { width: 100, height: 100 }, fade: 10, clip: { start: 0, stop: 1000 } };
-const A = { left: 100, top: 100, width: 200, height: 200 };
-const B = { left: 500, top: 500, width: 200, height: 200 };
-const P = { left: 300, top: 0, width: 100, height: 100 };
+/** Worked examples that every implementation of the rules is held to. */
+interface Examples {
+    setup: { region: [number, number]; target: [number, number]; fade: number; clip: [number, number] };
+    rectangles: Record<string, [number, number, number, number]>;
+    cases: {
+        claim: string;
+        keyframes: [number, RectText][];
+        wishes: {
+            pins?: [number, number, RectText][];
+            whole?: [number, number][];
+            keepOut?: [number, number][];
+            leastZoom?: number;
+            greatestZoom?: number;
+            leastRest?: number;
+        };
+        expected: [number, RectText, string, number][];
+    }[];
+}
+/** A name, or a rectangle itself. */
+type RectText = string | [number, number, number, number];
 
-function wished(wishes: Partial<Wishes>): WishedKeyframe[] {
-    return applyWishes([{ tick: 100, rect: A }, { tick: 200, rect: B }], setup, { ...kNoWishes, ...wishes });
+const examples = JSON.parse(readFileSync(new URL("../../../tests/data/wishes.json", import.meta.url), "utf8")) as Examples;
+
+function rectOf(text: RectText): Rect {
+    const numbers = typeof text === "string" ? examples.rectangles[text] : text;
+    if (!numbers) throw new Error(`no rectangle ${String(text)}`);
+    const [left, top, width, height] = numbers;
+    return { left, top, width, height };
 }
 
+function stretchOf([start, stop]: [number, number]): Stretch {
+    return { start, stop };
+}
+
+const { setup } = examples;
+const wishSetup = {
+    recording: { width: setup.region[0], height: setup.region[1] },
+    target: { width: setup.target[0], height: setup.target[1] },
+    fade: setup.fade,
+    clip: stretchOf(setup.clip),
+};
+
 describe("wishes", () => {
-    it("change nothing where there are none, not even the order", () => {
-        const keyframes = [{ tick: 300, rect: B }, { tick: 100, rect: A }];
-        expect(applyWishes(keyframes, setup, kNoWishes).map(({ tick, rect }) => ({ tick, rect }))).toEqual(keyframes);
-    });
-    it("a pin takes the place of what begins within it, and goes back at its stop", () => {
-        expect(wished({ pins: [{ start: 150, stop: 240, rect: P }] })).toEqual([
-            { tick: 100, rect: A, origin: "keyframe", index: 0 },
-            { tick: 150, rect: P, origin: "pin", index: 0 },
-            { tick: 240, rect: B, origin: "keyframe", index: 1 },
-        ]);
-    });
-    it("a stretch without moves leaves out a keyframe whose whole time it covers", () => {
-        expect(wished({ keepOut: [{ start: 100, stop: 200 }] })).toEqual([{ tick: 200, rect: B, origin: "keyframe", index: 1 }]);
+    it.each(examples.cases.map((example) => [example.claim, example] as const))("%s", (_claim, example) => {
+        const keyframes = example.keyframes.map(([tick, rect]): EngineKeyframe => ({ tick, rect: rectOf(rect) }));
+        const given = example.wishes;
+        const wishes: Wishes = {
+            ...kNoWishes,
+            ...given,
+            pins: (given.pins ?? []).map(([start, stop, rect]) => ({ start, stop, rect: rectOf(rect) })),
+            whole: (given.whole ?? []).map(stretchOf),
+            keepOut: (given.keepOut ?? []).map(stretchOf),
+        };
+        expect(applyWishes(keyframes, wishSetup, wishes)).toEqual(
+            example.expected.map(([tick, rect, origin, index]) => ({ tick, rect: rectOf(rect), origin, index })),
+        );
     });
 });
