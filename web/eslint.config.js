@@ -14,5 +14,9 @@ export default tseslint.config(
             eqeqeq: "error",
         },
     },
+    {
+        files: ["public/sw.js"],
+        languageOptions: { globals: { self: "readonly", caches: "readonly", fetch: "readonly" } },
+    },
     { files: ["**/*.js", "**/*.mjs"], ...tseslint.configs.disableTypeChecked },
 );

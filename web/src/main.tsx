@@ -1,4 +1,4 @@
-// Starts the page: with the recording that the command wrote into it, or with an invitation to bring one.
+// Starts the page: with the recording that the command wrote into it, or as the static page that takes any.
 import { render } from "preact";
 import "./style/page.css";
 import { hasReport, readEmbedded } from "./model/embedded";
@@ -6,11 +6,15 @@ import { Session } from "./session";
 import { App } from "./ui/App";
 
 async function start(root: HTMLElement): Promise<void> {
-    if (!hasReport()) return;
-    const { model, video } = await readEmbedded();
-    const session = new Session(model);
-    session.video.value = video;
-    render(<App session={session} />, root);
+    if (hasReport()) {
+        const { model, video } = await readEmbedded();
+        const session = new Session(model);
+        session.video.value = video;
+        render(<App session={session} />, root);
+    } else if (import.meta.env.MODE !== "report") {
+        const { startSite } = await import("./site/start");
+        startSite(root);
+    }
 }
 
 const root = document.getElementById("app");

@@ -52,6 +52,8 @@ export class Session {
     readonly easing: Signal<EasingName>;
     readonly video: Signal<VideoSource | null> = signal(null);
     readonly strokes: Stroke[];
+    /** Ends what the session keeps up: nothing is stored any more. */
+    readonly close: () => void;
     readonly edits: History<Wishes>;
     readonly wishSetup: WishSetup;
     /** What the page has to tell about the last thing that a person did; null when there is nothing. */
@@ -84,7 +86,7 @@ export class Session {
                 };
             }),
         );
-        effect(() => storeWishes(recording, this.clock, this.edits.value.value));
+        this.close = effect(() => storeWishes(recording, this.clock, this.edits.value.value));
         const pathOf = (keyframes: readonly PathKeyframe[]): CameraPath =>
             new CameraPath(keyframes, {
                 recording: { width: recording.width, height: recording.height },

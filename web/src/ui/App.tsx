@@ -68,7 +68,7 @@ function useKeys(session: Session): void {
     }, [session]);
 }
 
-export function App({ session, controls }: { session: Session; controls?: ComponentChildren }): JSX.Element {
+export function App({ session, controls, notices }: { session: Session; controls?: ComponentChildren; notices?: ComponentChildren }): JSX.Element {
     const { recording, stages } = session.model;
     const notice = useSignal<string | null>(null);
     useKeys(session);
@@ -93,6 +93,7 @@ export function App({ session, controls }: { session: Session; controls?: Compon
                 <ThemeButton />
             </header>
             <main>
+                {notices}
                 {recording.description && <p class="description">{recording.description}</p>}
                 {stages.failure && <p class="notice" role="alert">The engine stopped: {stages.failure}. What it found before is shown.</p>}
                 {notice.value && (
