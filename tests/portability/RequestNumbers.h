@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iomanip>
 #include <istream>
 #include <ostream>
 #include <vector>
@@ -19,9 +20,9 @@ inline void writeRects(std::ostream& out, const std::vector<OV_TIME_RECT>& rects
     }
 }
 
-/// The time scale must be a whole number.
 inline void writeRequest(std::ostream& out, const Params& params) {
-    out << params.targetWidth() << ' ' << params.targetHeight() << ' ' << static_cast<long long>(params.timeScale())
+    // 17 digits hold every bit of the time scale.
+    out << std::setprecision(17) << params.targetWidth() << ' ' << params.targetHeight() << ' ' << params.timeScale()
         << ' ' << params.fadeDuration() << ' ' << params.clipStart() << ' ' << params.clipStop() << ' '
         << (params.isWindows() ? 1 : 0) << '\n';
     writeRects(out, params.foreWindows());
@@ -50,7 +51,7 @@ inline void readRects(std::istream& in, std::vector<OV_TIME_RECT>& rects) {
 inline bool readRequest(std::istream& in, Params& params) {
     std::int32_t targetWidth = 0;
     std::int32_t targetHeight = 0;
-    long long timeScale = 0;
+    double timeScale = 0.0;
     long long fade = 0;
     long long start = 0;
     long long stop = 0;
@@ -58,7 +59,7 @@ inline bool readRequest(std::istream& in, Params& params) {
     in >> targetWidth >> targetHeight >> timeScale >> fade >> start >> stop >> windows;
     params.setTargetWidth(targetWidth)
         .setTargetHeight(targetHeight)
-        .setTimeScale(static_cast<double>(timeScale))
+        .setTimeScale(timeScale)
         .setFadeDuration(fade)
         .setClipInterval(start, stop)
         .setWindowsFlag(windows != 0);

@@ -10,7 +10,7 @@
 #include <memory>
 #include <vector>
 
-#include "GeneratedRecording.h"
+#include "GeneratedRequest.h"
 #include "OrvantaException.h"
 #include "OrvantaVotingAlgorithm.h"
 #include "OrvantaWorker.h"
@@ -100,23 +100,9 @@ void printAnswers(const Params& params) {
 }
 
 void printGenerated(std::uint64_t seed) {
-    // A prime number of forms, so that every clock meets every shape.
-    static constexpr double kScales[] = {1000.0, 100.0, 600.0, 10000000.0, 59.94, 1.0, 90000.0};
-    SessionPlan plan;
-    plan.seconds = 20.0 + static_cast<double>(seed % 5) * 10.0;
-    plan.timeScale = kScales[seed % 7];
-    if (seed % 3 == 1) {
-        plan.targetWidth = 270;
-        plan.targetHeight = 480;
-    } else if (seed % 3 == 2) {
-        plan.width = 2560;
-        plan.height = 1440;
-        plan.targetWidth = 1280;
-        plan.targetHeight = 720;
-    }
+    const SessionPlan plan = planOfSeed(seed);
     std::printf("generated session %llu\n", static_cast<unsigned long long>(seed));
-    Params params = generatedRecording(seed, plan);
-    params.setWindowsFlag(seed % 11 == 0);
+    const Params params = generatedRequest(seed);
     printAnswers(params);
     if (plan.timeScale <= 1000.0) {
         std::printf("voting engine, reports\n");
