@@ -51,21 +51,29 @@ inline bool isEqual(const std::vector<OV_TIME_RECT>& a, const std::vector<OV_TIM
     });
 }
 
-inline void checkReading(std::string_view text, command::RecordingForm form) {
+/// `form` is what the recording must be found to be, where that is known.
+inline void checkReading(std::string_view text, std::optional<command::RecordingForm> form = std::nullopt) {
     const ReadingResult whole = readIn(text, text.size() + 1);
     // How the bytes arrive makes no difference.
     const ReadingResult pieces = readIn(text, 7);
     FUZZ_CHECK(whole.message == pieces.message);
     FUZZ_CHECK(whole.recording.has_value() == pieces.recording.has_value());
     if (!whole.recording.has_value()) {
-        // "file:LINE: reason", on one line, and with nothing in it that a terminal would take for a command.
+        // "file:LINE:COLUMN: reason", the column where one is known, on one line, and with nothing in it that a terminal would take for a command.
         const std::string& message = whole.message;
         FUZZ_CHECK(message.starts_with("file:") && message.size() > 8);
         std::size_t digits = 5;
         while (digits < message.size() && message[digits] >= '0' && message[digits] <= '9') {
             ++digits;
         }
-        FUZZ_CHECK(digits > 5 && message.substr(digits, 2) == ": ");
+        FUZZ_CHECK(digits > 5);
+        if (message[digits] == ':' && message[digits + 1] != ' ') {
+            ++digits; // A column follows.
+            while (digits < message.size() && message[digits] >= '0' && message[digits] <= '9') {
+                ++digits;
+            }
+        }
+        FUZZ_CHECK(message.substr(digits, 2) == ": ");
         FUZZ_CHECK(std::none_of(message.begin(), message.end(),
                                 [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }));
         return;
@@ -76,7 +84,7 @@ inline void checkReading(std::string_view text, command::RecordingForm form) {
     FUZZ_CHECK(isEqual(params.foreWindows(), other.foreWindows()) && isEqual(params.dirtyRects(), other.dirtyRects()));
     FUZZ_CHECK(params.timeScale() == other.timeScale() && recording.events == pieces.recording->events);
 
-    FUZZ_CHECK(recording.form == form);
+    FUZZ_CHECK(recording.form == form.value_or(recording.form));
     FUZZ_CHECK(std::isfinite(params.timeScale()) && params.timeScale() > 0.0);
     FUZZ_CHECK(recording.start <= recording.stop);
     checkOrder(params.foreWindows(), recording);
@@ -91,7 +99,8 @@ inline void checkReading(std::string_view text, command::RecordingForm form) {
     FUZZ_CHECK(recording.events > 0);
     FUZZ_CHECK(static_cast<long long>(samples) + recording.unknownStreams.total() == recording.events);
     const bool isWarned = !recording.unknownFields.empty() || !recording.unknownStreams.empty();
-    FUZZ_CHECK(recording.warning().empty() != isWarned);
+    FUZZ_CHECK(recording.warnings().empty() !=
+               (isWarned || recording.archiveIsCut || recording.cutLine > 0 || !recording.lengthRemark().empty()));
 }
 
 } // namespace OrvantaNS::fuzz

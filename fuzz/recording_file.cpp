@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string text(reinterpret_cast<const char*>(data), size);
     // Captured requests have a target of their own.
     if (!command::isDumpHead(std::string_view(text).substr(0, text.find('\n')))) {
-        fuzz::checkReading(text, command::RecordingForm::JsonLines);
+        fuzz::checkReading(text);
     }
     return 0;
 }

@@ -92,5 +92,47 @@ TEST(SizeOptionTest, ExtremeAspects_GiveWhatTheEngineCanRefuse) {
     EXPECT_EQ(resolve("99999999999999999999999999999999:1"), (FrameSize{1280, 0}));
 }
 
+TEST(SizeOptionTest, PixelsWithAColon_AreAskedAbout) {
+    EXPECT_EQ(sizeError("640:400"), "--size 640:400: did you mean 640x400? The shape alone is written 8:5");
+    EXPECT_EQ(sizeError("1920:1080"), "--size 1920:1080: did you mean 1920x1080? The shape alone is written 16:9");
+    // A shape that small whole numbers do not tell.
+    EXPECT_EQ(sizeError("239:100"), "--size 239:100: did you mean 239x100? The shape alone is written 2.39:1");
+    EXPECT_EQ(sizeError("64:64"), "--size 64:64: did you mean 64x64? The shape alone is written 1:1");
+    // No frame is that narrow, so these are shapes.
+    EXPECT_EQ(sizeError("64:27"), "");
+    EXPECT_EQ(sizeError("63:64"), "");
+    EXPECT_EQ(sizeError("2.39:1"), "");
+}
+
+std::string checkError(const FrameSize& size, EngineChoice engine, Question question = Question::Timeline) {
+    try {
+        checkSize(size, kWide, engine, question, "f");
+    } catch (const OptionError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST(SizeOptionTest, CheckSize_AtTheLimitsOfEachEngine) {
+    for (const EngineChoice engine : {EngineChoice::Value, EngineChoice::Voting}) {
+        EXPECT_EQ(checkError({64, 64}, engine), "");
+        EXPECT_NE(checkError({63, 64}, engine), "");
+        EXPECT_NE(checkError({64, 63}, engine), "");
+        EXPECT_NE(checkError({-640, 400}, engine), "");
+        EXPECT_EQ(checkError({1279, 799}, engine), "");
+        EXPECT_NE(checkError({1280, 800}, engine), "");
+    }
+    // Too large in one dimension only.
+    EXPECT_EQ(checkError({1280, 799}, EngineChoice::Value), "");
+    EXPECT_EQ(checkError({100, 5000}, EngineChoice::Value), "");
+    EXPECT_NE(checkError({1280, 799}, EngineChoice::Voting), "");
+    EXPECT_NE(checkError({1279, 800}, EngineChoice::Voting), "");
+    // A window's frame.
+    EXPECT_EQ(checkError({1, 1}, EngineChoice::Value, Question::Window), "");
+    EXPECT_NE(checkError({0, 1}, EngineChoice::Value, Question::Window), "");
+    EXPECT_EQ(checkError({1280, 801}, EngineChoice::Value, Question::Window), "");
+    EXPECT_NE(checkError({1281, 801}, EngineChoice::Value, Question::Window), "");
+}
+
 } // namespace
 } // namespace OrvantaNS::command

@@ -41,8 +41,26 @@ TEST(TimeOptionTest, ParseTime_SecondsOrMinutesAndSeconds) {
     EXPECT_EQ(parseTime("1:30.250"), 90.25);
     EXPECT_EQ(parseTime("206:02"), 12362.0);
     EXPECT_EQ(parseTime("0:59.999"), 59.999);
+    for (const char* text : {"1:60", "1:5", "1:05.", "1:005", ":30", "1:", "1.5:30", "-1:30", "1:-30", "x"}) {
+        EXPECT_EQ(parseTime(text), std::nullopt) << text;
+    }
+}
+
+TEST(TimeOptionTest, ParseTime_HoursMinutesAndSeconds) {
+    EXPECT_EQ(parseTime("1:30:00"), 5400.0);
+    EXPECT_EQ(parseTime("0:00:00.5"), 0.5);
+    EXPECT_EQ(parseTime("100:59:59.999"), 363599.999);
     for (const char* text :
-         {"1:60", "1:5", "1:05.", "1:005", ":30", "1:", "1.5:30", "1:30:00", "-1:30", "1:-30", "x"}) {
+         {"1:60:00", "1:5:00", "1:05:0", "1:05.5:00", "1:2:3:4", "1:00:00:00", ":00:00", "1:00:", "1.5:00:00"}) {
+        EXPECT_EQ(parseTime(text), std::nullopt) << text;
+    }
+}
+
+TEST(TimeOptionTest, ParseTime_NumbersWithTheirUnit) {
+    EXPECT_EQ(parseTime("500ms"), 0.5);
+    EXPECT_EQ(parseTime("1.5s"), 1.5);
+    EXPECT_EQ(parseTime("0.25ms"), 0.00025);
+    for (const char* text : {"ms", "s", "1 s", "1m", "1sms", "-5ms", "1:30s", "1:30ms", "5sec"}) {
         EXPECT_EQ(parseTime(text), std::nullopt) << text;
     }
 }
@@ -72,12 +90,23 @@ TEST(TimeOptionTest, ParseClip_EitherEndInEitherForm) {
         std::optional<double> start;
         std::optional<double> stop;
     } cases[] = {
-        {"10:20", 10.0, 20.0},         {"10:", 10.0, std::nullopt},
-        {":20", std::nullopt, 20.0},   {":", std::nullopt, std::nullopt},
-        {"1:30", 1.0, 30.0},           {"1:30:", 90.0, std::nullopt},
-        {":1:30", std::nullopt, 90.0}, {"0:30:2:00.5", 30.0, 120.5},
-        {"5:1:30", 5.0, 90.0},         {"1:30:95.5", 90.0, 95.5},
+        {"10:20", 10.0, 20.0},
+        {"10:", 10.0, std::nullopt},
+        {":20", std::nullopt, 20.0},
+        {":", std::nullopt, std::nullopt},
+        {"1:30", 1.0, 30.0},
+        {"1:30:", 90.0, std::nullopt},
+        {":1:30", std::nullopt, 90.0},
+        {"0:30:2:00.5", 30.0, 120.5},
+        {"5:1:30", 5.0, 90.0},
+        {"1:30:95.5", 90.0, 95.5},
         {"0.5:1:30", 0.5, 90.0},
+        {"500ms:1.5s", 0.5, 1.5},
+        {"1:30:00:", 5400.0, std::nullopt},
+        {":1:30:00", std::nullopt, 5400.0},
+        // Both ends with as many colons, whatever else it could be (0 to 30 hours, or to 30 seconds).
+        {"0:30:01:30", 30.0, 90.0},
+        {"0:00:30:0:01:30.5", 30.0, 90.5},
     };
     for (const auto& [text, start, stop] : cases) {
         const ClipOption clip = parseClip(text);
@@ -87,9 +116,10 @@ TEST(TimeOptionTest, ParseClip_EitherEndInEitherForm) {
 }
 
 TEST(TimeOptionTest, ParseClip_NotAClip_IsRefused) {
-    for (const char* text : {"", "90", "a:b", "1:2:3:4", "1:30:2:00:5", "-5:10", "1::2", "1:2:3"}) {
+    for (const char* text : {"", "90", "a:b", "1:2:3:4", "1:30:2:00:5", "1m:2m", "-5:10", "1::2", "1:2:3"}) {
         EXPECT_EQ(optionError([&] { parseClip(text); }),
-                  std::string("--clip ") + text + ": expected START:STOP, each in seconds or as m:ss.mmm, or left out");
+                  std::string("--clip ") + text +
+                      ": expected START:STOP, each in seconds, as 500ms, m:ss.mmm or h:mm:ss, or left out");
     }
     // 30 s to 45 s, or 0 s to 30:45.
     EXPECT_EQ(optionError([] { parseClip("0:30:45"); }),
@@ -113,18 +143,31 @@ TEST(TimeOptionTest, ResolveClip_LeftOutEnds_AreTheRecordings) {
     EXPECT_EQ(some.stop, 20000);
 }
 
-TEST(TimeOptionTest, ResolveClip_BeyondTheEnd_IsRefusedButForWhatPrintingRounds) {
+TEST(TimeOptionTest, ResolveClip_BeyondTheEnd_IsCut) {
     const Recording recording = minuteAndAHalfMillisecond();
     EXPECT_EQ(resolveClip({std::nullopt, 60.0}, recording).stop, 600000);
+    // What printing rounds is no cut.
     EXPECT_EQ(resolveClip({std::nullopt, 60.001}, recording).stop, 600005);
+    EXPECT_FALSE(resolveClip({std::nullopt, 60.001}, recording).isCut);
+    EXPECT_EQ(resolveClip({std::nullopt, 60.002}, recording).stop, 600005);
+    EXPECT_TRUE(resolveClip({std::nullopt, 60.002}, recording).isCut);
+    EXPECT_EQ(resolveClip({5.0, 1e300}, recording).stop, 600005);
+}
+
+TEST(TimeOptionTest, ResolveClip_ThatBeginsAtTheEnd_IsRefused) {
+    const Recording recording = minuteAndAHalfMillisecond();
     EXPECT_EQ(optionError([&] {
-                  resolveClip({std::nullopt, 60.002}, recording);
+                  resolveClip({61.0, std::nullopt}, recording);
               }),
-              "f: the clip 0:00.000 to 1:00.002 reaches beyond the recording, which ends at 1:00.001");
+              "f: the clip begins at 1:01.000, when the recording has ended (1:00.001)");
     EXPECT_EQ(optionError([&] {
-                  resolveClip({1e300, std::nullopt}, recording);
+                  resolveClip({1e300, 2e300}, recording);
               }),
-              "f: the clip 1e+300 s to 1:00.001 reaches beyond the recording, which ends at 1:00.001");
+              "f: the clip begins at 1e+300 s, when the recording has ended (1:00.001)");
+    EXPECT_EQ(optionError([&] {
+                  resolveClip({60.0005, std::nullopt}, recording);
+              }),
+              "f: the clip begins at 1:00.001, when the recording has ended (1:00.001)");
 }
 
 TEST(TimeOptionTest, ResolveClip_Empty_IsRefused) {

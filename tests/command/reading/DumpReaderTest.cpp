@@ -106,7 +106,7 @@ TEST(DumpReaderTest, BadDump_IsNamedWithItsLineAndReason) {
         {"50 -5 6", "50 -5", "f:7: each \"cursor\" sample must have 3 numbers"},
         {"1\n50 -5 6", "2\n50 -5 6\n49 0 0",
          "f:8: the time 49 lies before 50, the time of the \"cursor\" sample before"},
-        {"800 10\n", "800 10\n\n", "f:14: the file goes on after the last \"region\" sample"},
+        {"800 10\n", "800 10\n\n7\n", "f:15: the file goes on after the last \"region\" sample"},
         {"1\n0 1280 0 800 10\n", "", "f:12: the file ends within the \"region\" samples"},
         {"1\n0 1280 0 800 10\n", "9000000000000000000\n0 1280 0 800 10\n",
          "f:14: the file ends within the \"region\" samples"},
@@ -114,6 +114,16 @@ TEST(DumpReaderTest, BadDump_IsNamedWithItsLineAndReason) {
     for (const auto& [from, to, message] : cases) {
         EXPECT_EQ(readingError(replaced(kDump, from, to)), message) << to;
     }
+}
+
+TEST(DumpReaderTest, BlankLinesAtTheEnd_ArePassedOver) {
+    EXPECT_EQ(readText(replaced(kDump, "800 10\n", "800 10\r\n\n  \n")).events, 6);
+}
+
+TEST(DumpReaderTest, Failure_TellsTheColumnOfTheNumber) {
+    const testing::ReadingFailure failure = testing::readingFailure(replaced(kDump, "1 2 3 4 20", "1 2 3 x 20"));
+    EXPECT_EQ(failure.message, "f:3:7: bottom must be a whole number");
+    EXPECT_EQ(failure.place.excerpt, "1 2 3 x 20");
 }
 
 TEST(DumpReaderTest, NoSamples_HasNothingToReplay) {

@@ -1,5 +1,6 @@
 // The built program, from its command line to its exit status.
 #include <cmath>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -80,6 +81,20 @@ void expectGoodKeyframes(const std::vector<Row>& rows, int width, int height, do
     }
 }
 
+void expectRefused(const ProcessResult& result, const std::string& message) {
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_EQ(result.err, "orvanta: " + message + "\n");
+}
+
+/// The same for a message about a place in a file, whose column and excerpt other tests look at.
+void expectRefusedSomewhere(const ProcessResult& result, const std::string& message) {
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.out, IsEmpty());
+    const std::string first = linesOf(result.err).front();
+    EXPECT_EQ(std::regex_replace(first, std::regex(":([0-9]+):[0-9]+: "), ":$1: "), "orvanta: " + message);
+}
+
 // ---- Good input ----
 
 TEST(ProgramTest, Keyframes_Sample_GivesGoodCsv) {
@@ -129,15 +144,12 @@ TEST(ProgramTest, Keyframes_Table_HasARowForEachKeyframe) {
     EXPECT_EQ(lines.front(), "      time      position         size   zoom  reason");
 }
 
-TEST(ProgramTest, Keyframes_Terminal_GetsATableAndAProgressBar) {
+TEST(ProgramTest, Keyframes_Terminal_GetsATable) {
     ProcessOptions options;
     options.terminal = true;
-    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400"}, options);
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400", "--no-progress"}, options);
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.out, HasSubstr("] "));
-    EXPECT_THAT(result.out, HasSubstr("%"));
-    // The bar is off the screen before the table comes.
-    EXPECT_THAT(result.out, HasSubstr("\r\033[K      time      position"));
+    EXPECT_THAT(result.out, StartsWith("      time      position"));
 }
 
 TEST(ProgramTest, Keyframes_StandardInput_GivesTheSame) {
@@ -325,17 +337,94 @@ TEST(ProgramTest, Version_IsTheProjects) {
     EXPECT_EQ(result.out, "orvanta " ORVANTA_VERSION "\n");
 }
 
+TEST(ProgramTest, HelpAndVersion_HaveMoreThanOneName) {
+    const std::string help = runOrvanta({"--help"}).out;
+    EXPECT_EQ(runOrvanta({"-h"}).out, help);
+    EXPECT_EQ(runOrvanta({"help"}).out, help);
+    EXPECT_EQ(runOrvanta({"help", "frame"}).out, runOrvanta({"frame", "--help"}).out);
+    for (const char* name : {"-V", "version"}) {
+        const ProcessResult result = runOrvanta({name});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.out, "orvanta " ORVANTA_VERSION "\n");
+    }
+}
+
+TEST(ProgramTest, HelpAndVersion_ThatCannotBeWritten_AreAFailure) {
+    ProcessOptions options;
+    options.output = "/dev/full";
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {"--help"}, {"keyframes", "--help"}, {"help"}, {"help", "info"}, {"--version"}, {"version"}}) {
+        const ProcessResult result = runOrvanta(arguments, options);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.err, "orvanta: <stdout>: cannot be written: No space left on device\n");
+    }
+}
+
+TEST(ProgramTest, Help_FitsEightyColumns) {
+    for (const char* topic : {"help", "keyframes", "frame", "info", "inspect"}) {
+        for (const std::string& line : linesOf(runOrvanta({"help", topic}).out)) {
+            EXPECT_LE(line.size(), 80U) << line;
+        }
+    }
+}
+
+TEST(ProgramTest, Failure_InJson_IsOneObject) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("r", kQuiet + "[5001,\"cursor\",1,\"2\"]\n");
+    const ProcessResult result = runOrvanta({"keyframes", path, "--size", "640x400", "--format", "json"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.out, IsEmpty());
+    simdjson::dom::parser parser;
+    const simdjson::dom::element error = parser.parse(result.err)["error"];
+    EXPECT_EQ(error["message"].get_string().value(), path + ":4:18: y must be a whole number");
+    EXPECT_EQ(error["exitStatus"].get_int64().value(), 2);
+    EXPECT_EQ(error["file"].get_string().value(), path);
+    EXPECT_EQ(error["line"].get_int64().value(), 4);
+    EXPECT_EQ(error["column"].get_int64().value(), 18);
+    EXPECT_EQ(error["excerpt"].get_string().value(), "[5001,\"cursor\",1,\"2\"]");
+
+    // What cannot be understood is told in the same form.
+    const ProcessResult usage = runOrvanta({"keyframes", "--format=json", "--bogus"});
+    EXPECT_EQ(usage.status, 2);
+    EXPECT_EQ(linesOf(usage.err).size(), 1U);
+    EXPECT_EQ(parser.parse(usage.err)["error"]["try"].get_string().value(), "orvanta keyframes --help");
+}
+
+TEST(ProgramTest, Failure_ShowsThePlace) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("r", kQuiet + "[5001,\"cursor\",1,\"2\"]\n");
+    EXPECT_EQ(runOrvanta({"info", path}).err, "orvanta: " + path +
+                                                  ":4:18: y must be a whole number\n"
+                                                  "  [5001,\"cursor\",1,\"2\"]\n"
+                                                  "                   ^\n");
+}
+
+TEST(ProgramTest, FileNames_ArePrintedSafely) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.path("a\x1b]0;title\x07\n\xc2\x9b\xe2\x80\xae\xff\xc3\xbc");
+    expectRefused(runOrvanta({"info", path}),
+                  directory.path("a\\x1b]0;title\\x07\\x0a\\u{009b}\\u{202e}\\xff\xc3\xbc") +
+                      ": cannot be opened: No such file or directory");
+}
+
+TEST(ProgramTest, Quiet_LeavesWarningsAway) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("r", kHeader + "[0,\"region\",0,0,1280,800]\n[1,\"touch\"]\n[2,\"act");
+    EXPECT_EQ(runOrvanta({"info", path}).err, "orvanta: warning: " + path +
+                                                  ": passed over 1 line of unknown streams (touch: 1)\n"
+                                                  "orvanta: warning: " +
+                                                  path +
+                                                  ":4: the last line is cut off and was left out; the recording ends "
+                                                  "at 0:00.001\n");
+    EXPECT_THAT(runOrvanta({"info", path, "--quiet"}).err, IsEmpty());
+    EXPECT_THAT(runOrvanta({"info", path, "-q", "--strict"}).err, HasSubstr(":4:8: not JSON"));
+}
+
 TEST(ReadmeTest, HostExample_IsTheProgramThatIsBuiltAndRun) {
     EXPECT_THAT(readFile(ORVANTA_README), HasSubstr("```cpp\n" + readFile(ORVANTA_HOST_EXAMPLE) + "```\n"));
 }
 
 // ---- Bad input: one message, status 2, no output ----
-
-void expectRefused(const ProcessResult& result, const std::string& message) {
-    EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.out, IsEmpty());
-    EXPECT_EQ(result.err, "orvanta: " + message + "\n");
-}
 
 TEST(ProgramTest, BadFile_IsNamedWithLineAndReason_AndLeavesNoOutput) {
     const struct {
@@ -358,7 +447,7 @@ TEST(ProgramTest, BadFile_IsNamedWithLineAndReason_AndLeavesNoOutput) {
         {kQuiet + "[5001,\"cursor\",1,2147483648]\n", ":4: y is out of range: it must fit 32 bits"},
         {kQuiet + "[9223372036854775808,\"cursor\",1,2]\n", ":4: the time is out of range: it must fit 64 bits"},
         {kQuiet + "[4999,\"cursor\",1,2]\n", ":4: the time 4999 lies before 5000, the time of the line before"},
-        {kQuiet + "[5001,\"cursor\",1,", ":4: not JSON"},
+        {kQuiet + "[5001,\"cursor\",1,\n", ":4: not JSON"},
         {"640 400 0\n", ":1: the time scale is out of range: it must be above 0"},
         {"640 400 1000\n1\n", ":3: the file ends within the \"window\" samples"},
     };
@@ -366,12 +455,12 @@ TEST(ProgramTest, BadFile_IsNamedWithLineAndReason_AndLeavesNoOutput) {
         const TemporaryDirectory directory;
         const std::string path = directory.write("r", text);
         for (const char* subcommand : {"keyframes", "inspect"}) {
-            expectRefused(runOrvanta({subcommand, path, "--size", "640x400", "-o", directory.path("out")}),
-                          path + message);
+            expectRefusedSomewhere(runOrvanta({subcommand, path, "--size", "640x400", "-o", directory.path("out")}),
+                                   path + message);
         }
-        expectRefused(runOrvanta({"frame", path, "--window", "--size", "640x400", "-o", directory.path("out")}),
-                      path + message);
-        expectRefused(runOrvanta({"info", path}), path + message);
+        expectRefusedSomewhere(
+            runOrvanta({"frame", path, "--window", "--size", "640x400", "-o", directory.path("out")}), path + message);
+        expectRefusedSomewhere(runOrvanta({"info", path}), path + message);
         EXPECT_EQ(directory.files(), Names{"r"});
     }
 }
@@ -395,7 +484,7 @@ TEST(ProgramTest, MissingFile_IsNamed) {
 TEST(ProgramTest, BadStandardInput_IsNamedAsSuch) {
     ProcessOptions options;
     options.input = kQuiet + "[1]";
-    expectRefused(runOrvanta({"info", "-"}, options), "<stdin>:4: the stream's name is missing");
+    expectRefusedSomewhere(runOrvanta({"info", "-"}, options), "<stdin>:4: the stream's name is missing");
     expectRefused(runOrvanta({"info", "-"}), "<stdin>:1: the file is empty");
 }
 
@@ -407,19 +496,51 @@ TEST(ProgramTest, BadOptions_AreRefused) {
         {{"keyframes", kSample}, "--size is required: WIDTHxHEIGHT, a scale such as 0.5 or an aspect such as 9:16"},
         {{"keyframes", kSample, "--size", "big"},
          "--size big: expected WIDTHxHEIGHT, a scale such as 0.5 or an aspect such as 9:16"},
-        {{"keyframes", kSample, "--size", "640x400", "--fade", "-1"}, "--fade -1: expected a number of seconds"},
+        {{"keyframes", kSample, "--size", "640x400", "--fade", "-1"},
+         "--fade -1: expected a number of seconds, or of milliseconds such as 500ms"},
+        {{"keyframes", kSample, "--size", "640x400", "--fade", "1:00"},
+         "--fade 1:00: expected a number of seconds, or of milliseconds such as 500ms"},
+        {{"keyframes", kSample, "--size", "640:400"},
+         "--size 640:400: did you mean 640x400? The shape alone is written 8:5"},
         {{"keyframes", kSample, "--size", "640x400", "--clip", "x"},
-         "--clip x: expected START:STOP, each in seconds or as m:ss.mmm, or left out"},
-        {{"keyframes", kSample, "--size", "640x400", "--clip", ":500"},
-         kSample + ": the clip 0:00.000 to 8:20.000 reaches beyond the recording, which ends at 2:12.453"},
+         "--clip x: expected START:STOP, each in seconds, as 500ms, m:ss.mmm or h:mm:ss, or left out"},
+        {{"keyframes", kSample, "--size", "640x400", "--clip", "500:"},
+         kSample + ": the clip begins at 8:20.000, when the recording has ended (2:12.453)"},
         {{"frame", kSample, "--size", "640x400"}, "frame needs either --at TIME or --window"},
         {{"frame", kSample, "--size", "640x400", "--at", "1", "--window"}, "frame needs either --at TIME or --window"},
-        {{"frame", kSample, "--size", "640x400", "--at", "soon"}, "--at soon: expected seconds or m:ss.mmm"},
+        {{"frame", kSample, "--size", "640x400", "--at", "soon"},
+         "--at soon: expected seconds, 500ms, m:ss.mmm or h:mm:ss"},
         {{"frame", kSample, "--size", "640x400", "--at", "500"},
          kSample + ": the moment 8:20.000 lies outside the recording, which goes from 0:00.000 to 2:12.453"},
     };
     for (const auto& [arguments, message] : cases) {
         expectRefused(runOrvanta(arguments), message);
+    }
+}
+
+TEST(ProgramTest, BadUsage_SaysWhatWasMeant) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string message;
+    } cases[] = {
+        {{}, "a subcommand is missing\nTry: orvanta --help\n"},
+        {{"keyframe", "x"}, "there is no subcommand keyframe; did you mean keyframes?\nTry: orvanta --help\n"},
+        {{"inof"}, "there is no subcommand inof; did you mean info?\nTry: orvanta --help\n"},
+        {{"nothing"}, "there is no subcommand nothing\nTry: orvanta --help\n"},
+        {{"a\x1b[31m"}, "there is no subcommand a\\x1b[31m\nTry: orvanta --help\n"},
+        {{kSample}, kSample + " is a file; a subcommand comes first\nTry: orvanta info " + kSample + "\n"},
+        {{"help", "fram"}, "there is no subcommand fram; did you mean frame?\nTry: orvanta --help\n"},
+        {{"info", "a", "b", "-x", "c"}, "not expected: b -x c\nTry: orvanta info --help\n"},
+        {{"info", kSample, "--sise"}, "there is no option --sise\nTry: orvanta info --help\n"},
+        {{"frame", kSample, "--sise=640x400"},
+         "there is no option --sise=640x400; did you mean --size?\nTry: orvanta frame --help\n"},
+        {{"info"}, "RECORDING is required\nTry: orvanta info --help\n"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const ProcessResult result = runOrvanta(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_EQ(result.err, "orvanta: " + message);
     }
 }
 
@@ -439,58 +560,151 @@ TEST(ProgramTest, BadUsage_PointsToTheHelp) {
         EXPECT_EQ(result.status, 2);
         EXPECT_THAT(result.out, IsEmpty());
         EXPECT_THAT(result.err, StartsWith("orvanta: "));
-        EXPECT_THAT(result.err, HasSubstr("\nTry: orvanta --help\n"));
+        EXPECT_THAT(result.err, HasSubstr("\nTry: orvanta "));
+        EXPECT_THAT(result.err, ::testing::EndsWith("--help\n"));
     }
 }
 
-// ---- The engine's failures: message and code, status 1, no output ----
+// ---- What the engines would refuse ----
 
-TEST(ProgramTest, EngineFailure_GivesMessageAndCode_AndLeavesNoOutput) {
-    const TemporaryDirectory directory;
-    const std::string quiet = directory.write("quiet", kQuiet);
-    const std::string noRegion = directory.write("region", kHeader + "[0,\"action\",6]\n[5000,\"action\",6]\n");
+TEST(ProgramTest, SizesThatTheEnginesRefuse_AreOptionErrors) {
     const struct {
         std::vector<std::string> arguments;
         std::string message;
     } cases[] = {
-        {{kSample, "--size", "63x400"}, "Need String! Passed bad width/height to Orvanta (code 1)"},
-        {{kSample, "--size", "1280x800"},
-         "Need String! Passed width/height equal to or larger than recording dimensions to Orvanta (code 2)"},
-        {{kSample, "--size", "1280x400", "--engine", "voting"},
-         "Need String! Passed width/height equal to or larger than recording dimensions to Orvanta (code 2)"},
-        {{noRegion, "--size", "640x400"}, "Need String! Must have at least one Recording Region! (code 4)"},
-        {{quiet, "--size", "640x400"}, "No keyframes were created! (code 7)"},
+        {{"--size", "63x400"},
+         "--size 63x400: the engines want at least 64 pixels in each dimension; ask for a larger size"},
+        {{"--size", "0.01", "--engine", "voting"},
+         "--size 12x8: the engines want at least 64 pixels in each dimension; ask for a larger size"},
+        {{"--size", "1280x800"},
+         "--size 1280x800: that shows all of the recording's 1280x800 at once, which leaves "
+         "nothing to decide; ask for less in at least one dimension, such as --size 0.5"},
+        {{"--size", "1280x400", "--engine", "voting"},
+         "--size 1280x400: the voting engine wants less than the recording's 1280x800 in both dimensions; ask for a "
+         "smaller size, such as 0.5, or for --engine value"},
     };
-    for (const auto& [arguments, message] : cases) {
-        std::vector<std::string> words{"keyframes"};
-        words.insert(words.end(), arguments.begin(), arguments.end());
-        const ProcessResult printed = runOrvanta(words);
-        EXPECT_EQ(printed.status, 1);
-        // The sizes that the engine prints ahead of some failures stand beside the message, not among results.
-        EXPECT_THAT(printed.out, IsEmpty());
-        EXPECT_THAT(printed.err, ::testing::EndsWith("orvanta: " + message + "\n"));
+    for (const auto& [options, message] : cases) {
+        for (const std::vector<std::string>& start :
+             {std::vector<std::string>{"keyframes", kSample}, {"frame", kSample, "--at", "5"}}) {
+            std::vector<std::string> words = start;
+            words.insert(words.end(), options.begin(), options.end());
+            expectRefused(runOrvanta(words), kSample + ": " + message);
+        }
+    }
+    // One dimension is enough for the value engine, and a window's frame may be small.
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "1280x798"}).status, 0);
+    EXPECT_EQ(runOrvanta({"frame", kSample, "--window", "--size", "20x20"}).status, 0);
+    expectRefused(runOrvanta({"frame", kSample, "--window", "--size", "1281x801"}),
+                  kSample + ": --size 1281x801: a window's frame must fit the recording of 1280x800; ask for a smaller "
+                            "size");
+}
 
-        words.insert(words.end(), {"-o", directory.path("out")});
-        EXPECT_EQ(runOrvanta(words).status, 1);
-        EXPECT_EQ(directory.files(), (Names{"quiet", "region"}));
+TEST(ProgramTest, SizeBeyondTheRecordingInOneDimension_IsNoted) {
+    EXPECT_EQ(runOrvanta({"frame", kSample, "--at", "5", "--size", "100x2000"}).err,
+              "orvanta: " + kSample +
+                  ": the size 100x2000 is larger than the recording's 1280x800 in one dimension; pixels are enlarged, "
+                  "and frames may reach beyond the recording\n");
+}
+
+TEST(ProgramTest, RecordingsWithoutWhatIsAskedFor_AreRefused) {
+    const TemporaryDirectory directory;
+    const std::string noRegion = directory.write("region", kHeader + "[0,\"action\",6]\n[5000,\"action\",6]\n");
+    const std::string quiet = directory.write("quiet", kQuiet);
+    const std::string tiny = directory.write("tiny", kHeader + "[0,\"region\",0,0,63,65]\n[5000,\"action\",6]\n");
+    expectRefused(runOrvanta({"keyframes", noRegion, "--size", "640x400"}),
+                  noRegion + ": there is no recording region, and no engine works without one");
+    expectRefused(runOrvanta({"keyframes", tiny, "--size", "64x64"}),
+                  tiny + ": the first recording region is 63x65, too small to work on");
+    expectRefused(runOrvanta({"frame", quiet, "--window", "--size", "640x400"}),
+                  quiet + ": there is no window in it to frame");
+}
+
+TEST(ProgramTest, NoKeyframes_TheWholeRecordingStaysOnShow) {
+    const TemporaryDirectory directory;
+    const std::string quiet = directory.write("quiet", kQuiet);
+    const std::string row = kCsvHead + "\n0,0,0,0,1280,800,0.5,nothing closer\n";
+    // Five seconds; with fades of a second no clip below ten has a keyframe.
+    const ProcessResult result = runOrvanta({"keyframes", quiet, "--size", "640x400"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, row);
+    EXPECT_EQ(result.err, "orvanta: " + quiet +
+                              ": the clip of 0:05.000 is shorter than two fades and 8 s (0:10.000), so the whole "
+                              "recording stays on show\n");
+    // Long enough, but nothing happens.
+    const std::string still = directory.write("still", kHeader + "[0,\"region\",0,0,1280,800]\n[10000,\"action\",9]\n");
+    const ProcessResult nothing = runOrvanta({"keyframes", still, "--size", "640x400"});
+    EXPECT_EQ(nothing.status, 0);
+    EXPECT_EQ(nothing.out, row);
+    EXPECT_EQ(nothing.err,
+              "orvanta: " + still +
+                  ": nothing in the clip asks for a closer look at the size 640x400, so the whole recording "
+                  "stays on show\n");
+    // At the clip's start, on a real recording.
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "--clip", "20:25"}).out,
+              kCsvHead + "\n20000000,20,0,0,1280,800,0.5,nothing closer\n");
+
+    const ProcessResult strict =
+        runOrvanta({"keyframes", quiet, "--size", "640x400", "--strict", "-o", directory.path("out")});
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_THAT(strict.out, IsEmpty());
+    EXPECT_THAT(strict.err, HasSubstr("so the whole recording stays on show"));
+    EXPECT_EQ(directory.files(), (Names{"quiet", "still"}));
+    EXPECT_THAT(runOrvanta({"keyframes", quiet, "--size", "640x400", "--quiet"}).err, IsEmpty());
+}
+
+TEST(ProgramTest, Keyframes_VotingEngine_IsCutToTheClip) {
+    const std::vector<Row> all =
+        rowsOf(runOrvanta({"keyframes", kSample, "--size", "640x400", "--engine", "voting"}).out);
+    const std::vector<Row> clip =
+        rowsOf(runOrvanta({"keyframes", kSample, "--size", "640x400", "--engine", "voting", "--clip", "30:60"}).out);
+    std::vector<Row> expected;
+    for (Row row : all) {
+        if (row.tick <= 30000000) {
+            row.tick = 30000000;
+            expected = {row};
+        } else if (row.tick < 60000000) {
+            expected.push_back(row);
+        }
+    }
+    ASSERT_GT(expected.size(), 1U);
+    ASSERT_EQ(clip.size(), expected.size());
+    for (std::size_t i = 0; i < clip.size(); ++i) {
+        EXPECT_EQ(clip[i].tick, expected[i].tick);
+        EXPECT_EQ(clip[i].left, expected[i].left);
+        EXPECT_EQ(clip[i].top, expected[i].top);
+        EXPECT_EQ(clip[i].width, expected[i].width);
     }
 }
 
-TEST(ProgramTest, Inspect_EngineFailure_ShowsTheStagesBeforeIt) {
+TEST(ProgramTest, Clip_BeyondTheEnd_IsCutWithANotice) {
+    const ProcessResult result = runOrvanta({"keyframes", kSample, "--size", "640x400", "--clip", "0:500"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "orvanta: " + kSample + ": the clip is cut to the recording's end at 2:12.453\n");
+    EXPECT_EQ(result.out, runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+}
+
+TEST(ProgramTest, Inspect_WithoutKeyframes_ShowsTheStagesBefore) {
     const TemporaryDirectory directory;
     const std::string quiet = directory.write("quiet", kQuiet);
     const ProcessResult text = runOrvanta({"inspect", quiet, "--size", "640x400"});
-    EXPECT_EQ(text.status, 1);
+    EXPECT_EQ(text.status, 0);
     EXPECT_THAT(text.out, StartsWith("Live zones: 1\n"));
     EXPECT_THAT(text.out, Not(HasSubstr("Slices")));
-    EXPECT_EQ(text.err, "orvanta: No keyframes were created! (code 7)\n");
+    EXPECT_THAT(text.out, ::testing::EndsWith("Keyframes: 1\n      -   0:00.000  nothing closer  1280x800 at 0, 0\n"));
+    EXPECT_THAT(text.err, HasSubstr("so the whole recording stays on show"));
 
-    const ProcessResult json = runOrvanta({"inspect", quiet, "--size", "640x400", "--format", "json"});
-    EXPECT_EQ(json.status, 1);
+    const ProcessResult json = runOrvanta({"inspect", quiet, "--size", "640x400", "--format", "json", "-q"});
+    EXPECT_EQ(json.status, 0);
     simdjson::dom::parser parser;
-    EXPECT_EQ(parser.parse(json.out)["failure"].get_string().value(), "No keyframes were created!");
+    const simdjson::dom::element document = parser.parse(json.out);
+    EXPECT_EQ(document["failure"].get_string().value(), "No keyframes were created!");
+    EXPECT_EQ(document["keyframes"].at(0)["reason"].get_string().value(), "nothing closer");
 
-    EXPECT_EQ(runOrvanta({"inspect", quiet, "--size", "640x400", "-o", directory.path("out")}).status, 1);
+    const ProcessResult strict = runOrvanta({"inspect", quiet, "--size", "640x400", "--strict"});
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_THAT(strict.out, StartsWith("Live zones: 1\n"));
+    EXPECT_EQ(strict.err, "orvanta: there is no keyframe: the whole recording stays on show (code 7)\n");
+    EXPECT_EQ(runOrvanta({"inspect", quiet, "--size", "640x400", "--strict", "-o", directory.path("out")}).status, 1);
     EXPECT_EQ(directory.files(), Names{"quiet"});
 }
 

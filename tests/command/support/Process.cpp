@@ -105,6 +105,9 @@ ProcessResult runOrvanta(const std::vector<std::string>& arguments, const Proces
         std::signal(SIGPIPE, SIG_DFL);
         dup2(input.read, STDIN_FILENO);
         dup2(output.write, STDOUT_FILENO);
+        if (!options.output.empty()) {
+            dup2(open(options.output.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC), STDOUT_FILENO);
+        }
         dup2(options.terminal ? output.write : error.write, STDERR_FILENO);
         execv(argv[0], argv.data());
         _exit(127);

@@ -19,6 +19,8 @@ struct ProcessOptions {
     std::string input; ///< What the standard input holds.
     /// Gives the process a terminal for the standard output and error together; everything comes back in `out`.
     bool terminal = false;
+    /// A file or device that the standard output goes to instead of `out`.
+    std::string output;
     /// Keeps the standard input open after `input`, and sends Ctrl-C's signal once all of it has been taken.
     bool interruptAfterInput = false;
 };

@@ -14,18 +14,34 @@ inline const std::string kHeader =
     R"({"format": "orvanta-recording", "version": 1, "timeScale": 1000, "windowsFlag": false, "description": "d"})"
     "\n";
 
-inline command::Recording readText(std::string_view text) {
-    return command::readRecording(command::sourceOf(text), "f");
+inline command::Recording readText(std::string_view text, command::Reading reading = command::Reading::Tolerant) {
+    return command::readRecording(command::sourceOf(text), "f", reading);
 }
 
-/// The message that reading `text` as the file "f" ends with; empty when it can be read.
-inline std::string readingError(std::string_view text) {
+/// What reading `text` as the file "f" ends with; an empty message when it can be read.
+struct ReadingFailure {
+    std::string message;
+    command::InputPlace place;
+};
+
+inline ReadingFailure readingFailure(std::string_view text, command::Reading reading = command::Reading::Tolerant) {
     try {
-        readText(text);
+        readText(text, reading);
     } catch (const command::InputError& error) {
-        return error.what();
+        return {error.what(), error.place()};
     }
     return {};
+}
+
+/// The message alone, without the column: "f:LINE: reason".
+inline std::string readingError(std::string_view text, command::Reading reading = command::Reading::Tolerant) {
+    const ReadingFailure failure = readingFailure(text, reading);
+    const std::string column = ":" + std::to_string(failure.place.column) + ": ";
+    std::string message = failure.message;
+    if (const std::size_t at = message.find(column); failure.place.column > 0 && at != std::string::npos) {
+        message.replace(at, column.size(), ": ");
+    }
+    return message;
 }
 
 } // namespace OrvantaNS::testing

@@ -1,5 +1,6 @@
 #include "terminal/ProgressBar.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -14,46 +15,52 @@
 namespace OrvantaNS::command {
 namespace {
 
-/// What a bar draws for the given reports, its removal included.
-std::string drawn(const std::vector<double>& reports) {
+/// What stands on the screen in the end, line by line as it was drawn, for reports that come a second apart.
+std::vector<std::string> drawn(const std::vector<double>& reports) {
     char* text = nullptr;
     std::size_t size = 0;
-    std::FILE* const screen = open_memstream(&text, &size);
+    std::FILE* const out = open_memstream(&text, &size);
     {
-        ProgressBar bar(screen);
+        double now = 0.0;
+        ProgressBar bar({out, [] { return 20; }, [&now] { return now; }});
         for (const double percent : reports) {
+            now += 1.0;
             bar.reportProgress(percent);
         }
     }
-    std::fclose(screen);
-    const std::string result(text, size);
+    std::fclose(out);
+    const std::string all(text, size);
     std::free(text);
-    return result;
+    std::vector<std::string> lines;
+    const std::string erase = "\r\033[K";
+    for (std::size_t at = 0; at < all.size();) {
+        const std::size_t next = std::min(all.find(erase, at + 1), all.size());
+        lines.push_back(all.substr(at + erase.size(), next - at - erase.size()));
+        at = next;
+    }
+    return lines;
 }
 
-const std::string kClear = "\r\033[K";
+using Lines = std::vector<std::string>;
 
-std::string bar(int filled, const std::string& percent) {
-    return "\r[" + std::string(static_cast<std::size_t>(filled), '#') +
-           std::string(static_cast<std::size_t>(40 - filled), ' ') + "] " + percent + "%";
+TEST(ProgressBarTest, Reports_AreDrawnAndClearedAtTheEnd) {
+    // 19 columns: two brackets, a space, four columns of number, and 12 of bar.
+    EXPECT_EQ(drawn({0.0, 50.9, 100.0}),
+              (Lines{"[            ]   0%", "[######      ]  50%", "[############] 100%", ""}));
 }
 
-TEST(ProgressBarTest, Reports_AreDrawnOncePerPercent_AndCleared) {
-    EXPECT_EQ(drawn({0.0, 0.4, 50.0, 50.9, 100.0}), bar(0, "  0") + bar(20, " 50") + bar(40, "100") + kClear);
-}
-
-TEST(ProgressBarTest, NoReport_DrawsNothing) { EXPECT_EQ(drawn({}), ""); }
+TEST(ProgressBarTest, NoReport_DrawsNothing) { EXPECT_EQ(drawn({}), Lines{}); }
 
 TEST(ProgressBarTest, OddReports_KeepToTheBar) {
     const double infinity = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(drawn({std::numeric_limits<double>::quiet_NaN(), -infinity, -1.0}), "");
-    EXPECT_EQ(drawn({infinity, 1e300}), bar(40, "100") + kClear);
+    EXPECT_EQ(drawn({std::numeric_limits<double>::quiet_NaN(), -infinity, -1.0}), Lines{});
+    EXPECT_EQ(drawn({infinity, 1e300}), (Lines{"[############] 100%", ""}));
     // It never goes back.
-    EXPECT_EQ(drawn({80.0, 75.0}), bar(32, " 80") + kClear);
+    EXPECT_EQ(drawn({80.0, 75.0}), (Lines{"[#########   ]  80%", ""}));
 }
 
 TEST(ProgressBarTest, NoTerminal_IsSilent) {
-    ProgressBar bar(nullptr);
+    ProgressBar bar({});
     bar.reportProgress(50.0);
     EXPECT_FALSE(bar.isCancelled());
 }
@@ -63,7 +70,7 @@ TEST(ProgressBarDeathTest, Interrupt_IsPassedOnToTheEngine) {
     EXPECT_EXIT(
         {
             catchInterrupts();
-            ProgressBar bar(nullptr);
+            ProgressBar bar({});
             const bool before = bar.isCancelled();
             std::raise(SIGINT);
             std::exit(!before && bar.isCancelled() ? 0 : 1);

@@ -32,7 +32,8 @@ TEST(KeyframeOutputTest, ReasonName_EveryCameraMode_AndNothingElse) {
     EXPECT_EQ(reasonName(OV_MERGE_OFF_WINDOW), "off-window");
     EXPECT_EQ(reasonName(OV_MERGE_FULL_SCREEN), "full screen");
     EXPECT_EQ(reasonName(OV_MERGE_TIGHT_PAN_TIGHT), "");
-    EXPECT_EQ(reasonName(-1), "");
+    EXPECT_EQ(reasonName(kNothingCloser), "nothing closer");
+    EXPECT_EQ(reasonName(-2), "");
 }
 
 TEST(KeyframeOutputTest, Table_HasARowForEachKeyframe) {

@@ -6,9 +6,13 @@
 #include <fmt/format.h>
 
 #include "OrvantaVotingAlgorithm.h"
+#include "frame/Geometry.h"
+#include "reading/InputError.h"
 #include "terminal/Interrupt.h"
+#include "terminal/Messages.h"
 #include "terminal/ProgressBar.h"
 #include "terminal/StandardOutputGuard.h"
+#include "terminal/TextFormat.h"
 
 namespace OrvantaNS::command {
 
@@ -29,26 +33,75 @@ OV_TIME_RECT onlyFrame(const std::shared_ptr<std::vector<OV_TIME_RECT>>& answer,
     return answer->front();
 }
 
+/// The region whose pixels everything is told in. Throws `InputError` when there is none to work on.
+Rectangle firstRegion(const Recording& recording) {
+    constexpr std::int32_t kSmallestArea = 64 * 64; // Pixels: what the engines want at least.
+    if (recording.params.recordingRegions().empty()) {
+        throw InputError({recording.name, 0, 0, {}, 0},
+                         "there is no recording region, and no engine works without one");
+    }
+    const Rectangle region = recording.params.recordingRegions().front().rect;
+    if (isEmpty(region) || area(region) < kSmallestArea) {
+        throw InputError(
+            {recording.name, 0, 0, {}, 0},
+            fmt::format("the first recording region is {}x{}, too small to work on", width(region), height(region)));
+    }
+    return region;
+}
+
+/// Keeps what a clip shows of an answer for the whole recording.
+std::vector<ReasonedKeyframe> cutToClip(const std::vector<ReasonedKeyframe>& keyframes, const Params& params) {
+    std::vector<ReasonedKeyframe> kept;
+    for (ReasonedKeyframe keyframe : keyframes) {
+        if (keyframe.frame.time >= params.clipStop()) {
+            break;
+        }
+        if (keyframe.frame.time <= params.clipStart()) {
+            kept.clear(); // The one before it has had its time.
+            keyframe.frame.time = params.clipStart();
+        }
+        kept.push_back(keyframe);
+    }
+    return kept;
+}
+
 } // namespace
 
-void completeRequest(Recording& recording, const RequestOptions& options) {
+void completeRequest(Recording& recording, const RequestOptions& options, Question question) {
+    const std::string name = printableName(recording.name);
     Params& params = recording.params;
+    const Rectangle region = firstRegion(recording);
     if (options.size) {
-        const Rectangle region =
-            params.recordingRegions().empty() ? Rectangle{} : params.recordingRegions().front().rect;
         const FrameSize size = resolveSize(*options.size, region, options.engine);
         params.setTargetWidth(size.width).setTargetHeight(size.height);
     } else if (recording.form != RecordingForm::Dump) {
         throw OptionError("--size is required: WIDTHxHEIGHT, a scale such as 0.5 or an aspect such as 9:16");
     }
+    checkSize({params.targetWidth(), params.targetHeight()}, region, options.engine, question, recording.name);
+    if (question == Question::Window && params.foreWindows().empty()) {
+        throw InputError({recording.name, 0, 0, {}, 0}, "there is no window in it to frame");
+    }
+    const bool isLarger = params.targetWidth() > width(region) || params.targetHeight() > height(region);
+    if (isLarger && question != Question::Nothing) {
+        tellNote(fmt::format("{}: the size {}x{} is larger than the recording's {}x{} in one dimension; pixels are "
+                             "enlarged, and frames may reach beyond the recording",
+                             name, params.targetWidth(), params.targetHeight(), width(region), height(region)));
+    }
     params.setFadeDuration(resolveDuration(options.fadeSeconds, recording, "--fade"));
     const Clip clip = resolveClip(options.clip, recording);
+    if (clip.isCut) {
+        tellNote(fmt::format("{}: the clip is cut to the recording's end at {}", name,
+                             formatTime(recording.toSeconds(clip.stop))));
+    }
     params.setClipInterval(clip.start, clip.stop);
 }
 
 std::string_view reasonName(std::int32_t mode) {
     constexpr std::array<std::string_view, 7> kNames{"",       "tight",      "wide",       "loose",
                                                      "forced", "off-window", "full screen"};
+    if (mode == kNothingCloser) {
+        return "nothing closer";
+    }
     return mode >= 0 && static_cast<std::size_t>(mode) < kNames.size() ? kNames[static_cast<std::size_t>(mode)] : "";
 }
 
@@ -85,9 +138,45 @@ std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice en
     return keyframes;
 }
 
+KeyframeAnswer answerKeyframes(const Recording& recording, EngineChoice engine) {
+    const Params& params = recording.params;
+    KeyframeAnswer answer;
+    try {
+        answer.keyframes = askKeyframes(params, engine);
+    } catch (const OrvantaException& failure) {
+        if (failure.errorCode() != OVERR_NO_KEYFRAMES) {
+            throw;
+        }
+    }
+    const bool isClipped = params.clipStart() > recording.start || params.clipStop() < recording.stop;
+    if (engine == EngineChoice::Voting && isClipped) {
+        answer.keyframes = cutToClip(answer.keyframes, params);
+    }
+    return answer.keyframes.empty() ? wholeRecordingAnswer(recording) : answer;
+}
+
+KeyframeAnswer wholeRecordingAnswer(const Recording& recording) {
+    constexpr double kShortestBesideFades =
+        8.0; // Seconds: with two fades, the shortest clip in which a move has its time.
+    const Params& params = recording.params;
+    const Rectangle& region = params.recordingRegions().at(0).rect;
+    const double length = recording.toSeconds(params.clipStop()) - recording.toSeconds(params.clipStart());
+    const double least = 2.0 * recording.toSeconds(params.fadeDuration()) + kShortestBesideFades;
+    KeyframeAnswer answer;
+    answer.keyframes.push_back(
+        {{params.clipStart(), {0, width(region), 0, height(region)}}, kNothingCloser, std::nullopt});
+    answer.remark =
+        fmt::format("{}: {}, so the whole recording stays on show", printableName(recording.name),
+                    length < least ? fmt::format("the clip of {} is shorter than two fades and 8 s ({})",
+                                                 formatTime(length), formatTime(least))
+                                   : fmt::format("nothing in the clip asks for a closer look at the size {}x{}",
+                                                 params.targetWidth(), params.targetHeight()));
+    return answer;
+}
+
 void runStages(const Params& params, OV_DATA_STORE& store, const OrvantaWorker::StageObserver& observer) {
     const StandardOutputGuard guard;
-    ProgressBar bar(progressTerminal());
+    ProgressBar bar(progressScreen());
     try {
         OrvantaWorker().runPipeline(params, &bar, store, observer);
     } catch (const OrvantaException& failure) {

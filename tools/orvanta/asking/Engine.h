@@ -28,8 +28,9 @@ struct RequestOptions {
     EngineChoice engine = EngineChoice::Value;
 };
 
-/// Writes size, fade and clip into the recording's request. Throws `OptionError`.
-void completeRequest(Recording& recording, const RequestOptions& options);
+/// Writes size, fade and clip into the recording's request, with a note on a clip that had to be cut. Throws `OptionError`,
+/// also for a size that the engine would refuse, and `InputError` for a recording without a region to work on.
+void completeRequest(Recording& recording, const RequestOptions& options, Question question = Question::Timeline);
 
 /// A keyframe, and why the camera stands there.
 struct ReasonedKeyframe {
@@ -40,7 +41,10 @@ struct ReasonedKeyframe {
     std::optional<std::uint32_t> slice;
 };
 
-/// "tight", "wide", "loose", "forced", "off-window" or "full screen"; empty for no camera mode.
+/// The mode of a keyframe that no engine made: the whole recording, because nothing asks for a closer look.
+constexpr std::int32_t kNothingCloser = -1;
+
+/// "tight", "wide", "loose", "forced", "off-window", "full screen" or "nothing closer"; empty for no camera mode.
 std::string_view reasonName(std::int32_t mode);
 
 /// The keyframes of a store, each with the shot that made it.
@@ -48,6 +52,22 @@ std::vector<ReasonedKeyframe> reasonedKeyframes(const OV_DATA_STORE& store);
 
 /// The keyframes of the clip. The value engine draws a progress bar on a terminal. Throws `OrvantaException` and `Interrupted`.
 std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice engine);
+
+/// What the camera does over a clip.
+struct KeyframeAnswer {
+    std::vector<ReasonedKeyframe> keyframes; ///< At least one.
+    /// Why the only keyframe is the whole recording, a sentence that begins with the recording's name; empty when an engine
+    /// made the keyframes.
+    std::string remark;
+};
+
+/// `askKeyframes` as a user wants it. Where the engine finds no keyframe the whole recording stays on show, and one keyframe
+/// says so. The voting engine's answer, which is for the whole recording, is cut to the clip: the last keyframe before the
+/// start stands at the start. Throws as `askKeyframes`, but for that one failure.
+KeyframeAnswer answerKeyframes(const Recording& recording, EngineChoice engine);
+
+/// The answer when there is no keyframe.
+KeyframeAnswer wholeRecordingAnswer(const Recording& recording);
 
 /// The value engine's run, stage by stage. Throws `OrvantaException` and `Interrupted`.
 void runStages(const Params& params, OV_DATA_STORE& store, const OrvantaWorker::StageObserver& observer);

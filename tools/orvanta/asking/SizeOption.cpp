@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <limits>
+#include <numeric>
+#include <string>
 
 #include <fmt/format.h>
 
@@ -47,6 +49,27 @@ FrameSize fittedSize(double aspect, double regionWidth, double regionHeight, Eng
     return {evenBelow(width), evenBelow(height)};
 }
 
+/// The smallest side of an output frame that the engines take, pixels.
+constexpr std::int32_t kSmallestSide = 64;
+
+/// Two numbers with a colon that are pixels rather than a shape: whole, and both large enough for a frame.
+bool looksLikePixels(double width, double height) {
+    return width >= kSmallestSide && height >= kSmallestSide && std::floor(width) == width &&
+           std::floor(height) == height && width <= std::numeric_limits<std::int32_t>::max() &&
+           height <= std::numeric_limits<std::int32_t>::max();
+}
+
+/// "Did you mean 640x400? The shape alone is written 8:5."
+std::string pixelsQuestion(double width, double height) {
+    const auto wide = static_cast<std::int32_t>(width);
+    const auto high = static_cast<std::int32_t>(height);
+    const std::int32_t common = std::gcd(wide, high);
+    const std::string shape = looksLikePixels(wide / common, high / common)
+                                  ? fmt::format("{:.4g}:1", width / height)
+                                  : fmt::format("{}:{}", wide / common, high / common);
+    return fmt::format("did you mean {}x{}? The shape alone is written {}", wide, high, shape);
+}
+
 } // namespace
 
 SizeOption parseSize(std::string_view text) {
@@ -69,6 +92,9 @@ SizeOption parseSize(std::string_view text) {
         const auto height = parseDecimal(text.substr(colon + 1));
         if (!width || !height || *width <= 0.0 || *height <= 0.0) {
             throw fail("expected an aspect such as 9:16");
+        }
+        if (looksLikePixels(*width, *height)) {
+            throw fail(pixelsQuestion(*width, *height));
         }
         size.kind = SizeOption::Kind::Aspect;
         size.aspectWidth = *width;
@@ -99,6 +125,38 @@ FrameSize resolveSize(const SizeOption& size, const Rectangle& region, EngineCho
     return size.kind == SizeOption::Kind::Scale
                ? scaledSize(size.scale, regionWidth, regionHeight)
                : fittedSize(size.aspectWidth / size.aspectHeight, regionWidth, regionHeight, engine);
+}
+
+void checkSize(const FrameSize& size, const Rectangle& region, EngineChoice engine, Question question,
+               std::string_view name) {
+    const std::string recordingSize = fmt::format("{}x{}", width(region), height(region));
+    const auto fail = [&](std::string_view reason) {
+        return OptionError(fmt::format("{}: --size {}x{}: {}", printableName(name), size.width, size.height, reason));
+    };
+    if (question == Question::Nothing) {
+        return;
+    }
+    if (question == Question::Window) {
+        if ((size.width > width(region) && size.height > height(region)) || size.width < 1 || size.height < 1) {
+            throw fail(
+                fmt::format("a window's frame must fit the recording of {}; ask for a smaller size", recordingSize));
+        }
+        return;
+    }
+    if (size.width < kSmallestSide || size.height < kSmallestSide) {
+        throw fail(
+            fmt::format("the engines want at least {} pixels in each dimension; ask for a larger size", kSmallestSide));
+    }
+    if (engine == EngineChoice::Voting && (size.width >= width(region) || size.height >= height(region))) {
+        throw fail(fmt::format("the voting engine wants less than the recording's {} in both dimensions; ask for a "
+                               "smaller size, such as 0.5, or for --engine value",
+                               recordingSize));
+    }
+    if (size.width >= width(region) && size.height >= height(region)) {
+        throw fail(fmt::format("that shows all of the recording's {} at once, which leaves nothing to decide; ask for "
+                               "less in at least one dimension, such as --size 0.5",
+                               recordingSize));
+    }
 }
 
 } // namespace OrvantaNS::command

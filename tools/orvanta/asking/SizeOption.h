@@ -32,7 +32,8 @@ struct SizeOption {
     double aspectHeight = 0.0; ///< For `Aspect`.
 };
 
-/// Throws `OptionError`. Whether pixels suit the engine is for the engine to say.
+/// Throws `OptionError`, also when a colon stands where pixels are meant ("640:400"). Whether pixels suit the engine is for
+/// `checkSize` to say.
 SizeOption parseSize(std::string_view text);
 
 /// The size for a recording whose first region is `region`.
@@ -45,5 +46,17 @@ SizeOption parseSize(std::string_view text);
 ///
 /// Throws `OptionError` when the region has no size to take a share of.
 FrameSize resolveSize(const SizeOption& size, const Rectangle& region, EngineChoice engine);
+
+/// What is asked of an engine: the limits of the size depend on it.
+enum class Question : std::uint8_t {
+    Timeline, ///< The keyframes of a clip, or the frame at a moment.
+    Window,   ///< The frame for a window, which is never too small.
+    Nothing,  ///< No engine is asked: any size goes.
+};
+
+/// Throws `OptionError` for a size that the engine would refuse for a recording whose first region is `region`. `name`
+/// stands for the recording in the message.
+void checkSize(const FrameSize& size, const Rectangle& region, EngineChoice engine, Question question,
+               std::string_view name);
 
 } // namespace OrvantaNS::command

@@ -56,13 +56,15 @@ bool parseDouble(std::string_view token, double& value) {
 }
 
 template <typename T> T wholeNumber(std::string_view token, std::string_view what, const LineReader& lines) {
+    const auto offset = static_cast<std::size_t>(token.data() - lines.line().data());
     T value{};
     const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), value);
     if (error == std::errc::result_out_of_range) {
-        lines.fail(fmt::format("{} is out of range: it must fit {} bits", what, std::numeric_limits<T>::digits + 1));
+        lines.fail(fmt::format("{} is out of range: it must fit {} bits", what, std::numeric_limits<T>::digits + 1),
+                   offset);
     }
     if (error != std::errc{} || end != token.data() + token.size()) {
-        lines.fail(fmt::format("{} must be a whole number", what));
+        lines.fail(fmt::format("{} must be a whole number", what), offset);
     }
     return value;
 }
@@ -97,19 +99,19 @@ private:
         next(stream);
         const Tokens head = split(lines_.line());
         if (head.count != 1) {
-            lines_.fail(fmt::format("the number of \"{}\" samples must stand alone on its line", stream));
+            lines_.fail(fmt::format("the number of \"{}\" samples must stand alone on its line", stream), 0);
         }
         const auto count =
             wholeNumber<std::int64_t>(head.token[0], fmt::format("the number of \"{}\" samples", stream), lines_);
         if (count < 0) {
-            lines_.fail(fmt::format("the number of \"{}\" samples must not be negative", stream));
+            lines_.fail(fmt::format("the number of \"{}\" samples must not be negative", stream), 0);
         }
         // The list grows with the lines that are there, whatever the count claims.
         for (std::int64_t i = 0; i < count; ++i) {
             next(stream);
             const Tokens tokens = split(lines_.line());
             if (tokens.count != fields) {
-                lines_.fail(fmt::format("each \"{}\" sample must have {} numbers", stream, fields));
+                lines_.fail(fmt::format("each \"{}\" sample must have {} numbers", stream, fields), 0);
             }
             const Sample sample = parse(tokens);
             if (!samples.empty() && sample.time < samples.back().time) {
@@ -162,7 +164,8 @@ Recording readDump(LineReader& lines) {
     params.setTargetHeight(wholeNumber<std::int32_t>(head.token[1], "the target's height", lines));
     double scale = 0.0;
     if (!parseDouble(head.token[2], scale) || !std::isfinite(scale) || scale <= 0.0) {
-        lines.fail("the time scale is out of range: it must be above 0");
+        lines.fail("the time scale is out of range: it must be above 0",
+                   static_cast<std::size_t>(head.token[2].data() - lines.line().data()));
     }
     params.setTimeScale(scale);
 
@@ -173,8 +176,10 @@ Recording readDump(LineReader& lines) {
     reader.readRects("dirty", params.dirtyRects());
     reader.readRects("caret", params.caretRects());
     reader.readRects("region", params.recordingRegions());
-    if (lines.next()) {
-        lines.fail("the file goes on after the last \"region\" sample");
+    while (lines.next()) {
+        if (split(lines.line()).count > 0) {
+            lines.fail("the file goes on after the last \"region\" sample", 0);
+        }
     }
     if (recording.events == 0) {
         lines.fail("the captured request has no sample");

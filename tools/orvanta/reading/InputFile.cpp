@@ -82,13 +82,13 @@ std::ptrdiff_t readSome(std::FILE* file, char* to, std::size_t size) {
 ByteSource openInput(const std::string& path, const std::string& name) {
     File opened(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
     if (opened == nullptr) {
-        throw InputError(fmt::format("{}: cannot be opened: {}", name, std::strerror(errno)));
+        throw InputError({name, 0, 0, {}, 0}, fmt::format("cannot be opened: {}", std::strerror(errno)));
     }
     // A source can be copied, so it shares the file.
     return [file = std::shared_ptr<std::FILE>(std::move(opened)), name](char* to, std::size_t size) {
         const std::ptrdiff_t count = readSome(file.get(), to, size);
         if (count < 0) {
-            throw InputError(fmt::format("{}: cannot be read: {}", name, std::strerror(errno)));
+            throw InputError({name, 0, 0, {}, 0}, fmt::format("cannot be read: {}", std::strerror(errno)));
         }
         return static_cast<std::size_t>(count);
     };

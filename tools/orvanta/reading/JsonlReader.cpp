@@ -9,6 +9,8 @@
 #include <fmt/format.h>
 #include <simdjson.h>
 
+#include "reading/ContentKind.h"
+#include "reading/JsonPosition.h"
 #include "terminal/TextFormat.h"
 
 namespace OrvantaNS::command {
@@ -22,51 +24,59 @@ static_assert(LineReader::kPadding >= simdjson::SIMDJSON_PADDING);
 constexpr std::string_view kFormat = "orvanta-recording";
 constexpr std::int64_t kVersion = 1;
 
-/// One line as a JSON value, valid until the next line is parsed.
-dom::element parseLine(dom::parser& parser, const LineReader& lines) {
-    if (lines.line().find_first_not_of(" \t\r") == std::string_view::npos) {
-        lines.fail("the line is empty");
-    }
-    dom::element element;
-    // The line reader keeps readable bytes behind the line, so that the parser needs no copy.
-    const auto error = parser.parse(lines.line().data(), lines.line().size(), false).get(element);
+bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r") == std::string_view::npos; }
+
+[[noreturn]] void failSyntax(const LineReader& lines, simdjson::error_code error) {
     switch (error) {
-    case simdjson::SUCCESS:
-        return element;
     case simdjson::UTF8_ERROR:
-        lines.fail("not JSON: the text is not UTF-8");
+        lines.fail("not JSON: the text is not UTF-8", offsetOfSyntaxError(lines.line()));
     case simdjson::NUMBER_ERROR:
-        lines.fail("not JSON: a number is malformed, or too large for 64 bits");
+        lines.fail("not JSON: a number is malformed, or too large for 64 bits", offsetOfSyntaxError(lines.line()));
     case simdjson::DEPTH_ERROR:
         lines.fail("not JSON that can be read: too many levels");
     default:
-        lines.fail("not JSON");
+        lines.fail("not JSON", offsetOfSyntaxError(lines.line()));
     }
 }
 
-/// A whole number that fits T. `what` names the value in the message.
-template <typename T> T wholeNumber(const dom::element& value, std::string_view what, const LineReader& lines) {
-    constexpr int bits = std::numeric_limits<T>::digits + 1;
-    std::int64_t number = 0;
-    if (value.is_uint64() && !value.is_int64()) {
-        lines.fail(fmt::format("{} is out of range: it must fit {} bits", what, bits));
-    }
-    if (value.get(number) != simdjson::SUCCESS || !value.is_int64()) {
-        lines.fail(fmt::format("{} must be a whole number", what));
-    }
-    if (number < std::numeric_limits<T>::lowest() || number > std::numeric_limits<T>::max()) {
-        lines.fail(fmt::format("{} is out of range: it must fit {} bits", what, bits));
-    }
-    return static_cast<T>(number);
+/// One line as a JSON value, valid until the next line is parsed.
+simdjson::error_code parseLine(dom::parser& parser, const LineReader& lines, dom::element& element) {
+    // The line reader keeps readable bytes behind the line, so that the parser needs no copy.
+    return parser.parse(lines.line().data(), lines.line().size(), false).get(element);
 }
 
-std::string_view text(const dom::element& value, std::string_view what, const LineReader& lines) {
-    std::string_view characters;
-    if (value.get(characters) != simdjson::SUCCESS) {
-        lines.fail(fmt::format("{} must be a string", what));
+/// Takes what stands on the current line. A value that cannot be used is refused with the place where it stands.
+class Values {
+public:
+    explicit Values(const LineReader& lines) : lines_(lines) {}
+
+    /// A whole number that fits T. `what` names the value in the message, `offset` tells where it stands.
+    template <typename T, typename Offset>
+    T wholeNumber(const dom::element& value, std::string_view what, const Offset& offset) const {
+        constexpr int bits = std::numeric_limits<T>::digits + 1;
+        std::int64_t number = 0;
+        const bool isTooLarge = value.is_uint64() && !value.is_int64();
+        if (!isTooLarge && (value.get(number) != simdjson::SUCCESS || !value.is_int64())) {
+            lines_.fail(fmt::format("{} must be a whole number", what), offset());
+        }
+        if (isTooLarge || number < std::numeric_limits<T>::lowest() || number > std::numeric_limits<T>::max()) {
+            lines_.fail(fmt::format("{} is out of range: it must fit {} bits", what, bits), offset());
+        }
+        return static_cast<T>(number);
     }
-    return characters;
-}
+
+    template <typename Offset>
+    std::string_view text(const dom::element& value, std::string_view what, const Offset& offset) const {
+        std::string_view characters;
+        if (value.get(characters) != simdjson::SUCCESS) {
+            lines_.fail(fmt::format("{} must be a string", what), offset());
+        }
+        return characters;
+    }
+
+private:
+    const LineReader& lines_;
+};
 
 /// Which of the header's fields have been seen.
 struct SeenFields {
@@ -79,72 +89,110 @@ struct SeenFields {
     bool video = false;
 };
 
-void readFormat(const dom::element& value, const LineReader& lines) {
-    const std::string_view format = text(value, "header field \"format\"", lines);
-    if (format != kFormat) {
-        lines.fail(fmt::format("the format is \"{}\", not \"{}\"", printable(format), kFormat));
+/// One field of the header.
+class HeaderField {
+public:
+    HeaderField(std::string_view name, const dom::element& value, const LineReader& lines)
+        : name_(name), value_(value), lines_(lines) {}
+
+    [[noreturn]] void fail(const std::string& reason) const { lines_.fail(reason, offset()); }
+    std::string label() const { return fmt::format("header field \"{}\"", name_); }
+
+    std::int64_t wholeNumber() const {
+        return Values(lines_).wholeNumber<std::int64_t>(value_, label(), [this] { return offset(); });
+    }
+    std::string_view text() const {
+        return Values(lines_).text(value_, label(), [this] { return offset(); });
+    }
+    bool flag() const {
+        bool flag = false;
+        if (value_.get(flag) != simdjson::SUCCESS) {
+            fail(label() + " must be true or false");
+        }
+        return flag;
+    }
+    double numberAboveZero() const {
+        double number = 0.0;
+        // Reading as a double takes whole numbers too.
+        if (!value_.is_number() || value_.get(number) != simdjson::SUCCESS) {
+            fail(label() + " must be a number");
+        }
+        if (!std::isfinite(number) || number <= 0.0) {
+            fail(label() + " is out of range: it must be above 0");
+        }
+        return number;
+    }
+
+private:
+    std::size_t offset() const { return offsetOfField(lines_.line(), name_); }
+
+    std::string_view name_;
+    dom::element value_;
+    const LineReader& lines_;
+};
+
+void checkFormat(const HeaderField& field) {
+    if (const std::string_view format = field.text(); format != kFormat) {
+        field.fail(fmt::format("the format is \"{}\", not \"{}\"", printable(format), kFormat));
     }
 }
 
-void readVersion(const dom::element& value, const LineReader& lines) {
-    const auto version = wholeNumber<std::int64_t>(value, "header field \"version\"", lines);
-    if (version != kVersion) {
-        lines.fail(fmt::format("the format's version is {}; only version {} can be read", version, kVersion));
+void checkVersion(const HeaderField& field) {
+    if (const auto version = field.wholeNumber(); version != kVersion) {
+        field.fail(fmt::format("the format's version is {}; only version {} can be read", version, kVersion));
     }
 }
 
-double readTimeScale(const dom::element& value, const LineReader& lines) {
-    double scale = 0.0;
-    // Reading as a double takes whole numbers too.
-    if (!value.is_number() || value.get(scale) != simdjson::SUCCESS) {
-        lines.fail("header field \"timeScale\" must be a number");
+dom::object parseHeader(dom::parser& parser, const LineReader& lines) {
+    dom::element element;
+    const auto error = parseLine(parser, lines, element);
+    dom::object header;
+    if (error == simdjson::SUCCESS && element.get(header) == simdjson::SUCCESS) {
+        return header;
     }
-    if (!std::isfinite(scale) || scale <= 0.0) {
-        lines.fail("header field \"timeScale\" is out of range: it must be above 0");
+    if (const std::string remark = contentRemark(lines.line()); !remark.empty()) {
+        lines.fail(remark);
     }
-    return scale;
+    if (error != simdjson::SUCCESS) {
+        failSyntax(lines, error);
+    }
+    lines.fail("the header must be a JSON object", 0);
 }
 
 void readHeader(dom::parser& parser, const LineReader& lines, Recording& recording) {
-    dom::object header;
-    if (parseLine(parser, lines).get(header) != simdjson::SUCCESS) {
-        lines.fail("the header must be a JSON object");
-    }
+    const dom::object header = parseHeader(parser, lines);
     SeenFields seen;
-    const auto once = [&](bool& field, std::string_view name) {
-        if (field) {
-            lines.fail(fmt::format("header field \"{}\" stands twice", name));
-        }
-        field = true;
-    };
     for (const auto [name, value] : header) {
-        if (name == "format") {
-            once(seen.format, name);
-            readFormat(value, lines);
-        } else if (name == "version") {
-            once(seen.version, name);
-            readVersion(value, lines);
-        } else if (name == "timeScale") {
-            once(seen.timeScale, name);
-            recording.params.setTimeScale(readTimeScale(value, lines));
-        } else if (name == "windowsFlag") {
-            once(seen.windowsFlag, name);
-            bool flag = false;
-            if (value.get(flag) != simdjson::SUCCESS) {
-                lines.fail("header field \"windowsFlag\" must be true or false");
+        const HeaderField field(name, value, lines);
+        const auto once = [&](bool& isSeen) {
+            if (isSeen) {
+                field.fail(field.label() + " stands twice");
             }
-            recording.params.setWindowsFlag(flag);
+            isSeen = true;
+        };
+        if (name == "format") {
+            once(seen.format);
+            checkFormat(field);
+        } else if (name == "version") {
+            once(seen.version);
+            checkVersion(field);
+        } else if (name == "timeScale") {
+            once(seen.timeScale);
+            recording.params.setTimeScale(field.numberAboveZero());
+        } else if (name == "windowsFlag") {
+            once(seen.windowsFlag);
+            recording.params.setWindowsFlag(field.flag());
         } else if (name == "description") {
-            once(seen.description, name);
-            recording.description = std::string(text(value, "header field \"description\"", lines));
+            once(seen.description);
+            recording.description = std::string(field.text());
         } else if (name == "videoOffset") {
-            once(seen.videoOffset, name);
-            recording.videoOffset = wholeNumber<std::int64_t>(value, "header field \"videoOffset\"", lines);
+            once(seen.videoOffset);
+            recording.videoOffset = field.wholeNumber();
         } else if (name == "video") {
-            once(seen.video, name);
-            recording.video = std::string(text(value, "header field \"video\"", lines));
+            once(seen.video);
+            recording.video = std::string(field.text());
             if (recording.video->empty()) {
-                lines.fail("header field \"video\" is empty: it must name a file");
+                field.fail(field.label() + " is empty: it must name a file");
             }
         } else {
             recording.unknownFields.add(name);
@@ -158,8 +206,6 @@ void readHeader(dom::parser& parser, const LineReader& lines, Recording& recordi
     required(seen.format, "format");
     required(seen.version, "version");
     required(seen.timeScale, "timeScale");
-    required(seen.windowsFlag, "windowsFlag");
-    required(seen.description, "description");
 }
 
 /// Takes the fields of one event line in turn.
@@ -168,16 +214,12 @@ public:
     EventFields(const dom::array& event, const LineReader& lines)
         : lines_(lines), next_(event.begin()), end_(event.end()) {}
 
-    dom::element take(std::string_view what) {
-        if (!(next_ != end_)) {
-            lines_.fail(fmt::format("{} is missing", what));
-        }
-        const dom::element value = *next_;
-        ++next_;
-        return value;
+    long long takeTime() { return takeNumber<std::int64_t>("the time"); }
+    std::int32_t takeInt(std::string_view what) { return takeNumber<std::int32_t>(what); }
+    std::string_view takeText(std::string_view what) {
+        const dom::element value = take(what);
+        return Values(lines_).text(value, what, [this] { return offsetOfTaken(); });
     }
-    long long takeTime() { return wholeNumber<std::int64_t>(take("the time"), "the time", lines_); }
-    std::int32_t takeInt(std::string_view what) { return wholeNumber<std::int32_t>(take(what), what, lines_); }
     /// The file has left, top, right, bottom; the record another order.
     Rectangle takeRectangle() {
         Rectangle rect;
@@ -189,14 +231,34 @@ public:
     }
     void finish(std::string_view stream) const {
         if (next_ != end_) {
-            lines_.fail(fmt::format("too many fields for stream \"{}\"", stream));
+            lines_.fail(fmt::format("too many fields for stream \"{}\"", stream), offsetOfEntry(lines_.line(), taken_));
         }
+    }
+    /// Refuses the line for its time, which stands first.
+    [[noreturn]] void failAtTime(const std::string& reason) const {
+        lines_.fail(reason, offsetOfEntry(lines_.line(), 0));
     }
 
 private:
+    dom::element take(std::string_view what) {
+        if (!(next_ != end_)) {
+            lines_.fail(fmt::format("{} is missing", what), offsetOfEntry(lines_.line(), taken_));
+        }
+        const dom::element value = *next_;
+        ++next_;
+        ++taken_;
+        return value;
+    }
+    template <typename T> T takeNumber(std::string_view what) {
+        const dom::element value = take(what);
+        return Values(lines_).wholeNumber<T>(value, what, [this] { return offsetOfTaken(); });
+    }
+    std::size_t offsetOfTaken() const { return offsetOfEntry(lines_.line(), taken_ - 1); }
+
     const LineReader& lines_;
     dom::array::iterator next_;
     dom::array::iterator end_;
+    std::size_t taken_ = 0;
 };
 
 /// Index into `kStreamNames`; `kStreamCount` for a stream that the format does not know.
@@ -234,41 +296,74 @@ void addEvent(Params& params, Stream stream, long long time, EventFields& fields
     }
 }
 
+/// Adds the event that the current line is. `latestStream` is the greatest among the lines of the time in hand.
+void readEvent(const dom::element& element, const LineReader& lines, Recording& recording, std::size_t& latestStream) {
+    dom::array event;
+    if (element.get(event) != simdjson::SUCCESS) {
+        lines.fail("an event must be a JSON array", 0);
+    }
+    EventFields fields(event, lines);
+    const long long time = fields.takeTime();
+    const std::string_view stream = fields.takeText("the stream's name");
+    if (recording.events > 0 && time < recording.stop) {
+        fields.failAtTime(fmt::format("the time {} lies before {}, the time of the line before", time, recording.stop));
+    }
+    if (recording.events == 0 || time > recording.stop) {
+        latestStream = 0;
+    }
+    const std::size_t index = streamIndex(stream);
+    if (index == kStreamCount) {
+        recording.unknownStreams.add(stream);
+    } else {
+        addEvent(recording.params, static_cast<Stream>(index), time, fields);
+        fields.finish(stream);
+        recording.streamOrderBreaks += index < latestStream ? 1 : 0;
+        latestStream = std::max(latestStream, index);
+    }
+    recording.stop = time;
+    ++recording.events;
+}
+
+/// Refuses what a tolerant reading passes over in the current line.
+void checkStrictly(const LineReader& lines) {
+    if (isBlank(lines.line())) {
+        lines.fail("the line is empty");
+    }
+    if (lines.line().back() == '\r') {
+        lines.fail("the line ends with CR LF; strict reading wants LF alone", lines.line().size() - 1);
+    }
+}
+
 } // namespace
 
-Recording readJsonLines(LineReader& lines) {
+Recording readJsonLines(LineReader& lines, bool strict) {
     Recording recording;
     recording.name = lines.name();
     recording.form = RecordingForm::JsonLines;
     dom::parser parser;
+    if (strict) {
+        checkStrictly(lines);
+    }
     readHeader(parser, lines, recording);
 
-    std::size_t latestStream = 0; // Among the lines of the time in hand.
+    std::size_t latestStream = 0;
     while (lines.next()) {
-        dom::array event;
-        if (parseLine(parser, lines).get(event) != simdjson::SUCCESS) {
-            lines.fail("an event must be a JSON array");
+        if (strict) {
+            checkStrictly(lines);
         }
-        EventFields fields(event, lines);
-        const long long time = fields.takeTime();
-        const std::string_view stream = text(fields.take("the stream's name"), "the stream's name", lines);
-        if (recording.events > 0 && time < recording.stop) {
-            lines.fail(fmt::format("the time {} lies before {}, the time of the line before", time, recording.stop));
+        if (isBlank(lines.line())) {
+            continue;
         }
-        if (recording.events == 0 || time > recording.stop) {
-            latestStream = 0;
+        dom::element element;
+        if (const auto error = parseLine(parser, lines, element); error != simdjson::SUCCESS) {
+            if (lines.lineIsEnded() || strict || recording.events == 0) {
+                failSyntax(lines, error);
+            }
+            // The recorder was stopped within its last line; what stands before it is whole.
+            recording.cutLine = lines.number();
+            break;
         }
-        const std::size_t index = streamIndex(stream);
-        if (index == kStreamCount) {
-            recording.unknownStreams.add(stream);
-        } else {
-            addEvent(recording.params, static_cast<Stream>(index), time, fields);
-            fields.finish(stream);
-            recording.streamOrderBreaks += index < latestStream ? 1 : 0;
-            latestStream = std::max(latestStream, index);
-        }
-        recording.stop = time;
-        ++recording.events;
+        readEvent(element, lines, recording, latestStream);
     }
     if (recording.events == 0) {
         lines.fail("the recording ends with its header: there is no event");

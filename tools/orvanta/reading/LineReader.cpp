@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "reading/Excerpt.h"
 #include "reading/InputError.h"
 
 namespace OrvantaNS::command {
@@ -40,6 +41,7 @@ bool LineReader::next() {
             lineStart_ = begin_;
             lineLength_ = at - begin_;
             begin_ = at + 1;
+            lineIsEnded_ = true;
             break;
         }
         const std::size_t unfinished = end_ - begin_;
@@ -56,9 +58,12 @@ bool LineReader::next() {
         lineStart_ = begin_;
         lineLength_ = unfinished;
         begin_ = end_;
+        lineIsEnded_ = false;
         break;
     }
-    ++number_;
+    if (++number_ == 1) {
+        takeByteOrderMark();
+    }
     if (lineLength_ > kMaxLineBytes) {
         fail(tooLong());
     }
@@ -67,8 +72,22 @@ bool LineReader::next() {
 
 void LineReader::fail(const std::string& reason) const { failAt(std::max(number_, 1LL), reason); }
 
+void LineReader::fail(const std::string& reason, std::size_t offset) const {
+    const Excerpt excerpt = excerptAt(line(), offset);
+    throw InputError({name_, number_, excerpt.column, excerpt.text, excerpt.caret}, reason);
+}
+
 void LineReader::failAt(long long number, const std::string& reason) const {
-    throw InputError(fmt::format("{}:{}: {}", name_, number, reason));
+    throw InputError({name_, number, 0, {}, 0}, reason);
+}
+
+void LineReader::takeByteOrderMark() {
+    constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+    if (line().starts_with(kByteOrderMark)) {
+        hadByteOrderMark_ = true;
+        lineStart_ += kByteOrderMark.size();
+        lineLength_ -= kByteOrderMark.size();
+    }
 }
 
 /// Brings more of the source behind the unfinished line, which moves to the front; false at the end.

@@ -36,8 +36,15 @@ public:
     /// Number of the current line, from 1; 0 before the first.
     long long number() const { return number_; }
 
+    /// False for a last line that no line end follows: whoever wrote the file may have been stopped within it.
+    bool lineIsEnded() const { return lineIsEnded_; }
+    /// True when a UTF-8 byte order mark stood before the first line; it is no part of that.
+    bool hadByteOrderMark() const { return hadByteOrderMark_; }
+
     /// Throws an `InputError` about the current line (about line 1 before the first).
     [[noreturn]] void fail(const std::string& reason) const;
+    /// The same about byte `offset` of the current line, with the text around it.
+    [[noreturn]] void fail(const std::string& reason, std::size_t offset) const;
     /// Throws an `InputError` about line `number`.
     [[noreturn]] void failAt(long long number, const std::string& reason) const;
 
@@ -45,6 +52,7 @@ public:
 
 private:
     bool fill();
+    void takeByteOrderMark();
 
     ByteSource source_;
     std::string name_;
@@ -52,6 +60,8 @@ private:
     std::size_t begin_ = 0; // First byte that belongs to no line yet.
     std::size_t end_ = 0;   // One past the last byte read.
     bool atEnd_ = false;
+    bool lineIsEnded_ = true;
+    bool hadByteOrderMark_ = false;
     std::size_t lineStart_ = 0;
     std::size_t lineLength_ = 0;
     long long number_ = 0;

@@ -52,7 +52,7 @@ enum class RecordingForm : std::uint8_t {
 };
 
 struct Recording {
-    std::string name; ///< The file, as messages call it.
+    std::string name; ///< The file, as the command line has it; "<stdin>" for the standard input.
     RecordingForm form = RecordingForm::JsonLines;
     /// The streams, the time scale and the windows flag. A dump also gives the target size.
     Params params;
@@ -66,19 +66,31 @@ struct Recording {
     NameCounter unknownStreams;           ///< Lines of streams that the format does not know.
     /// Lines that stand behind a line of a later stream with the same time.
     long long streamOrderBreaks = 0;
+    std::string compression;   ///< "gzip" or "zstd" where the file was packed; empty where it was not.
+    bool archiveIsCut = false; ///< The packed file ends in its middle.
+    long long cutLine = 0;     ///< Number of a last line that ends in its middle and was left out; 0 for none.
 
     double startSeconds() const;
     double stopSeconds() const;
     double toSeconds(long long ticks) const;
 
-    /// One warning about what was passed over, without the program's name; empty when nothing was.
-    std::string warning() const;
+    /// What the reader of the results should know: what was passed over, what was cut off, and a length that points to a
+    /// wrong time scale. A sentence each, which begins with the file's name.
+    std::vector<std::string> warnings() const;
+    /// A sentence on a time scale that can hardly be meant, from the length that it gives; empty for a likely length.
+    std::string lengthRemark() const;
+};
+
+/// How much a file may differ from the format.
+enum class Reading : std::uint8_t {
+    Tolerant, ///< Takes gzip and zstd, blank lines, CR LF, a byte order mark, and a last line that was cut off.
+    Strict,   ///< Refuses all of these.
 };
 
 /// Reads a recording in either form, told apart by its first line. Throws `InputError`, and whatever the source throws.
-Recording readRecording(ByteSource source, const std::string& name);
+Recording readRecording(ByteSource source, const std::string& name, Reading reading = Reading::Tolerant);
 
 /// Reads a file, or the standard input when `path` is "-". Throws `InputError`, and `Interrupted` on Ctrl-C.
-Recording readRecordingFile(const std::string& path);
+Recording readRecordingFile(const std::string& path, Reading reading = Reading::Tolerant);
 
 } // namespace OrvantaNS::command

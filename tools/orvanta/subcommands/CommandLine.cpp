@@ -1,22 +1,24 @@
 #include "subcommands/CommandLine.h"
 
-#include <cstdio>
-#include <exception>
-#include <new>
-#include <string>
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
 
 #include <fmt/format.h>
 
-#include "OrvantaException.h"
-#include "asking/OptionError.h"
-#include "reading/InputError.h"
+#include "subcommands/Failures.h"
 #include "subcommands/FrameCommand.h"
+#include "subcommands/HelpFormatter.h"
 #include "subcommands/InfoCommand.h"
 #include "subcommands/InspectCommand.h"
 #include "subcommands/KeyframesCommand.h"
 #include "subcommands/RenderCommand.h"
 #include "subcommands/ReportCommand.h"
 #include "terminal/Interrupt.h"
+#include "terminal/NearestName.h"
+#include "terminal/Terminal.h"
+#include "terminal/TextFormat.h"
+#include "writing/Output.h"
 #include "writing/ToolVersion.h"
 
 namespace OrvantaNS::command {
@@ -25,16 +27,20 @@ namespace {
 
 constexpr const char* kExamples = R"(Examples:
   orvanta keyframes session.jsonl --size 640x400
-  orvanta keyframes session.jsonl --size 9:16 --format json -o portrait.json
-  orvanta keyframes session.jsonl --size 0.5 --clip 0:30:2:00 --fade 0.5
+  orvanta keyframes session.jsonl --size 9:16 -o portrait.json
+  orvanta keyframes session.jsonl --size 0.5 --clip 0:30:2:00
+  orvanta keyframes *.jsonl --size 0.5 --out-dir keyframes
   orvanta frame session.jsonl --size 640x400 --at 1:05.5
-  orvanta frame session.jsonl --size 640x400 --window
   orvanta inspect session.jsonl --size 640x400
   orvanta report session.jsonl --size 640x400 -o report.html
-  gunzip -c session.jsonl.gz | orvanta info -
+  orvanta info session.jsonl.gz
+  orvanta help keyframes
 
-Exit status: 0 done; 1 the engine failed or the result could not be written;
-2 the recording or an option cannot be used; 130 stopped by Ctrl-C.)";
+Exit status: 0 done; 1 the engine failed or the result could not be
+written; 2 the recording or an option cannot be used; 130 stopped by
+Ctrl-C.)";
+
+constexpr int kUsualColumns = 80;
 
 /// In the order in which the help names them.
 std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
@@ -48,9 +54,45 @@ std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     return subcommands;
 }
 
-ExitStatus complain(const std::string& message, ExitStatus status) {
-    fmt::print(stderr, "orvanta: {}\n", message);
-    return status;
+std::string versionText() { return fmt::format("orvanta {}\n", toolVersion()); }
+
+/// True when the command line asks for JSON, whether or not the rest of it can be understood.
+bool asksForJson(int argc, const char* const* argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view word = argv[i];
+        if (word == "--format=json" ||
+            (word == "--format" && i + 1 < argc && std::string_view(argv[i + 1]) == "json")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::vector<std::string> optionNames(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    return names;
+}
+
+/// What stands on the command line beyond what was asked for, in its order.
+std::string extrasText(const CLI::App& app) {
+    const std::vector<std::string> extras = app.remaining();
+    std::string shown;
+    std::string suggestion;
+    for (const std::string& extra : extras) {
+        shown += " " + printableName(extra);
+        const std::string name = extra.substr(0, extra.find('='));
+        if (suggestion.empty() && name.starts_with("--")) {
+            suggestion = nearestName(name, optionNames(app));
+        }
+    }
+    const bool isOption = extras.size() == 1 && extras.front().starts_with("-");
+    return fmt::format("{}{}{}", isOption ? "there is no option" : "not expected:", shown,
+                       suggestion.empty() ? "" : "; did you mean " + suggestion + "?");
 }
 
 } // namespace
@@ -59,48 +101,116 @@ CommandLine::CommandLine()
     : app_("Decides where the picture of a screen recording stands in a smaller output frame."),
       subcommands_(makeSubcommands()) {
     app_.name("orvanta");
+    app_.formatter(std::make_shared<HelpFormatter>(terminalColumns(stdout, kUsualColumns)));
     app_.footer(kExamples);
-    app_.set_version_flag("--version", fmt::format("orvanta {}", toolVersion()));
     app_.require_subcommand(1);
     for (const auto& subcommand : subcommands_) {
         subcommand->addTo(app_);
     }
+    addHelpAndVersion();
+}
+
+void CommandLine::addHelpAndVersion() {
+    app_.set_version_flag("-V,--version", versionText());
+    help_ = app_.add_subcommand("help", "Print this help, or that of a subcommand");
+    help_->add_option("SUBCOMMAND", helpTopic_, "Subcommand to print the help of")->expected(0, 1);
+    version_ = app_.add_subcommand("version", "Print the version");
+}
+
+void CommandLine::printHelp(const std::vector<std::string>& names) const {
+    if (names.empty()) {
+        // Not `help()`, which would give that of the subcommand on the command line.
+        writeOutput({}, app_.get_formatter()->make_help(&app_, app_.get_name(), CLI::AppFormatMode::Normal));
+        return;
+    }
+    const auto known = subcommandNames();
+    if (std::find(known.begin(), known.end(), names.front()) == known.end()) {
+        throw unknownSubcommand(names.front());
+    }
+    writeOutput({}, app_.get_subcommand(names.front())->help("orvanta"));
+}
+
+std::vector<std::string> CommandLine::subcommandNames() const {
+    std::vector<std::string> names;
+    for (const CLI::App* subcommand : app_.get_subcommands({})) {
+        names.push_back(subcommand->get_name());
+    }
+    return names;
+}
+
+Failure CommandLine::unknownSubcommand(const std::string& word) const {
+    const std::string nearest = nearestName(word, subcommandNames());
+    std::error_code error;
+    Failure failure{fmt::format("there is no subcommand {}", printableName(word)), kBadInput};
+    failure.advice = "orvanta --help";
+    if (!nearest.empty()) {
+        failure.message += fmt::format("; did you mean {}?", nearest);
+    } else if (std::filesystem::is_regular_file(word, error)) {
+        failure.message = fmt::format("{} is a file; a subcommand comes first", printableName(word));
+        failure.advice = fmt::format("orvanta info {}", printableName(word));
+    }
+    return failure;
+}
+
+Failure CommandLine::usageFailure(const CLI::ParseError& error) const {
+    const std::vector<CLI::App*> chosen = app_.get_subcommands();
+    const CLI::App& app = chosen.empty() ? app_ : *chosen.back();
+    Failure failure{error.what(), kBadInput};
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+        failure.message = extrasText(app);
+    } else if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && chosen.empty()) {
+        failure.message = "a subcommand is missing";
+    }
+    failure.advice = chosen.empty() ? "orvanta --help" : fmt::format("orvanta {} --help", app.get_name());
+    return failure;
 }
 
 ExitStatus CommandLine::parseAndRun(int argc, const char* const* argv) {
+    if (argc > 1 && argv[1][0] != '-') {
+        const auto known = subcommandNames();
+        if (std::find(known.begin(), known.end(), argv[1]) == known.end()) {
+            throw unknownSubcommand(argv[1]);
+        }
+    }
     try {
         app_.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        writeOutput({}, app_.help());
+        return kDone;
+    } catch (const CLI::CallForVersion&) {
+        writeOutput({}, versionText());
+        return kDone;
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) {
-            app_.exit(error); // Help and version.
-            return kDone;
-        }
-        return complain(fmt::format("{}\nTry: orvanta --help", error.what()), kBadInput);
+        throw usageFailure(error);
+    }
+    if (help_->parsed()) {
+        printHelp(helpTopic_);
+        return kDone;
+    }
+    if (version_->parsed()) {
+        writeOutput({}, versionText());
+        return kDone;
     }
     catchInterrupts();
     for (const auto& subcommand : subcommands_) {
         if (subcommand->isChosen()) {
-            return subcommand->run();
+            return subcommand->execute();
         }
     }
     return kDone; // Not reached: the parser requires one.
 }
 
 ExitStatus CommandLine::run(int argc, const char* const* argv) {
+    messageStyle().json = asksForJson(argc, argv);
     try {
         return parseAndRun(argc, argv);
-    } catch (const InputError& error) {
-        return complain(error.what(), kBadInput);
-    } catch (const OptionError& error) {
-        return complain(error.what(), kBadInput);
-    } catch (const Interrupted& error) {
-        return complain(error.what(), kInterrupted);
-    } catch (const OrvantaException& error) {
-        return complain(fmt::format("{} (code {})", error.what(), static_cast<int>(error.errorCode())), kFailed);
-    } catch (const std::bad_alloc&) {
-        return complain("out of memory", kFailed);
-    } catch (const std::exception& error) {
-        return complain(error.what(), kFailed);
+    } catch (const Failure& failure) {
+        tellFailure(failure);
+        return failure.status;
+    } catch (...) {
+        const Failure failure = currentFailure();
+        tellFailure(failure);
+        return failure.status;
     }
 }
 

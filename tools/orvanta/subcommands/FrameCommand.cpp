@@ -18,20 +18,6 @@ public:
                      "  orvanta frame session.jsonl --size 640x400 --at 1:05.5\n"
                      "  orvanta frame session.jsonl --size 640x400 --window") {}
 
-    ExitStatus run() override {
-        const std::optional<double> moment = momentAsked();
-        const RequestOptions request = request_.value();
-        refuseOverwriting(output_.output.path, recording_.path);
-        Recording recording = recording_.read();
-        completeRequest(recording, request);
-        const OV_TIME_RECT frame = moment
-                                       ? askFrameAt(recording.params, request.engine, resolveMoment(*moment, recording))
-                                       : askFrameAtWindow(recording.params, request.engine);
-        // These two questions are answered without shots, so there is no reason to give.
-        output_.write({recording, request.engine, {{frame, OV_MERGE_NONE, std::nullopt}}, false});
-        return kDone;
-    }
-
 protected:
     void addOptions(CLI::App& app) override {
         recording_.addTo(app);
@@ -39,6 +25,21 @@ protected:
         app.add_flag("--window", window_, "Frame the recording's first window, whatever the moment");
         request_.addTo(app);
         output_.addTo(app);
+    }
+
+    bool speaksJson() const override { return output_.value().name == "json"; }
+    ExitStatus run() override {
+        const std::optional<double> moment = momentAsked();
+        const RequestOptions request = request_.value();
+        refuseOverwriting(output_.output.path, recording_.path);
+        Recording recording = recording_.read();
+        completeRequest(recording, request, moment ? Question::Timeline : Question::Window);
+        const OV_TIME_RECT frame = moment
+                                       ? askFrameAt(recording.params, request.engine, resolveMoment(*moment, recording))
+                                       : askFrameAtWindow(recording.params, request.engine);
+        // These two questions are answered without shots, so there is no reason to give.
+        output_.write({recording, request.engine, {{frame, OV_MERGE_NONE, std::nullopt}}, false});
+        return kDone;
     }
 
 private:
@@ -52,7 +53,7 @@ private:
         }
         const auto seconds = parseTime(at_);
         if (!seconds) {
-            throw OptionError(fmt::format("--at {}: expected seconds or m:ss.mmm", at_));
+            throw OptionError(fmt::format("--at {}: expected seconds, 500ms, m:ss.mmm or h:mm:ss", at_));
         }
         return seconds;
     }

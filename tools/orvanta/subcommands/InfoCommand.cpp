@@ -14,13 +14,13 @@ public:
         : Subcommand("info", "Print what a recording holds, and what is odd about it", "  orvanta info session.jsonl") {
     }
 
+protected:
+    void addOptions(CLI::App& app) override { recording_.addTo(app); }
+
     ExitStatus run() override {
         writeOutput({}, infoText(recording_.read()));
         return kDone;
     }
-
-protected:
-    void addOptions(CLI::App& app) override { recording_.addTo(app); }
 
 private:
     RecordingArgument recording_;

@@ -1,6 +1,7 @@
 #include "subcommands/InspectCommand.h"
 
 #include "subcommands/OptionGroups.h"
+#include "terminal/Messages.h"
 #include "writing/Inspection.h"
 #include "writing/Output.h"
 
@@ -14,18 +15,6 @@ public:
         : Subcommand("inspect", "Print what the value engine makes of a recording, stage by stage",
                      "  orvanta inspect session.jsonl --size 640x400 --format json -o stages.json") {}
 
-    ExitStatus run() override {
-        RequestOptions request;
-        request.size = size_.value();
-        request.fadeSeconds = fade_.value();
-        request.clip = clip_.value();
-        refuseOverwriting(output_.path, recording_.path);
-        Recording recording = recording_.read();
-        completeRequest(recording, request);
-        inspect(recording);
-        return kDone;
-    }
-
 protected:
     void addOptions(CLI::App& app) override {
         recording_.addTo(app);
@@ -38,6 +27,19 @@ protected:
         output_.addTo(app);
     }
 
+    bool speaksJson() const override { return format_ == "json"; }
+    ExitStatus run() override {
+        RequestOptions request;
+        request.size = size_.value();
+        request.fadeSeconds = fade_.value();
+        request.clip = clip_.value();
+        refuseOverwriting(output_.path, recording_.path);
+        Recording recording = recording_.read();
+        completeRequest(recording, request);
+        inspect(recording);
+        return kDone;
+    }
+
 private:
     void inspect(const Recording& recording) const {
         Inspection inspection;
@@ -47,9 +49,17 @@ private:
                 keepStage(inspection, stage, reached);
             });
         } catch (const OrvantaException& failure) {
+            inspection.failure = failure.what();
+            if (failure.errorCode() == OVERR_NO_KEYFRAMES && !recording_.strict) {
+                // No failure to a user: the whole recording stays on show.
+                const KeyframeAnswer answer = wholeRecordingAnswer(recording);
+                tellNote(answer.remark);
+                inspection.keyframes = answer.keyframes;
+                write(inspection, recording);
+                return;
+            }
             if (output_.path.empty()) {
                 // The stages before a failure are what tells why it came.
-                inspection.failure = failure.what();
                 write(inspection, recording);
             }
             throw;

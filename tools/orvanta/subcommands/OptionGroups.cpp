@@ -4,20 +4,26 @@
 
 #include <fmt/format.h>
 
-#include "terminal/ProgressBar.h"
+#include "terminal/Messages.h"
+#include "terminal/Terminal.h"
+#include "terminal/TextFormat.h"
 #include "writing/Output.h"
 
 namespace OrvantaNS::command {
 
 void RecordingArgument::addTo(CLI::App& app) {
     app.add_option("RECORDING", path, "Recording in JSON Lines or captured request; - for the standard input")
-        ->required();
+        ->required()
+        ->type_name("FILE");
+    app.add_flag("--strict", strict,
+                 "Refuse recordings that are cut off, packed, or not exactly in the format, and clips in which nothing "
+                 "happens");
 }
 
 Recording RecordingArgument::read() const {
-    Recording recording = readRecordingFile(path);
-    if (const std::string warning = recording.warning(); !warning.empty()) {
-        fmt::print(stderr, "orvanta: {}\n", warning);
+    Recording recording = readRecordingFile(path, strict ? Reading::Strict : Reading::Tolerant);
+    for (const std::string& warning : recording.warnings()) {
+        tellWarning(warning);
     }
     return recording;
 }
@@ -39,16 +45,18 @@ void FadeArgument::addTo(CLI::App& app) {
 }
 
 double FadeArgument::value() const {
-    const auto seconds = parseDecimal(text);
+    const auto seconds = text.find(':') == std::string::npos ? parseTime(text) : std::nullopt;
     if (!seconds) {
-        throw OptionError(fmt::format("--fade {}: expected a number of seconds", text));
+        throw OptionError(
+            fmt::format("--fade {}: expected a number of seconds, or of milliseconds such as 500ms", printable(text)));
     }
     return *seconds;
 }
 
 void ClipArgument::addTo(CLI::App& app) {
-    app.add_option("--clip", text,
-                   "Stretch to work on, in seconds or m:ss.mmm; either end may be left out (default: all)")
+    app.add_option(
+           "--clip", text,
+           "Stretch to work on, in seconds or as m:ss.mmm, h:mm:ss or 500ms; either end may be left out (default: all)")
         ->type_name("START:STOP");
 }
 

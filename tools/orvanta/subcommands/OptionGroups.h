@@ -13,9 +13,10 @@
 
 namespace OrvantaNS::command {
 
-/// RECORDING.
+/// RECORDING, and --strict.
 struct RecordingArgument {
     std::string path;
+    bool strict = false;
 
     void addTo(CLI::App& app);
     /// Reads it, and warns of what was passed over. Throws `InputError` and `Interrupted`.

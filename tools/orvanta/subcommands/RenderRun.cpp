@@ -30,14 +30,14 @@ extern "C" {
 }
 
 #include "CameraPath.h"
-#include "OrvantaException.h"
 #include "asking/OutputSize.h"
 #include "reading/InputError.h"
 #include "reading/VideoLookup.h"
 #include "render/RenderError.h"
 #include "render/VideoRendering.h"
 #include "terminal/Interrupt.h"
-#include "terminal/ProgressBar.h"
+#include "terminal/Messages.h"
+#include "terminal/ProgressLine.h"
 #include "terminal/RenderBar.h"
 #include "writing/Output.h"
 
@@ -47,7 +47,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void notice(const std::string& text) { fmt::print(stderr, "orvanta: {}\n", text); }
+void notice(const std::string& text) { tellNote(text); }
 
 AVRational parseRate(const std::string& text) {
     AVRational rate{0, 1};
@@ -58,17 +58,15 @@ AVRational parseRate(const std::string& text) {
     return rate;
 }
 
-std::vector<OV_TIME_RECT> plan(const Params& params, EngineChoice engine) {
+std::vector<OV_TIME_RECT> plan(const Recording& recording, EngineChoice engine) {
+    const KeyframeAnswer answer = answerKeyframes(recording, engine);
+    if (!answer.remark.empty()) {
+        tellNote(answer.remark);
+        return {};
+    }
     std::vector<OV_TIME_RECT> frames;
-    try {
-        for (const ReasonedKeyframe& keyframe : askKeyframes(params, engine)) {
-            frames.push_back(keyframe.frame);
-        }
-    } catch (const OrvantaException& failure) {
-        if (failure.errorCode() != OVERR_NO_KEYFRAMES) {
-            throw;
-        }
-        notice("nothing calls for a closer look; the whole recording stays on show");
+    for (const ReasonedKeyframe& keyframe : answer.keyframes) {
+        frames.push_back(keyframe.frame);
     }
     return frames;
 }
@@ -182,10 +180,10 @@ private:
         RequestOptions options = request_.request;
         options.size = SizeOption{};
         options.size->pixels = planned.value_or(size);
-        completeRequest(recording_, options);
+        completeRequest(recording_, options, planned ? Question::Timeline : Question::Nothing);
         std::vector<OV_TIME_RECT> keyframes;
         if (planned) {
-            keyframes = plan(recording_.params, options.engine);
+            keyframes = plan(recording_, options.engine);
         } else {
             notice(fmt::format(
                 "a picture of {}x{} at --max-zoom {} shows the whole recording anyway, so the camera stays; a "
@@ -215,7 +213,7 @@ private:
         render::OutputFile file(request_.output);
         render::RenderOutcome outcome;
         {
-            RenderBar bar(progressTerminal());
+            RenderBar bar(progressScreen().out);
             const auto tell = [&bar](const render::RenderState& state) {
                 bar.show({state.pictures, state.seconds, state.ofSeconds, state.pass, state.passes});
             };

@@ -75,8 +75,8 @@ private:
             Json document = requestDocument(recording, engine);
             document["failure"] = Json();
             Json& keyframes = document["keyframes"] = Json::array();
-            for (const ReasonedKeyframe& keyframe : askKeyframes(recording.params, engine)) {
-                keyframes.push_back(keyframeEntry(keyframe, recording, false));
+            for (const ReasonedKeyframe& keyframe : answerKeyframes(recording, engine).keyframes) {
+                keyframes.push_back(keyframeEntry(keyframe, recording, keyframe.mode == kNothingCloser));
             }
             return document;
         }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "terminal/Messages.h"
+
 namespace OrvantaNS::command {
 
 Subcommand::Subcommand(std::string name, std::string description, std::string examples)
@@ -13,6 +15,13 @@ void Subcommand::addTo(CLI::App& root) {
     const bool several = std::count(examples_.begin(), examples_.end(), '\n') > 0;
     app_->footer((several ? "Examples:\n" : "Example:\n") + examples_);
     addOptions(*app_);
+    app_->add_flag("-q,--quiet", quiet_, "No warnings, notes and progress; errors are told all the same");
+    app_->add_flag("--no-progress", noProgress_, "No progress bar");
+}
+
+ExitStatus Subcommand::execute() {
+    messageStyle() = {quiet_, speaksJson(), !noProgress_};
+    return run();
 }
 
 } // namespace OrvantaNS::command

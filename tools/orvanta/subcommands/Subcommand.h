@@ -16,26 +16,31 @@ public:
     Subcommand(const Subcommand&) = delete;
     Subcommand& operator=(const Subcommand&) = delete;
 
-    /// Adds the subcommand with its options.
+    /// Adds the subcommand with its options, and with those that all of them take (--quiet, --no-progress).
     void addTo(CLI::App& root);
     /// True once the command line that was parsed names it.
     bool isChosen() const { return app_ != nullptr && app_->parsed(); }
 
-    /// Does what was asked. May throw `InputError`, `OptionError`, `OutputError`, `OrvantaException`, `NoAnswer` and
-    /// `Interrupted`; a failure leaves no output file.
-    virtual ExitStatus run() = 0;
+    /// Does what was asked, in the style of messages that the options ask for. May throw `InputError`, `OptionError`,
+    /// `OutputError`, `OrvantaException`, `NoAnswer` and `Interrupted`; a failure leaves no output file.
+    ExitStatus execute();
 
 protected:
     /// `examples` are whole command lines, one a line.
     Subcommand(std::string name, std::string description, std::string examples);
 
     virtual void addOptions(CLI::App& app) = 0;
+    /// True when messages go to a program: results are asked for as JSON.
+    virtual bool speaksJson() const { return false; }
+    virtual ExitStatus run() = 0;
 
 private:
     std::string name_;
     std::string description_;
     std::string examples_;
     CLI::App* app_ = nullptr;
+    bool quiet_ = false;
+    bool noProgress_ = false;
 };
 
 } // namespace OrvantaNS::command

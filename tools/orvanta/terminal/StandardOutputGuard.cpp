@@ -4,8 +4,10 @@
 
 namespace OrvantaNS::command {
 
-StandardOutputGuard::StandardOutputGuard() : saved_(std::cout.rdbuf(std::cerr.rdbuf())) {}
+StandardOutputGuard::StandardOutputGuard() : saved_(std::cout.rdbuf(nullptr)) {}
 
-StandardOutputGuard::~StandardOutputGuard() { std::cout.rdbuf(saved_); }
+StandardOutputGuard::~StandardOutputGuard() {
+    std::cout.rdbuf(saved_); // Clears the state too, which printing to nowhere has set.
+}
 
 } // namespace OrvantaNS::command

@@ -1,12 +1,12 @@
-// Keeps the library's own lines out of the results.
+// Keeps the library's own lines away from the results.
 #pragma once
 
 #include <streambuf>
 
 namespace OrvantaNS::command {
 
-/// While it lives, what the library prints to the standard output goes to the standard error: results keep the standard
-/// output for themselves, and the lines ahead of a failure stand beside its message.
+/// While it lives, what the library prints to the standard output (sizes and states ahead of some failures, for developers of
+/// hosts) is dropped: results keep the standard output for themselves, and the command has words of its own for failures.
 class StandardOutputGuard {
 public:
     StandardOutputGuard();

@@ -1,6 +1,8 @@
 #include "terminal/TextFormat.h"
 
+#include <array>
 #include <cmath>
+#include <cstdint>
 
 #include <fmt/format.h>
 
@@ -12,6 +14,41 @@ namespace {
 
 /// Seconds: from here on doubles are too coarse for milliseconds.
 constexpr double kMillisecondLimit = 1e12;
+
+struct Character {
+    char32_t code = 0;
+    std::size_t bytes = 1;
+    bool isUtf8 = false; ///< False for a byte that begins no character; it stands alone.
+};
+
+/// The character that begins at `at`.
+Character characterAt(std::string_view text, std::size_t at) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[at + i]); };
+    const unsigned char first = byte(0);
+    if (first < 0x80) {
+        return {first, 1, true};
+    }
+    const std::size_t bytes = first >= 0xf0 ? 4 : first >= 0xe0 ? 3 : 2;
+    if (first < 0xc2 || first > 0xf4 || at + bytes > text.size()) {
+        return {};
+    }
+    char32_t code = first & (0x7fU >> bytes);
+    for (std::size_t i = 1; i < bytes; ++i) {
+        if ((byte(i) & 0xc0U) != 0x80U) {
+            return {};
+        }
+        code = (code << 6U) | (byte(i) & 0x3fU);
+    }
+    constexpr std::array<char32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
+    const bool surrogate = code >= 0xd800 && code <= 0xdfff;
+    return code < kSmallest[bytes] || code > 0x10ffff || surrogate ? Character{} : Character{code, bytes, true};
+}
+
+/// Characters that steer a terminal or move text about: C1 controls, and marks of lines and of writing direction.
+bool steersText(char32_t code) {
+    return (code >= 0x80 && code < 0xa0) || code == 0x200e || code == 0x200f || (code >= 0x2028 && code <= 0x202e) ||
+           (code >= 0x2066 && code <= 0x2069) || code == 0xfeff;
+}
 
 } // namespace
 
@@ -30,22 +67,24 @@ std::string rectText(const Rectangle& rect) {
 
 std::string printable(std::string_view text, std::size_t longest) {
     std::string shown;
-    for (const char c : text.substr(0, longest)) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7f) {
-            shown += fmt::format("\\x{:02x}", byte);
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const Character next = characterAt(text, at);
+        if (at + next.bytes > longest) {
+            return shown + "...";
+        }
+        if (!next.isUtf8 || next.code < 0x20 || next.code == 0x7f) {
+            shown += fmt::format("\\x{:02x}", static_cast<unsigned char>(text[at]));
+        } else if (steersText(next.code)) {
+            shown += fmt::format("\\u{{{:04x}}}", static_cast<std::uint32_t>(next.code));
         } else {
-            shown += c;
+            shown += text.substr(at, next.bytes);
         }
-    }
-    if (text.size() > longest) {
-        // A character that the cut went through would come out broken.
-        while (!shown.empty() && (static_cast<unsigned char>(shown.back()) & 0x80U) != 0) {
-            shown.pop_back();
-        }
-        shown += "...";
+        at += next.bytes;
     }
     return shown;
 }
+
+std::string printableName(std::string_view name) { return printable(name, std::string_view::npos); }
 
 } // namespace OrvantaNS::command

@@ -146,7 +146,7 @@ std::string inspectionText(const Inspection& inspection, const Recording& record
     if (inspection.stages > OV_PIPELINE_SHOTS) {
         text += shotsText(inspection.shots);
     }
-    if (inspection.stages > OV_PIPELINE_KEYFRAMES) {
+    if (inspection.stages > OV_PIPELINE_KEYFRAMES || !inspection.keyframes.empty()) {
         text += fmt::format("\nKeyframes: {}\n", inspection.keyframes.size());
         for (const ReasonedKeyframe& keyframe : inspection.keyframes) {
             text += fmt::format("  {:>5}  {:>9}  {:<11}  {}\n",
