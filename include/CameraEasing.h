@@ -44,6 +44,7 @@ public:
     /// when both y lie in 0 to 1.
     double at(double x) const;
 
+    /// The control points.
     double x1() const { return x1_; }
     double y1() const { return y1_; }
     double x2() const { return x2_; }

@@ -16,8 +16,8 @@ namespace OrvantaNS {
 /// What the output frame shows: a rectangle of the recording, in local pixels, fractions included. (0, 0) is the top
 /// left of the first recording region; y grows downward.
 struct CameraFrame {
-    double left = 0.0;
-    double top = 0.0;
+    double left = 0.0;   ///< Left edge.
+    double top = 0.0;    ///< Top edge.
     double width = 0.0;  ///< Above 0.
     double height = 0.0; ///< Above 0; `width` / `height` is the target's shape.
     /// The frame is wider or higher than the recording. It then stands out evenly on both sides of that dimension.
@@ -111,6 +111,7 @@ public:
     /// The frame that shows the whole recording, such as before the first move.
     const CameraFrame& wholeFrame() const { return whole_; }
 
+    /// What the path was made from, beside the keyframes.
     const CameraSetup& setup() const { return setup_; }
 
 private:

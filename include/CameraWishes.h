@@ -20,8 +20,8 @@ using CameraStretch = Interval_Type<long long>;
 /// A frame of one's own for a stretch: at its start the camera sets off to `rect`, at its stop to where it would be
 /// without the pin.
 struct CameraPin {
-    CameraStretch stretch;
-    Rectangle rect; ///< Local pixels; covers at least one.
+    CameraStretch stretch; ///< When.
+    Rectangle rect;        ///< Local pixels; covers at least one.
 
     friend bool operator==(const CameraPin& a, const CameraPin& b) {
         return a.stretch.start == b.stretch.start && a.stretch.stop == b.stretch.stop && a.rect == b.rect;
@@ -56,8 +56,8 @@ enum class CameraOrigin : std::uint8_t {
 
 /// A keyframe of the list that wishes lead to.
 struct CameraWishedKeyframe {
-    OV_TIME_RECT frame;
-    CameraOrigin origin = CameraOrigin::Keyframe;
+    OV_TIME_RECT frame;                           ///< The keyframe: ticks, local pixels.
+    CameraOrigin origin = CameraOrigin::Keyframe; ///< What it goes back to.
     std::size_t index = 0; ///< Of the keyframe, the pin or the stretch in the list given; 0 for `Start`.
 
     friend bool operator==(const CameraWishedKeyframe& a, const CameraWishedKeyframe& b) {

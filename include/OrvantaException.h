@@ -28,6 +28,7 @@ public:
     std::string message; ///< The fixed text of the failure.
     OVERR_CODES code;    ///< Its code.
 
+    /// A failure with its text and its code.
     OrvantaException(const std::string& text, const OVERR_CODES& reason);
     ~OrvantaException() override;
 

@@ -23,6 +23,7 @@ class VoteRuns;
 /// ticks per second. The steps are there for maps and single events as well, with the same outcome tick by tick.
 class ORVANTA_EXPORT OrvantaVotingAlgorithm : public Orvanta {
 public:
+    /// What the questions of `Orvanta` answer.
     using KeyframeList = std::shared_ptr<std::vector<OV_TIME_RECT>>;
     /// The ballot: candidates for the output frame, each with the weight by which every vote for it is multiplied.
     /// Local pixels: (0, 0) is the top left of the first recording region. A target is known by its index.

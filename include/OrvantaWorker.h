@@ -34,6 +34,7 @@ enum OV_PIPELINE_STAGE : std::int32_t {
 /// travels in the `OV_DATA_STORE`. Slices and objects are named by index, and indices are trusted.
 class ORVANTA_EXPORT OrvantaWorker : public Orvanta {
 public:
+    /// What the questions of `Orvanta` answer.
     using KeyframeList = std::shared_ptr<std::vector<OV_TIME_RECT>>;
     /// The merge queue: a max-heap by priority whose ties follow its exact moves.
     using MergeQueue = std::vector<MERGE_ENTRY>;

@@ -97,14 +97,14 @@ enum orvanta_parameter {
 
 /** Why a call failed. Belongs to the caller, who sets `struct_size` to sizeof(orvanta_error) before each call. */
 typedef struct orvanta_error {
-    uint32_t struct_size;
-    int32_t code;      /**< An orvanta_code; ORVANTA_OK after a call that did not fail. */
-    int32_t parameter; /**< An orvanta_parameter: what the error is about. */
-    int32_t reserved;
-    double value;      /**< What was given, where that is a number; else 0. */
-    double limit;      /**< The bound that it missed, where there is one; else 0. */
-    int64_t index;     /**< The sample or row at fault, from 0; -1 where there is none. */
-    char message[256]; /**< One sentence in English that says what is wrong and what to do; ends with a zero byte. */
+    uint32_t struct_size; /**< sizeof(orvanta_error) as the host knows it. */
+    int32_t code;         /**< An orvanta_code; ORVANTA_OK after a call that did not fail. */
+    int32_t parameter;    /**< An orvanta_parameter: what the error is about. */
+    int32_t reserved;     /**< Zero. */
+    double value;         /**< What was given, where that is a number; else 0. */
+    double limit;         /**< The bound that it missed, where there is one; else 0. */
+    int64_t index;        /**< The sample or row at fault, from 0; -1 where there is none. */
+    char message[256];    /**< One sentence in English that says what is wrong and what to do; ends with a zero byte. */
 } orvanta_error;
 
 /* ---- Requests ---- */
@@ -117,8 +117,8 @@ enum orvanta_engine {
 
 /** A rectangle. */
 typedef struct orvanta_rect {
-    int32_t left;
-    int32_t top;
+    int32_t left;   /**< First column. */
+    int32_t top;    /**< First row. */
     int32_t right;  /**< One past the last column. */
     int32_t bottom; /**< One past the last row. */
 } orvanta_rect;
@@ -138,9 +138,9 @@ typedef struct orvanta_cursor_sample {
 
 /** An event of the cursor's buttons or wheel. */
 typedef struct orvanta_action_sample {
-    int64_t time;   /**< Ticks. */
-    int32_t action; /**< 0, 2, 4: press of left, right, middle; 1, 3, 5: its release; 6, 7: a wheel step up, down. */
-    int32_t reserved;
+    int64_t time;     /**< Ticks. */
+    int32_t action;   /**< 0, 2, 4: press of left, right, middle; 1, 3, 5: its release; 6, 7: a wheel step up, down. */
+    int32_t reserved; /**< Zero. */
 } orvanta_action_sample;
 
 /** What is asked of a recording, beside its streams. Filled by orvanta_options_init before a host sets fields. */
@@ -154,7 +154,7 @@ typedef struct orvanta_options {
     int64_t clip_start;    /**< First tick of the stretch to process; 0 by default. */
     int64_t clip_stop;     /**< Its last tick; 0 by default, with which there is nothing to process. Must be set. */
     int32_t windows_flag;  /**< Not 0 where the platform does not report menus as windows; 0 by default. */
-    int32_t reserved;
+    int32_t reserved;      /**< Zero. */
 } orvanta_options;
 
 /** One recording and what is asked of it. */
@@ -279,7 +279,7 @@ typedef struct orvanta_keyframe {
     int32_t reason;    /**< Why the keyframe is there: the orvanta_mode it was framed by. */
     int32_t shot_mode; /**< The orvanta_mode of its shot. */
     int32_t shot;      /**< The row of its shot in ORVANTA_TABLE_SHOTS; -1 without one. */
-    int32_t reserved;
+    int32_t reserved;  /**< Zero. */
 } orvanta_keyframe;
 
 /** A stretch during which one part of the screen was recorded. */
@@ -296,7 +296,7 @@ typedef struct orvanta_object {
     double value;      /**< Scratch of the engine: worth over the interval that was looked at last, value-seconds. */
     orvanta_rect rect; /**< Pixels relative to its zone. */
     int32_t type;      /**< See orvanta_object_type_name. */
-    int32_t reserved;
+    int32_t reserved;  /**< Zero. */
 } orvanta_object;
 
 /** What is true of a slice or shot. */
@@ -323,7 +323,7 @@ typedef struct orvanta_slice {
     int32_t revision;         /**< How often it took another in; -1 where it was merged into an earlier one. */
     int32_t mode;             /**< An orvanta_mode. */
     uint32_t flags;           /**< A sum of orvanta_slice_flags. */
-    uint32_t reserved;
+    uint32_t reserved;        /**< Zero. */
 } orvanta_slice;
 
 /** A rectangle of a slice, the highest value first. */
@@ -347,12 +347,12 @@ ORVANTA_C_EXPORT const char* orvanta_object_type_name(int32_t type);
 /** What the output frame shows at a moment: a rectangle of the recording in local pixels, fractions included, exactly of
  *  the output frame's shape. */
 typedef struct orvanta_frame {
-    double left;
-    double top;
-    double width;
-    double height;
+    double left;       /**< Left edge. */
+    double top;        /**< Top edge. */
+    double width;      /**< Above 0. */
+    double height;     /**< Above 0. */
     int32_t overhangs; /**< Not 0: wider or higher than the recording; it then stands out evenly on both sides. */
-    int32_t reserved;
+    int32_t reserved;  /**< Zero. */
 } orvanta_frame;
 
 /** How a move spreads over its time: a cubic Bezier from (0, 0) to (1, 1), as in CSS. */
