@@ -45,6 +45,7 @@ struct OV_DATA_STORE {
     std::int32_t targetHeight = 0;        ///< Height of the output frame, pixels.
     std::int32_t mergesRemaining = 0;     ///< Merge progress: lowered by every executor that fires; may go below 0.
     std::int32_t mergesTotal = 0;         ///< Number of merge proposals when the queue pass began.
+    std::uint64_t stepsSinceQuestion = 0; ///< Work done since the reporter was last asked whether to stop.
     /// For each entry of `keyframes`, the index in `slices` of the shot that made it.
     std::vector<std::uint32_t> keyframeSlices;
 };

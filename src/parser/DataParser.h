@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,7 @@
 namespace OrvantaNS {
 
 class StreamIndex;
+class WorkingList;
 struct ZoneWalk;
 
 /// Two passes take turns over one timeline. The primary pass reads the streams forward in time and makes primitive
@@ -221,9 +223,15 @@ public:
     double findLastMousePause(double time);
 
 private:
+    // The rules, over all objects up to the first that starts later than `limit`, seconds.
+    void applyRules(unsigned int zone, const Params& params, OV_DATA_STORE& store, double limit);
     void walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
 
+    // The list of the pass that is running; without one, a list for one rule, made in `own`.
+    WorkingList& listFor(std::optional<WorkingList>& own, OV_DATA_STORE& store);
+
     const ZoneWalk* walk_ = nullptr; // While a zone is walked; the parser does not own it.
+    WorkingList* list_ = nullptr;    // The same for a meta pass.
 };
 
 } // namespace OrvantaNS

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "frame/Geometry.h"
+#include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
 
@@ -97,6 +98,10 @@ Rectangle DataParser::convertStrokeToRect(MOUSE_STROKE& stroke) {
 
 Rectangle DataParser::getPrimitiveWindowAtTime(long long time) {
     const double seconds = convertTime(time);
+    if (list_ != nullptr) {
+        const std::size_t window = list_->windowInForceAt(seconds);
+        return window == WorkingList::kNone ? Rectangle{} : objects[window].rect;
+    }
     for (const OV_VALUE_OBJECT& object : objects) {
         if (object.type == ActiveWindow && object.start <= seconds && seconds <= object.stop) {
             return object.rect;

@@ -3,8 +3,10 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "frame/Geometry.h"
+#include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
 
@@ -28,34 +30,14 @@ constexpr double kExplainIdleSeconds = 2.0;
 
 bool isClick(const OV_VALUE_OBJECT& object) { return object.type == Click || object.type == DoubleClick; }
 
-bool isWindow(const OV_VALUE_OBJECT& object) {
-    return object.type == ForeAnimate || object.type == ActiveWindow || object.type == Menu;
-}
-
-// Searching clicks makes no windows, so the list holds for any number of them.
-std::vector<std::uint32_t> windowsIn(const std::vector<OV_VALUE_OBJECT>& objects) {
-    std::vector<std::uint32_t> windows;
-    for (std::uint32_t i = 0; i < objects.size(); ++i) {
-        if (isWindow(objects[i])) {
-            windows.push_back(i);
-        }
-    }
-    return windows;
-}
-
-void findResults(DataParser& parser, unsigned int zone, OV_DATA_STORE& store, unsigned int index,
-                 const std::vector<std::uint32_t>& windows) {
+void findResults(DataParser& parser, WorkingList& list, unsigned int zone, OV_DATA_STORE& store, unsigned int index) {
     std::vector<OV_VALUE_OBJECT>& objects = parser.objects;
     const double start = objects[index].start;
     const double end = start + kResultSeconds;
 
-    const auto window = std::find_if(windows.begin(), windows.end(), [&](std::uint32_t i) {
-        const OV_VALUE_OBJECT& object = objects[i];
-        return object.start >= start &&
-               (object.stop <= end || std::max(start, object.start) < std::min(end, object.stop));
-    });
-    if (window != windows.end()) {
-        OV_VALUE_OBJECT result = objects[*window];
+    const std::size_t window = list.windowFollowing(start, end);
+    if (window != WorkingList::kNone) {
+        OV_VALUE_OBJECT result = objects[window];
         result.type = ClickWindow;
         result.start = result.start - kAheadOfWindowSeconds;
         result.stop = result.start;
@@ -83,17 +65,19 @@ void findResults(DataParser& parser, unsigned int zone, OV_DATA_STORE& store, un
 } // namespace
 
 void DataParser::getClickResult(unsigned int zone, const Params&, OV_DATA_STORE& store) {
+    std::optional<WorkingList> own;
+    WorkingList& list = listFor(own, store);
     const double now = convertTime(metaStartTime);
-    const std::vector<std::uint32_t> windows = windowsIn(objects);
     for (std::uint32_t i = 0; i < objects.size(); ++i) {
         if (isClick(objects[i]) && now >= objects[i].stop) {
-            findResults(*this, zone, store, i, windows);
+            findResults(*this, list, zone, store, i);
         }
     }
 }
 
 void DataParser::getClickResultWorker(unsigned int zone, const Params&, OV_DATA_STORE& store, unsigned int index) {
-    findResults(*this, zone, store, index, windowsIn(objects));
+    std::optional<WorkingList> own;
+    findResults(*this, listFor(own, store), zone, store, index);
 }
 
 Rectangle DataParser::detectClickDR(const Params&, OV_DATA_STORE& store, OV_VALUE_OBJECT& object) {
@@ -122,32 +106,38 @@ void DataParser::metaClickDetect(unsigned int, const Params& params, OV_DATA_STO
         click.rect = grown({left, left, top, top}, kClickBoxPixels);
         return;
     }
-    const auto window = std::find_if(objects.begin(), objects.end(), [&](const OV_VALUE_OBJECT& object) {
-        return object.type == ActiveWindow && object.start >= click.start &&
-               object.start <= click.start + kAnswerSeconds && contains(object.rect, click.rect);
-    });
-    click.rect = window == objects.end() ? answer : intersection(answer, window->rect);
+    std::optional<WorkingList> own;
+    WorkingList& list = listFor(own, store);
+    const auto next = [&](std::size_t from) {
+        return list.beginning(WorkingList::Windows, from, click.start, click.start + kAnswerSeconds);
+    };
+    std::size_t window = next(0);
+    while (window != WorkingList::kNone && !contains(objects[window].rect, click.rect)) {
+        window = next(window + 1);
+    }
+    click.rect = window == WorkingList::kNone ? answer : intersection(answer, objects[window].rect);
 }
 
 void DataParser::metaAddPersist(unsigned int, const Params&, OV_DATA_STORE& store, unsigned int index) {
-    OV_VALUE_OBJECT& object = objects[index];
+    const OV_VALUE_OBJECT& object = objects[index];
     if (object.type == Dead) {
         return;
     }
     if (convertTime(metaStartTime) >= object.stop) {
         store.valueObjects.push_back(object);
-        object.type = Dead;
+        std::optional<WorkingList> own;
+        listFor(own, store).retype(index, Dead);
     }
 }
 
-void DataParser::metaDragDirty(unsigned int, const Params&, OV_DATA_STORE&, unsigned int index) {
+void DataParser::metaDragDirty(unsigned int, const Params&, OV_DATA_STORE& store, unsigned int index) {
     OV_VALUE_OBJECT& drag = objects[index];
-    for (std::size_t k = index + std::size_t{1}; k < objects.size(); ++k) {
-        OV_VALUE_OBJECT& hover = objects[k];
-        if (hover.type == Hover && hover.start >= drag.start && hover.stop <= drag.stop) {
-            drag.rect = boundingUnion(drag.rect, hover.rect);
-            hover.type = Dead;
-        }
+    std::optional<WorkingList> own;
+    WorkingList& list = listFor(own, store);
+    const auto next = [&](std::size_t from) { return list.within(WorkingList::Hovers, from, drag.start, drag.stop); };
+    for (std::size_t k = next(index + std::size_t{1}); k != WorkingList::kNone; k = next(k + 1)) {
+        drag.rect = boundingUnion(drag.rect, objects[k].rect);
+        list.retype(k, Dead);
     }
 }
 

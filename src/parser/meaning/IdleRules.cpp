@@ -3,8 +3,10 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "frame/Geometry.h"
+#include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
 
@@ -56,14 +58,13 @@ void DataParser::metaOutOfWindowIdle(unsigned int, const Params&, OV_DATA_STORE&
         if (contains(windows.atStart, rest.rect) || !isLong(rest) || index == 0) {
             return;
         }
-        const auto end = objects.begin() + static_cast<std::ptrdiff_t>(index);
-        const auto leaving = std::find_if(objects.begin(), end, [&](const OV_VALUE_OBJECT& object) {
-            return object.type == MoveOutOfWindow && object.start > rest.start - kLeftWindowSeconds;
-        });
-        if (leaving == end) {
+        std::optional<WorkingList> own;
+        const std::size_t leaving =
+            listFor(own, store).beginningAfter(WorkingList::Departures, 0, rest.start - kLeftWindowSeconds);
+        if (leaving >= index) {
             return;
         }
-        from = leaving->start - kBeforeLeavingSeconds;
+        from = objects[leaving].start - kBeforeLeavingSeconds;
     }
     addIdleDirty(*this, store, {revertTime(from), windows.ticks.stop}, windows.atStart);
 }
@@ -77,12 +78,13 @@ void DataParser::metaInWindowIdle(unsigned int, const Params&, OV_DATA_STORE& st
 }
 
 void DataParser::metaOutOfRegion(unsigned int, const Params&, OV_DATA_STORE& store, unsigned int index) {
-    OV_VALUE_OBJECT& absence = objects[index];
+    const OV_VALUE_OBJECT& absence = objects[index];
     const RestWindows windows = windowsOf(*this, absence);
     if (windows.atStart == windows.atStop && !isLong(absence)) {
         addIdleDirty(*this, store, windows.ticks, windows.atStart);
     }
-    absence.type = Dead;
+    std::optional<WorkingList> own;
+    listFor(own, store).retype(index, Dead);
 }
 
 } // namespace OrvantaNS

@@ -3,8 +3,11 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
+#include <limits>
+#include <optional>
 
 #include "frame/Geometry.h"
+#include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
 
@@ -32,9 +35,8 @@ Rectangle barRectangle(DataParser& parser, unsigned int zone, const Params& para
 
 // Makes a menu of each changing area alive in `interval` that starts in the bar and hangs below it, unless the list
 // holds a menu of the same time already. A new menu is the next object that the walk reaches.
-void dropMenus(DataParser& parser, unsigned int zone, OV_DATA_STORE& store, unsigned int index,
+void dropMenus(DataParser& parser, WorkingList& list, unsigned int zone, OV_DATA_STORE& store, unsigned int index,
                Interval_Type<long long> interval) {
-    std::vector<OV_VALUE_OBJECT>& objects = parser.objects;
     for (const std::uint32_t object : parser.getDRObjectsInTime(interval)) {
         const DR_OBJECT& area = parser.drObjects[object];
         Rectangle rect = area.bounds;
@@ -43,14 +45,9 @@ void dropMenus(DataParser& parser, unsigned int zone, OV_DATA_STORE& store, unsi
             continue;
         }
         const Interval_Type<double> time = DataParser::convertInterval({area.start, area.stop});
-        const bool isKnown = std::any_of(objects.begin(), objects.end(), [&](const OV_VALUE_OBJECT& k) {
-            return k.type == Menu && ((k.start <= time.start && k.stop >= time.stop) ||
-                                      std::min(k.stop, time.stop) - std::max(k.start, time.start) > 0.0);
-        });
-        if (!isKnown) {
+        if (list.menuDuring(time.start, time.stop) == WorkingList::kNone) {
             const Rectangle menu{std::min(rect.left, rect.right), std::max(rect.left, rect.right), 0, rect.bottom};
-            objects.insert(objects.begin() + static_cast<std::ptrdiff_t>(index) + 1,
-                           {Menu, time.start, time.stop, menu, 0.0});
+            list.insertBehind(index, {Menu, time.start, time.stop, menu, 0.0});
         }
     }
 }
@@ -64,7 +61,8 @@ void DataParser::metaSystemMenuClick(unsigned int zone, const Params& params, OV
     }
     const long long time = revertTime(objects[index].stop);
     const long long reach = revertTime(kDropSeconds);
-    dropMenus(*this, zone, store, index, {wrapSub(time, reach), wrapAdd(time, reach)});
+    std::optional<WorkingList> own;
+    dropMenus(*this, listFor(own, store), zone, store, index, {wrapSub(time, reach), wrapAdd(time, reach)});
 }
 
 void DataParser::metaSystemMenuHover(unsigned int zone, const Params& params, OV_DATA_STORE& store,
@@ -73,7 +71,8 @@ void DataParser::metaSystemMenuHover(unsigned int zone, const Params& params, OV
         return;
     }
     const long long reach = revertTime(kDropSeconds);
-    dropMenus(*this, zone, store, index,
+    std::optional<WorkingList> own;
+    dropMenus(*this, listFor(own, store), zone, store, index,
               {wrapSub(revertTime(objects[index].start), reach), wrapAdd(revertTime(objects[index].stop), reach)});
 }
 
@@ -82,44 +81,64 @@ void DataParser::metaPromoteHover(unsigned int, const Params&, OV_DATA_STORE& st
     if (stroke.type == Dead) {
         return;
     }
-    for (OV_VALUE_OBJECT& hover : objects) {
-        if (hover.type == Hover && hover.start >= stroke.start && hover.stop <= stroke.stop) {
-            store.valueObjects.push_back(hover);
-            hover.type = Dead;
-        }
+    std::optional<WorkingList> own;
+    WorkingList& list = listFor(own, store);
+    const auto next = [&](std::size_t from) {
+        return list.within(WorkingList::Hovers, from, stroke.start, stroke.stop);
+    };
+    for (std::size_t hover = next(0); hover != WorkingList::kNone; hover = next(hover + 1)) {
+        store.valueObjects.push_back(objects[hover]);
+        list.retype(hover, Dead);
     }
 }
 
 void DataParser::metaMenuHover(unsigned int, const Params&, OV_DATA_STORE& store, unsigned int index) {
     const OV_VALUE_OBJECT& menu = objects[index];
     const Rectangle reach = grown(menu.rect, kMenuHoverPixels);
-    for (OV_VALUE_OBJECT& hover : objects) {
-        if (hover.type == Hover && hover.start >= menu.start && hover.stop <= menu.stop &&
-            contains(reach, hover.rect)) {
-            hover.type = Pane;
-            store.valueObjects.push_back(hover);
-            hover.type = Dead;
+    std::optional<WorkingList> own;
+    WorkingList& list = listFor(own, store);
+    const auto next = [&](std::size_t from) { return list.within(WorkingList::Hovers, from, menu.start, menu.stop); };
+    for (std::size_t hover = next(0); hover != WorkingList::kNone; hover = next(hover + 1)) {
+        if (contains(reach, objects[hover].rect)) {
+            store.valueObjects.push_back(objects[hover]);
+            store.valueObjects.back().type = Pane;
+            list.retype(hover, Dead);
         }
     }
 }
 
-void DataParser::metaMenuResult(unsigned int, const Params&, OV_DATA_STORE&, unsigned int index) {
+void DataParser::metaMenuResult(unsigned int, const Params&, OV_DATA_STORE& store, unsigned int index) {
     const OV_VALUE_OBJECT& menu = objects[index];
     const Rectangle reach = grown(menu.rect, kMenuClickPixels);
-    for (std::size_t c = index + std::size_t{1}; c < objects.size(); ++c) {
-        const OV_VALUE_OBJECT& click = objects[c];
-        if ((click.type != Click && click.type != DoubleClick) || !contains(reach, click.rect) ||
-            !(click.start >= menu.start && click.stop <= menu.stop)) {
+    std::optional<WorkingList> own;
+    WorkingList& list = listFor(own, store);
+    const std::size_t behind = index + std::size_t{1};
+    const auto nextClick = [&](std::size_t from) {
+        return list.within(WorkingList::Clicks, from, menu.start, menu.stop);
+    };
+    // What begins from `seenFrom` to `seenTo` has been looked at for the clicks before: very many clicks at one moment
+    // have their results in common.
+    double seenFrom = std::numeric_limits<double>::infinity();
+    double seenTo = -std::numeric_limits<double>::infinity();
+    for (std::size_t c = nextClick(behind); c != WorkingList::kNone; c = nextClick(c + 1)) {
+        if (!contains(reach, objects[c].rect)) {
             continue;
         }
-        for (std::size_t m = index + std::size_t{1}; m < objects.size(); ++m) {
-            OV_VALUE_OBJECT& result = objects[m];
-            if ((result.type == ClickDirty || result.type == ClickWindow) && result.start >= click.start &&
-                result.start <= click.start + kMenuResultSeconds && !contains(reach, result.rect)) {
+        const double from = objects[c].start;
+        const double to = from + kMenuResultSeconds;
+        const bool goesOn = from >= seenFrom && from <= seenTo;
+        const auto nextResult = [&](std::size_t position) {
+            return goesOn ? list.beginningBetween(WorkingList::ClickResults, position, seenTo, to)
+                          : list.beginning(WorkingList::ClickResults, position, from, to);
+        };
+        for (std::size_t m = nextResult(behind); m != WorkingList::kNone; m = nextResult(m + 1)) {
+            if (!contains(reach, objects[m].rect)) {
                 // The walk then removes it: what a menu's click changes elsewhere is not kept.
-                result.type = MenuResult;
+                list.retype(m, MenuResult);
             }
         }
+        seenFrom = goesOn ? seenFrom : from;
+        seenTo = goesOn ? std::max(seenTo, to) : to;
     }
 }
 

@@ -5,7 +5,10 @@
 #include <algorithm>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/meaning/MetaPassTiming.h"
+#include "parser/meaning/WorkingList.h"
+#include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
 
@@ -37,13 +40,44 @@ Interval_Type<long long> DataParser::setMetaTime(unsigned int zone, OV_DATA_STOR
 void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const Interval_Type<long long> interval = setMetaTime(zone, store);
     findFullScreenDR(params, store, interval);
-    processStrokes(store);
-    getClickResult(zone, params, store);
+    {
+        WorkingList list(objects, store);
+        const InForce<WorkingList*> inForce(list_, &list);
+        processStrokes(store);
+        getClickResult(zone, params, store);
+    }
+    countSteps(store, objects.size());
     std::stable_sort(objects.begin(), objects.end(), CompareValueObjects2);
+    applyRules(zone, params, store, convertTime(interval.stop));
 
-    // Rules insert objects behind the walk and append at the end: everything goes by index.
-    const double limit = convertTime(interval.stop);
+    strokes.clear();
+    std::erase_if(objects, [](const OV_VALUE_OBJECT& object) { return object.type == Dead; });
+    skipToTime(params, store, metaStartTime);
+    setProgress(store, convertTime(metaTime), OV_STAGE_PARSE);
+
+    const long long zoneStop = revertTime(store.liveZones[zone].stop);
+    const long long step = revertTime(kMetaStepSeconds);
+    if (metaStartTime > zoneStop) {
+        metaTime = kNoMetaPass;
+    } else if (metaStartTime == zoneStop) {
+        // One more pass follows, whose start lies beyond every stop of the zone: it flushes the list.
+        metaStartTime = wrapAdd(metaStartTime, step);
+    } else {
+        metaStartTime = metaTime;
+        metaTime = wrapAdd(metaTime, step);
+    }
+}
+
+WorkingList& DataParser::listFor(std::optional<WorkingList>& own, OV_DATA_STORE& store) {
+    return list_ != nullptr ? *list_ : own.emplace(objects, store);
+}
+
+void DataParser::applyRules(unsigned int zone, const Params& params, OV_DATA_STORE& store, double limit) {
+    WorkingList list(objects, store);
+    const InForce<WorkingList*> inForce(list_, &list);
+    // Rules insert objects behind the walk: everything goes by index.
     for (std::uint32_t i = 0; i < objects.size() && !(objects[i].start > limit); ++i) {
+        countSteps(store, 1);
         switch (objects[i].type) {
         case Move:
         case MoveOutOfWindow:
@@ -55,7 +89,7 @@ void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_
         case MouseIdle:
             metaOutOfWindowIdle(zone, params, store, i);
             metaInWindowIdle(zone, params, store, i);
-            objects[i].type = Dead;
+            list.retype(i, Dead);
             break;
         case Click:
         case DoubleClick:
@@ -100,26 +134,9 @@ void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_
         default:
             // What is not handed over by the rule that makes it does not outlive the walk: hovers, panes, menu
             // results, wheel runs.
-            objects[i].type = Dead;
+            list.retype(i, Dead);
             break;
         }
-    }
-
-    strokes.clear();
-    std::erase_if(objects, [](const OV_VALUE_OBJECT& object) { return object.type == Dead; });
-    skipToTime(params, store, metaStartTime);
-    setProgress(store, convertTime(metaTime), OV_STAGE_PARSE);
-
-    const long long zoneStop = revertTime(store.liveZones[zone].stop);
-    const long long step = revertTime(kMetaStepSeconds);
-    if (metaStartTime > zoneStop) {
-        metaTime = kNoMetaPass;
-    } else if (metaStartTime == zoneStop) {
-        // One more pass follows, whose start lies beyond every stop of the zone: it flushes the list.
-        metaStartTime = wrapAdd(metaStartTime, step);
-    } else {
-        metaStartTime = metaTime;
-        metaTime = wrapAdd(metaTime, step);
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "parser/DataParser.h"
 
-#include "OrvantaException.h"
+#include "frame/Steps.h"
 #include "frame/TimeModel.h"
 #include "parser/walk/ComputationClock.h"
 
@@ -22,9 +22,7 @@ void DataParser::setProgress(OV_DATA_STORE& store, double time, OV_PROGRESS_STAG
     if (store.progress == nullptr) {
         return;
     }
-    if (store.progress->isCancelled()) {
-        throw OrvantaException("Need String! User Cancelled", OVERR_USER_CANCELLED);
-    }
+    askWhetherToStop(store);
     const double fraction = (time - store.clipStart) / (store.clipStop - store.clipStart);
     double percent = 0.0;
     switch (stage) {

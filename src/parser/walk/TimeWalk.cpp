@@ -17,19 +17,6 @@ template <typename Sample> long long headTime(const std::vector<Sample>& stream,
     return cursor < stream.size() ? stream[cursor].time : kAbsent;
 }
 
-// Sets a pointer for one scope: whichever way the walk ends, it leaves nothing behind that has gone.
-template <typename Pointer> class InForce {
-public:
-    InForce(Pointer& place, Pointer value) : place_(place), before_(place) { place = value; }
-    ~InForce() { place_ = before_; }
-    InForce(const InForce&) = delete;
-    InForce& operator=(const InForce&) = delete;
-
-private:
-    Pointer& place_;
-    Pointer before_;
-};
-
 bool isEarlier(long long time, long long head) { return head == kAbsent || time < head; }
 
 bool isDoneBefore(long long zoneStop, long long head) { return head < 0 || head >= zoneStop; }

@@ -15,4 +15,17 @@ struct ZoneWalk {
     AreaTimes areas; ///< When the zone's areas live.
 };
 
+/// Sets a pointer for one scope: whichever way the scope ends, it leaves nothing behind that has gone.
+template <typename Pointer> class InForce {
+public:
+    InForce(Pointer& place, Pointer value) : place_(place), before_(place) { place = value; }
+    ~InForce() { place_ = before_; }
+    InForce(const InForce&) = delete;
+    InForce& operator=(const InForce&) = delete;
+
+private:
+    Pointer& place_;
+    Pointer before_;
+};
+
 } // namespace OrvantaNS
