@@ -12,6 +12,7 @@ import { Figures } from "./Figures";
 import { Icon } from "./icons";
 import { Keyframes } from "./Keyframes";
 import { Stage } from "./Stage";
+import { TakeAlong } from "./TakeAlong";
 import { appearance, toggleTheme } from "./theme";
 import { Timeline } from "./Timeline";
 import { stepKeyframe, Transport } from "./Transport";
@@ -90,6 +91,7 @@ export function App({ session, controls, notices }: { session: Session; controls
                     </p>
                 </div>
                 {controls}
+                <TakeAlong session={session} />
                 <ThemeButton />
             </header>
             <main>

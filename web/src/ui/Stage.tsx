@@ -112,6 +112,8 @@ export function Stage({ session, onVideoLost }: { session: Session; onVideoLost:
         ctx.clearRect(0, 0, size.width, size.height);
         const target = fitted(stages.target.width, stages.target.height, size);
         const frame = session.path.value.frameAt(session.time.value);
+        // For whoever drives the page from outside: the exact frame on show, recording pixels.
+        viewer.current?.setAttribute("data-frame", [frame.left, frame.top, frame.width, frame.height].join(" "));
         ctx.fillStyle = "#000";
         ctx.fillRect(target.left, target.top, target.width, target.height);
         drawMoment(ctx, session, session.time.value, { source: frame, target }, video.current);
