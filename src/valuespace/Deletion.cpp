@@ -4,43 +4,139 @@
 // objects overlap there in a way that none of its parents expresses.
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
 
-void ValueSpace::deleteObject(unsigned object) {
-    const auto location = objectMap.find(object);
-    if (location == objectMap.end()) {
+namespace {
+
+// False when the value is not in the list.
+bool eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
+    const auto found = std::find(list.begin(), list.end(), value);
+    if (found == list.end()) {
+        return false;
+    }
+    list.erase(found);
+    return true;
+}
+
+} // namespace
+
+void ValueSpace::deleteObject(unsigned object) { deleteObjects({object}); }
+
+void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
+    // An object leaves unnoticed when another one that stays stands in the same lists: what tells two lists apart with the
+    // one does so with the other. It may then stand in the lists until the graph is to change, so that many objects at one
+    // place leave its lists in one pass, not by a move of memory each.
+    countStandIns(leaving);
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> unnoticed; // location, object
+    for (const std::uint32_t object : leaving) {
+        const auto location = objectMap.find(object);
+        if (location == objectMap.end()) {
+            continue;
+        }
+        const std::uint32_t space = location->second;
+        objectMap.erase(location);
+        if (leavesUnnoticed(object, space)) {
+            unnoticed.emplace_back(space, object);
+        } else {
+            eraseFromLists(unnoticed);
+            dissolveFrom(space, object);
+        }
+    }
+    eraseFromLists(unnoticed);
+}
+
+void ValueSpace::countStandIns(const std::vector<std::uint32_t>& leaving) {
+    staying_.clear();
+    if (isHandMade_ || leaving.empty()) {
         return;
     }
-    // A queue that is read at `next`; what lies before it has left the queue.
-    std::vector<std::uint32_t> work{location->second};
-    objectMap.erase(location);
+    // Worth the reading of all lists only where an object that leaves shares its place.
+    residents_.assign(graph.size(), 0);
+    for (const auto& entry : objectMap) {
+        ++residents_[entry.second];
+    }
+    const bool isShared = std::any_of(leaving.begin(), leaving.end(), [&](std::uint32_t object) {
+        const auto location = objectMap.find(object);
+        return location != objectMap.end() && residents_[location->second] > 1;
+    });
+    if (!isShared) {
+        return;
+    }
+    classes_.sortOut(graph);
+    staying_.assign(classes_.count(), 0);
+    for (const auto& entry : objectMap) {
+        if (classes_.classOf(entry.first) != ObjectClasses::kNone) {
+            ++staying_[classes_.classOf(entry.first)];
+        }
+    }
+}
 
-    std::vector<std::uint32_t> snapshot;
-    for (std::size_t next = 0; next < work.size(); ++next) {
-        const std::uint32_t s = work[next];
+bool ValueSpace::leavesUnnoticed(std::uint32_t object, std::uint32_t location) {
+    if (staying_.empty() || classes_.classOf(object) == ObjectClasses::kNone) {
+        return false;
+    }
+    return --staying_[classes_.classOf(object)] > 0 && isSettledBelow(location);
+}
+
+void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects) {
+    std::sort(objects.begin(), objects.end());
+    const auto eraseMarked = [&](std::uint32_t s) {
+        std::vector<std::uint32_t>& list = graph[s].objects;
+        list.erase(std::remove_if(list.begin(), list.end(), [&](std::uint32_t object) { return marks_.holds(object); }),
+                   list.end());
+    };
+    marks_.start();
+    SlotSet& below = reached_;
+    below.start(graph.size());
+    for (std::size_t k = 0; k < objects.size(); ++k) {
+        const auto [location, object] = objects[k];
+        marks_.add(object);
+        if (k + 1 < objects.size() && objects[k + 1].first == location) {
+            continue;
+        }
+        if (hasLostLinks_) {
+            // A list that is not below the location may name the object as well, and goes on naming it.
+            atAndBelow(location).forEach(eraseMarked);
+            marks_.start();
+        } else {
+            below.addAll(atAndBelow(location)); // a list below several locations is gone through once
+        }
+    }
+    below.forEach(eraseMarked);
+    objects.clear();
+}
+
+void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
+    objectSets_.start(graph.size(), objectMap.size() + 1);
+    deletionQueue_.start(location, graph.size());
+    std::vector<std::uint32_t>& snapshot = work_;
+    for (; deletionQueue_.skipToNext(); deletionQueue_.advance()) {
+        const std::uint32_t s = deletionQueue_.slotInWork();
         OV_INTERSECTION& space = graph[s];
         if (!space.valid) {
             continue; // Dissolved while a second copy waited.
         }
-        const auto listed = std::find(space.objects.begin(), space.objects.end(), object);
-        if (listed != space.objects.end()) {
-            space.objects.erase(listed);
+        if (eraseFirst(space.objects, object)) {
+            objectSets_.forget(s);
         }
+        settled_.remove(s);
 
         const bool redundant =
-            space.objects.empty() || std::any_of(space.parents.begin(), space.parents.end(),
-                                                 [&](std::uint32_t parent) { return containsAllObjects(parent, s); });
+            space.objects.empty() || std::any_of(space.parents.begin(), space.parents.end(), [&](std::uint32_t parent) {
+                return objectSets_.holdsAll(graph, parent, s);
+            });
 
         // A parent goes when another parent says all that it says; of two with the same objects the later one goes.
         // This comes after the decision above, which has to see all parents.
         for (std::size_t k = space.parents.size(); k-- > 0;) {
             const std::uint32_t parent = space.parents[k];
             for (std::size_t other = 0; other < space.parents.size(); ++other) {
-                if (other != k && containsAllObjects(space.parents[other], parent)) {
-                    removeLink(parent, s);
+                if (other != k && objectSets_.holdsAll(graph, space.parents[other], parent)) {
+                    unlink(parent, s);
                     break;
                 }
             }
@@ -50,40 +146,69 @@ void ValueSpace::deleteObject(unsigned object) {
 
         if (redundant) {
             if (space.parents.empty()) {
-                const auto top = std::find(topSpaces.begin(), topSpaces.end(), s);
-                if (top != topSpaces.end()) {
-                    topSpaces.erase(top);
-                }
+                eraseFirst(topSpaces, s);
             }
             for (const std::uint32_t child : snapshot) {
-                removeLink(s, child);
+                unlink(s, child);
             }
             for (std::size_t k = space.parents.size(); k-- > 0;) {
                 const std::uint32_t parent = space.parents[k];
-                removeLink(parent, s);
+                unlink(parent, s);
                 for (const std::uint32_t child : snapshot) {
-                    createLink(parent, child);
+                    link(parent, child);
                 }
             }
-            clearSpace(s);
+            freeSpace(s);
+            objectSets_.forget(s);
         } else if (space.parents.empty()) {
             exclusiveAppend(topSpaces, s); // It may have lost its only parent when that was dissolved.
         }
 
         // Each child moves behind every parent of it that still waits, so that the parents have been dealt with before
-        // the child is judged against them. The last entry is outside the search: a child that stands there gets a
-        // second copy, and the order of visits depends on it.
+        // the child is judged against them. A child that stands last gets a second place, and the order of visits
+        // depends on it.
         for (const std::uint32_t child : snapshot) {
-            if (work.size() - next > 1) {
-                const auto last = work.end() - 1;
-                const auto waiting = std::find(work.begin() + static_cast<std::ptrdiff_t>(next), last, child);
-                if (waiting != last) {
-                    work.erase(waiting);
-                }
-            }
-            work.push_back(child);
+            deletionQueue_.moveToEnd(child);
         }
     }
+}
+
+bool ValueSpace::isSettledBelow(std::uint32_t space) {
+    const SlotSet& below = atAndBelow(space);
+    bool areSettled = true;
+    bool isFirst = true;
+    below.forEachMissingIn(settled_, [&](std::uint32_t s) {
+        if (!areSettled) {
+            return;
+        }
+        if (isFirst) {
+            objectSets_.start(graph.size(), objectMap.size() + 1);
+            isFirst = false;
+        }
+        areSettled = isSettled(s);
+        if (areSettled) {
+            settled_.add(s);
+        }
+    });
+    return areSettled;
+}
+
+bool ValueSpace::isSettled(std::uint32_t s) {
+    const std::vector<std::uint32_t>& parents = graph[s].parents;
+    if (graph[s].objects.empty()) {
+        return false;
+    }
+    for (const std::uint32_t parent : parents) {
+        if (objectSets_.holdsAll(graph, parent, s)) {
+            return false;
+        }
+        for (const std::uint32_t other : parents) {
+            if (other != parent && objectSets_.holdsAll(graph, other, parent)) {
+                return false;
+            }
+        }
+    }
+    return true;
 }
 
 bool ValueSpace::containsAllObjects(unsigned container, unsigned contained) {

@@ -14,70 +14,20 @@ void ValueSpace::insertObject(unsigned object) {
     if (objectMap.find(object) != objectMap.end()) {
         return;
     }
+    isHandMade_ = isHandMade_ || (hasLostLinks_ && object <= highest_);
+    highest_ = std::max(highest_, object);
     const Rectangle rect = store->valueObjects[object].rect;
-
-    std::vector<VS_CREATION_SPACE> creation;
-    creation.push_back({rect, {}, false, 0}); // Record 0 is the object's own space, whatever it overlaps.
-
-    // A queue that is read at `next`; what lies before it has left the queue and may enter it again.
-    std::vector<std::uint32_t> toCheck = topSpaces;
-    for (std::size_t next = 0; next < toCheck.size(); ++next) {
-        const std::uint32_t s = toCheck[next];
-        const OV_INTERSECTION& space = graph[s];
-        if (space.rect.nearSameSize(rect)) {
-            insertQuick(s, object);
-            return;
-        }
-        const Rectangle common = intersection(rect, space.rect);
-        if (area(common) <= 0) {
-            continue; // The children lie inside this space and overlap as little.
-        }
-        const unsigned record = getCreationLocation(creation, common);
-        if (common == space.rect) {
-            // The space lies inside the object and serves as it is; its children stay below it.
-            creation[record].reuse = true;
-            creation[record].space = s;
-            continue;
-        }
-        addCreationParent(creation, record, {PARENT_IN_GRAPH, s});
-        for (const std::uint32_t child : space.children) {
-            // The search begins at the entry in work, so a space that was visited already is queued and visited again.
-            // A second visit can move a parent to the end of its record's list, and list orders decide ties.
-            if (std::find(toCheck.begin() + static_cast<std::ptrdiff_t>(next), toCheck.end(), child) == toCheck.end()) {
-                toCheck.push_back(child);
-            }
-        }
+    std::uint32_t serving = 0;
+    // What serves is looked for first, since most objects find it and need no creation list. Links made by hand may join
+    // any rectangles, and then only the whole walk finds it.
+    if ((!isHandMade_ && findServingSpace(rect, serving)) || collectCreation(rect, serving)) {
+        addAtAndBelow(serving, object);
+        return;
     }
+    makeCreation();
 
-    for (VS_CREATION_SPACE& record : creation) {
-        if (!record.reuse) {
-            record.space = createSpace(record.rect);
-        }
-    }
-
-    for (const VS_CREATION_SPACE& record : creation) {
-        OV_INTERSECTION& space = graph[record.space];
-        if (record.reuse) {
-            // The record's parents become the whole new place of a reused space. An old parent that the walk did not
-            // reach loses it for good: a link that is not to be repaired, since results rest on the graph as it is.
-            for (std::size_t k = space.parents.size(); k-- > 0;) {
-                removeLink(space.parents[k], record.space);
-            }
-        }
-        for (const auto& [kind, index] : record.parents) {
-            const std::uint32_t parent = kind == PARENT_IN_CREATION ? creation[index].space : index;
-            createLink(parent, record.space);
-            if (!record.reuse) {
-                // A parent that is itself new may not have all its objects yet; they are taken as they stand now.
-                for (const std::uint32_t inherited : graph[parent].objects) {
-                    exclusiveAppend(space.objects, inherited);
-                }
-            }
-        }
-    }
-
-    const std::uint32_t own = creation[0].space;
-    insertQuick(own, object);
+    const std::uint32_t own = creation_[0].space;
+    addAtAndBelow(own, object);
 
     topSpaces.erase(
         std::remove_if(topSpaces.begin(), topSpaces.end(), [this](auto top) { return !graph[top].parents.empty(); }),
@@ -88,15 +38,130 @@ void ValueSpace::insertObject(unsigned object) {
     }
 }
 
-void ValueSpace::insertQuick(unsigned space, unsigned object) {
-    std::vector<std::uint32_t> work{space};
-    for (std::size_t next = 0; next < work.size(); ++next) {
-        OV_INTERSECTION& reached = graph[work[next]];
-        for (const std::uint32_t child : reached.children) {
-            exclusiveAppend(work, child);
+bool ValueSpace::findServingSpace(const Rectangle& rect, std::uint32_t& serving) {
+    // The whole walk, cut down to the spaces that contain the rectangle: all parents of such a one contain it too, so they
+    // come in the same order.
+    work_ = topSpaces;
+    bool isMarked = false; // marks are made only where the walk goes down
+    for (std::size_t next = 0; next < work_.size(); ++next) {
+        const OV_INTERSECTION& space = graph[work_[next]];
+        if (!contains(space.rect, rect)) {
+            continue;
         }
-        reached.objects.push_back(object);
+        if (space.rect.nearSameSize(rect)) {
+            serving = work_[next];
+            return true;
+        }
+        if (isEmpty(rect)) {
+            continue; // It overlaps nothing, and the walk does not go below this space.
+        }
+        if (!isMarked) {
+            reached_.start(graph.size());
+            isMarked = true;
+        }
+        for (const std::uint32_t child : space.children) {
+            if (reached_.add(child)) {
+                work_.push_back(child);
+            }
+        }
     }
+    return false;
+}
+
+bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) {
+    creation_.start(rect); // Record 0 is the object's own space, whatever it overlaps.
+    insertionQueue_.start(topSpaces, graph.size());
+    reached_.start(graph.size());
+    for (; !insertionQueue_.isDone(); insertionQueue_.advance()) {
+        const std::uint32_t s = insertionQueue_.slotInWork();
+        const OV_INTERSECTION& space = graph[s];
+        if (isHandMade_ && space.rect.nearSameSize(rect)) {
+            serving = s;
+            return true;
+        }
+        const Rectangle common = intersection(rect, space.rect);
+        if (area(common) <= 0) {
+            continue; // The children lie inside this space and overlap as little.
+        }
+        reached_.add(s);
+        const auto [record, isNew] = creation_.place(common);
+        if (isNew) {
+            // The records form their own order of containment at all times.
+            const std::uint32_t added = record;
+            creation_.relateLast(
+                [&](std::uint32_t outer) {
+                    addCreationParent(creation_.records(), added, {PARENT_IN_CREATION, outer});
+                },
+                [&](std::uint32_t inner) {
+                    addCreationParent(creation_.records(), inner, {PARENT_IN_CREATION, added});
+                });
+        }
+        if (common == space.rect) {
+            // The space lies inside the object and serves as it is; its children stay below it.
+            creation_[record].reuse = true;
+            creation_[record].space = s;
+            continue;
+        }
+        addCreationParent(creation_.records(), record, {PARENT_IN_GRAPH, s});
+        for (const std::uint32_t child : space.children) {
+            // A space that was visited already is queued and visited again. A second visit can move a parent to the end
+            // of its record's list, and list orders decide ties.
+            insertionQueue_.offer(child);
+        }
+    }
+    return false;
+}
+
+void ValueSpace::makeCreation() {
+    for (std::size_t r = 0; r < creation_.size(); ++r) {
+        if (!creation_[r].reuse) {
+            creation_[r].space = makeSpace(creation_[r].rect);
+        }
+    }
+
+    for (std::size_t r = 0; r < creation_.size(); ++r) {
+        const VS_CREATION_SPACE& record = creation_[r];
+        OV_INTERSECTION& space = graph[record.space];
+        if (record.reuse) {
+            // The record's parents become the whole new place of a reused space. An old parent that the walk did not
+            // reach loses it for good: a link that is not to be repaired, since results rest on the graph as it is.
+            for (std::size_t k = space.parents.size(); k-- > 0;) {
+                const std::uint32_t parent = space.parents[k];
+                hasLostLinks_ = hasLostLinks_ || !reached_.holds(parent);
+                unlink(parent, record.space);
+            }
+        }
+        marks_.start();
+        for (const auto& [kind, index] : record.parents) {
+            const std::uint32_t parent = kind == PARENT_IN_CREATION ? creation_[index].space : index;
+            link(parent, record.space);
+            if (record.reuse) {
+                continue;
+            }
+            // A parent that is itself new may not have all its objects yet; they are taken as they stand now.
+            for (const std::uint32_t inherited : graph[parent].objects) {
+                if (marks_.add(inherited)) {
+                    space.objects.push_back(inherited);
+                }
+            }
+        }
+    }
+}
+
+void ValueSpace::insertQuick(unsigned space, unsigned object) {
+    isHandMade_ = true; // The object may stand in the graph already.
+    addAtAndBelow(space, object);
+}
+
+void ValueSpace::addAtAndBelow(std::uint32_t space, std::uint32_t object) {
+    atAndBelow(space).forEach([&](std::uint32_t s) {
+        std::vector<std::uint32_t>& objects = graph[s].objects;
+        if (objects.size() == objects.capacity()) {
+            // By a quarter, not by half or all of it: on a dense screen these lists are most of the memory.
+            objects.reserve(objects.size() + objects.size() / 4 + 2);
+        }
+        objects.push_back(object);
+    });
     objectMap.emplace(object, space);
 }
 

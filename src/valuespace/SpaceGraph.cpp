@@ -32,14 +32,24 @@ void ValueSpace::reset() {
     topSpaces.clear();
     freeSpaces.clear();
     objectMap.clear();
+    ++linkChanges_;
+    isHandMade_ = false;
+    hasLostLinks_ = false;
+    highest_ = 0;
 }
 
 void ValueSpace::clearSpace(unsigned index) {
     if (index >= graph.size()) {
         return;
     }
-    freeSpaces.push_back(index);
-    OV_INTERSECTION& slot = graph[index];
+    isHandMade_ = true;
+    freeSpace(index);
+}
+
+void ValueSpace::freeSpace(std::uint32_t space) {
+    ++linkChanges_;
+    freeSpaces.push_back(space);
+    OV_INTERSECTION& slot = graph[space];
     slot.valid = false;
     // The lists keep their memory for the slot's next life.
     slot.parents.clear();
@@ -48,10 +58,17 @@ void ValueSpace::clearSpace(unsigned index) {
 }
 
 unsigned ValueSpace::createSpace(Rectangle rect) {
-    unsigned index = 0;
+    isHandMade_ = true;
+    return makeSpace(rect);
+}
+
+std::uint32_t ValueSpace::makeSpace(const Rectangle& rect) {
+    ++linkChanges_;
+    std::uint32_t index = 0;
     if (freeSpaces.empty()) {
-        index = static_cast<unsigned>(graph.size());
+        index = static_cast<std::uint32_t>(graph.size());
         graph.emplace_back();
+        settled_.grow(graph.size());
     } else {
         index = freeSpaces.back();
         freeSpaces.pop_back();
@@ -63,15 +80,32 @@ unsigned ValueSpace::createSpace(Rectangle rect) {
     slot.parents.clear();
     slot.children.clear();
     slot.objects.clear();
+    settled_.remove(index);
     return index;
 }
 
 void ValueSpace::createLink(unsigned parent, unsigned child) {
+    isHandMade_ = true;
     exclusiveAppend(graph[parent].children, child);
     exclusiveAppend(graph[child].parents, parent);
+    ++linkChanges_;
+}
+
+void ValueSpace::link(std::uint32_t parent, std::uint32_t child) {
+    ++linkChanges_;
+    exclusiveAppend(graph[parent].children, child);
+    if (exclusiveAppend(graph[child].parents, parent)) {
+        settled_.remove(child);
+    }
 }
 
 void ValueSpace::removeLink(unsigned parent, unsigned child) {
+    isHandMade_ = true;
+    unlink(parent, child);
+}
+
+void ValueSpace::unlink(std::uint32_t parent, std::uint32_t child) {
+    ++linkChanges_;
     eraseFirst(graph[parent].children, child);
     eraseFirst(graph[child].parents, parent);
 }
@@ -82,6 +116,29 @@ bool ValueSpace::exclusiveAppend(std::vector<std::uint32_t>& list, unsigned valu
     }
     list.push_back(value);
     return true;
+}
+
+const SlotSet& ValueSpace::atAndBelow(std::uint32_t space) {
+    if (below_.size() < graph.size()) {
+        below_.resize(graph.size());
+    }
+    Below& known = below_[space];
+    if (known.linkChanges != linkChanges_) {
+        known.spaces.start(graph.size());
+        known.spaces.add(space);
+        work_.assign(1, space);
+        while (!work_.empty()) {
+            const std::uint32_t s = work_.back();
+            work_.pop_back();
+            for (const std::uint32_t child : graph[s].children) {
+                if (known.spaces.add(child)) {
+                    work_.push_back(child);
+                }
+            }
+        }
+        known.linkChanges = linkChanges_;
+    }
+    return known.spaces;
 }
 
 std::vector<std::uint32_t> ValueSpace::listObjects() {

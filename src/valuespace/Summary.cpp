@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include "frame/Geometry.h"
 #include "valuespace/ValueSpace.h"
@@ -20,6 +21,10 @@ enum Tier : std::size_t { kTier12, kTier10, kTier8, kTier6, kTier4, kTier3, kTie
 // Value per second of one trigger object in force for the whole interval: what is worth a shot.
 constexpr double kTier4Rate = 4.0;
 
+// Above every value that a parent can have in a list without an upper limit; a sum of infinity is no reason to leave
+// anything out.
+constexpr double kNoLimit = std::numeric_limits<double>::infinity();
+
 using TierLists = std::array<std::vector<std::uint32_t>, kTierCount>;
 
 // Readies the list of the tier below `tier`, which has just been found too hot for the next space.
@@ -31,6 +36,11 @@ void handOver(TierLists& lists, std::size_t tier) {
     } else {
         lists[tier + 1] = lists[tier];
     }
+}
+
+// The order in which spaces are offered to the tiers: by descending value, equal ones in slot order. No value is NaN.
+bool isOfferedBefore(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) {
+    return a.value != b.value ? a.value > b.value : a.space < b.space;
 }
 
 // Writes the value of every slot, and tells each valid space with its sum, in slot order.
@@ -56,10 +66,43 @@ template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
 VS_VALUE_MAP ValueSpace::summarize(double span) {
     VS_VALUE_MAP map;
     map.span = span;
-    const std::vector<VS_VALUE_ORDER> order = fillValues();
-
     const std::array<double, kTierCount> thresholds{12.0 * span,       10.0 * span, 8.0 * span,  6.0 * span,
                                                     kTier4Rate * span, 3.0 * span,  span + span, span};
+    // The spaces to be offered. Where the thresholds descend, what is below the last one only makes the walk hand over to
+    // the end, and a space that its parent will swallow in the same list need not be offered.
+    std::vector<VS_VALUE_ORDER>& order = order_;
+    order.clear();
+    bool handsOverToTheEnd = false;
+    if (span >= 0.0) {
+        sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
+            if (entry.value >= span) {
+                order.push_back(entry);
+            } else {
+                handsOverToTheEnd = true;
+            }
+        });
+        double least = std::numeric_limits<double>::infinity();
+        for (const VS_VALUE_ORDER& entry : order) {
+            least = std::min(least, entry.value);
+        }
+        const auto tierOf = [&](double value) {
+            std::size_t tier = kTier12;
+            while (!(value >= thresholds[tier])) {
+                ++tier;
+            }
+            return tier;
+        };
+        // The coolest one is offered whatever its parents are, as it decides how far the walk gets.
+        std::erase_if(order, [&](const VS_VALUE_ORDER& entry) {
+            const std::size_t tier = tierOf(entry.value);
+            return entry.value != least &&
+                   isSwallowed(entry.space, thresholds[tier], tier > kTier4 ? thresholds[kTier4] : kNoLimit);
+        });
+        std::sort(order.begin(), order.end(), isOfferedBefore);
+    } else {
+        order = fillValues();
+    }
+
     TierLists lists;
     std::size_t tier = kTier12;
     for (const VS_VALUE_ORDER& entry : order) {
@@ -75,9 +118,15 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
         }
         summarizeGraph(lists[tier], entry.space);
     }
+    for (; handsOverToTheEnd && tier < kTier1; ++tier) {
+        handOver(lists, tier);
+    }
 
-    for (std::vector<std::uint32_t>& list : lists) {
-        summarizeTier(list, map);
+    for (std::size_t t = 0; t < lists.size(); ++t) {
+        // A list that was handed over and got nothing more gives the same pair once more, which would be removed again.
+        if (t == 0 || lists[t] != lists[t - 1]) {
+            summarizeTier(lists[t], map);
+        }
     }
     cleanValueMap(map);
     return map;
@@ -87,17 +136,21 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
     VS_VALUE_MAP map;
     map.span = span;
     const double threshold = kTier4Rate * span;
-    std::vector<VS_VALUE_ORDER> order;
+    std::vector<VS_VALUE_ORDER>& order = order_;
     if (std::isnan(threshold)) {
         order = fillValues(); // no sum lies below what is not a number
     } else {
-        // What is too cool is left out before the sort instead of after it: this runs several times for every slice.
+        // What is too cool, and what its parent will swallow, is left out before the sort instead of after it: this runs
+        // several times for every slice.
+        order.clear();
         sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
             if (entry.value >= threshold) {
                 order.push_back(entry);
             }
         });
-        std::stable_sort(order.begin(), order.end(), CompareValuePairs);
+        std::erase_if(order,
+                      [&](const VS_VALUE_ORDER& entry) { return isSwallowed(entry.space, threshold, kNoLimit); });
+        std::sort(order.begin(), order.end(), isOfferedBefore);
     }
     std::vector<std::uint32_t> list;
     for (const VS_VALUE_ORDER& entry : order) {
@@ -105,6 +158,17 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
     }
     summarizeTier(list, map);
     return map;
+}
+
+// True when a parent is offered to the same list, whose values are `least` or more and, when `below` is a limit, below
+// it. Whatever the space could do in that list, the parent does.
+bool ValueSpace::isSwallowed(std::uint32_t space, double least, double below) const {
+    const OV_INTERSECTION& offered = graph[space];
+    return std::any_of(offered.parents.begin(), offered.parents.end(), [&](std::uint32_t index) {
+        const OV_INTERSECTION& parent = graph[index];
+        return parent.value >= least && parent.value < below && parent.rect != offered.rect &&
+               contains(parent.rect, offered.rect);
+    });
 }
 
 std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
@@ -117,7 +181,7 @@ std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
     if (!std::all_of(order.begin(), order.end(), isNumber)) {
         numbersEnd = std::stable_partition(order.begin(), order.end(), isNumber);
     }
-    std::stable_sort(order.begin(), numbersEnd, CompareValuePairs);
+    std::sort(order.begin(), numbersEnd, isOfferedBefore);
     return order;
 }
 
@@ -135,21 +199,21 @@ void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space
 }
 
 void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
+    if (list.empty()) {
+        return;
+    }
     // All objects, ascending, each with the rectangle of the space at which it was inserted, not its own. They are laid
     // out once, since walking the map anew for every space of the list takes longer than the arithmetic.
-    std::vector<std::pair<Rectangle, double>> objects;
-    if (!list.empty()) {
-        objects.reserve(objectMap.size());
-        for (const auto& [object, location] : objectMap) {
-            objects.emplace_back(graph[location].rect, store->valueObjects[object].value);
-        }
+    located_.clear();
+    for (const auto& [object, location] : objectMap) {
+        located_.emplace_back(graph[location].rect, store->valueObjects[object].value);
     }
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
         const Rectangle& rect = graph[space].rect;
         double score = 0.0;
-        for (const auto& [location, value] : objects) {
+        for (const auto& [location, value] : located_) {
             score += value * static_cast<double>(area(intersection(rect, location)));
         }
         if (score > bestScore) {

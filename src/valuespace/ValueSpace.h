@@ -8,6 +8,13 @@
 
 #include "OrvantaExport.h"
 #include "frame/DataStore.h"
+#include "valuespace/CreationList.h"
+#include "valuespace/CreationSpace.h"
+#include "valuespace/ObjectClasses.h"
+#include "valuespace/ObjectMarks.h"
+#include "valuespace/ObjectSets.h"
+#include "valuespace/SlotSet.h"
+#include "valuespace/WalkQueue.h"
 
 namespace OrvantaNS {
 
@@ -19,20 +26,6 @@ struct OV_INTERSECTION {
     std::vector<std::uint32_t> parents;  ///< The tightest spaces that contain it: indices into `graph`.
     std::vector<std::uint32_t> children; ///< The tightest spaces that it contains: indices into `graph`.
     std::vector<std::uint32_t> objects;  ///< Indices into the store's `valueObjects`.
-};
-
-/// Where a parent of a space in creation is to be looked up.
-enum VS_PARENT_KIND : std::uint32_t {
-    PARENT_IN_CREATION = 1, ///< The index is into the creation list.
-    PARENT_IN_GRAPH = 2,    ///< The index is into `graph`.
-};
-
-/// A space that is about to exist; the list of them is local to one insertion.
-struct VS_CREATION_SPACE {
-    Rectangle rect;                                               ///< The rectangle wanted.
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> parents; ///< Tightest known containers: kind and index.
-    bool reuse = false;                                           ///< A space already has exactly this rectangle.
-    std::uint32_t space = 0;                                      ///< Index in `graph`; 0 until known.
 };
 
 /// One space with its summed value.
@@ -98,6 +91,8 @@ public:
 
     /// Removes an object and dissolves the spaces that it alone justified; an unknown object is ignored.
     void deleteObject(unsigned object);
+    /// Leaves what `deleteObject` would leave if it were called for each of the objects in turn; they are ascending.
+    void deleteObjects(const std::vector<std::uint32_t>& leaving);
     /// True when every object of the second space stands in the first.
     bool containsAllObjects(unsigned container, unsigned contained);
 
@@ -123,6 +118,70 @@ public:
     void printSpace(unsigned space);
     /// Prints a line to the standard output for every link or object that breaks the graph's rules.
     void testStructure();
+
+private:
+    // ---- Slots and links, as insertion and deletion make them ----
+
+    std::uint32_t makeSpace(const Rectangle& rect);
+    void freeSpace(std::uint32_t space);
+    void link(std::uint32_t parent, std::uint32_t child);
+    void unlink(std::uint32_t parent, std::uint32_t child);
+    void addAtAndBelow(std::uint32_t space, std::uint32_t object);
+
+    // ---- Insertion ----
+
+    /// Finds the first space in walking order that can stand for the rectangle; false when none can.
+    bool findServingSpace(const Rectangle& rect, std::uint32_t& serving);
+    /// Fills `creation_`. True when a space on the way can stand for the rectangle.
+    bool collectCreation(const Rectangle& rect, std::uint32_t& serving);
+    void makeCreation();
+
+    // ---- Deletion ----
+
+    /// Counts how many objects stay that could stand in for those that leave; none where that does not pay.
+    void countStandIns(const std::vector<std::uint32_t>& leaving);
+    /// True when the object's leaving changes nothing but the lists. Takes it off the count.
+    bool leavesUnnoticed(std::uint32_t object, std::uint32_t location);
+    /// True when a walk of deletion from the space on would find nothing to dissolve or unlink, as the lists stand.
+    bool isSettledBelow(std::uint32_t space);
+    bool isSettled(std::uint32_t space);
+    /// Takes objects, named as location and object, out of the lists at and below their locations, and forgets them.
+    void eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects);
+    void dissolveFrom(std::uint32_t location, std::uint32_t object);
+
+    /// The space and all spaces below it; good until a link changes.
+    const SlotSet& atAndBelow(std::uint32_t space);
+
+    // ---- Summaries ----
+
+    bool isSwallowed(std::uint32_t space, double least, double below) const;
+
+    // What follows speeds the operations up and is no part of the graph.
+
+    struct Below {
+        std::uint64_t linkChanges = 0; ///< The number of changes at which the set was made; 0 before the first.
+        SlotSet spaces;
+    };
+    std::vector<Below> below_;      ///< By slot: all that can be reached downward.
+    std::uint64_t linkChanges_ = 1; ///< Counts changes of links and slots.
+    SlotSet settled_;               ///< Known to pass `isSettled`.
+    bool isHandMade_ = false;   ///< Something but insertions and deletions has made spaces or links, or an object has
+                                ///< come back that an old list may still name.
+    std::uint32_t highest_ = 0; ///< The highest object ever inserted.
+    bool hasLostLinks_ = false; ///< An insertion has cut a space off from a parent that it did not reach.
+
+    InsertionQueue insertionQueue_;
+    DeletionQueue deletionQueue_;
+    CreationList creation_;
+    ObjectSets objectSets_;
+    ObjectClasses classes_;
+    std::vector<std::uint32_t> residents_; ///< By space: the objects located there.
+    std::vector<std::uint32_t> staying_;   ///< By class: its objects in the graph; empty where nobody stands in.
+    SlotSet reached_;                      ///< The spaces that an insertion has met: those that overlap its rectangle.
+    std::vector<std::uint32_t> work_;   ///< The queue or stack of a plain walk, or the children of the space in work.
+    std::vector<VS_VALUE_ORDER> order_; ///< The spaces that a summary offers.
+    std::vector<std::pair<Rectangle, double>> located_; ///< Where the objects of a summary are, and their values.
+    ObjectMarks marks_; ///< The objects that a new space lists already, or that leave together.
 };
 
 } // namespace OrvantaNS

@@ -40,11 +40,14 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
             store.firstActiveObject = i;
         }
     }
-    for (const std::uint32_t i : space.listObjects()) {
-        if (i >= first && i <= store.nextObject && isRetired(i)) {
-            space.deleteObject(i);
+    std::vector<std::uint32_t> leaving;
+    for (auto entry = space.objectMap.lower_bound(first);
+         entry != space.objectMap.end() && entry->first <= store.nextObject; ++entry) {
+        if (isRetired(entry->first)) {
+            leaving.push_back(entry->first);
         }
     }
+    space.deleteObjects(leaving);
 }
 
 void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
@@ -61,9 +64,9 @@ void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> inte
 }
 
 void OrvantaWorker::recalcValueInterval(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
-    for (const std::uint32_t i : space.listObjects()) {
-        OV_VALUE_OBJECT& object = store.valueObjects[i];
-        object.value = overlapsInterval(object, interval) ? getIntegrationValue(i, interval, store) : 0.0;
+    for (const auto& entry : space.objectMap) {
+        OV_VALUE_OBJECT& object = store.valueObjects[entry.first];
+        object.value = overlapsInterval(object, interval) ? getIntegrationValue(entry.first, interval, store) : 0.0;
     }
 }
 

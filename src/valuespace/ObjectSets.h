@@ -1,0 +1,97 @@
+// The object lists of some spaces as sets of bits, for an operation that asks many times whether one list holds another.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+namespace OrvantaNS {
+
+/// A set is made from a list when it is asked for first, and the operation tells of each change to a list afterwards. The
+/// lists stay what counts: nothing here outlives the operation, so there is nothing to keep in step with them.
+class ObjectSets {
+public:
+    /// Forgets all sets. `lists(slot)` gives the list of a slot; there are `slots` of them.
+    void start(std::size_t slots, std::size_t objectsExpected) {
+        rows_.assign(slots, kNone);
+        rowCount_ = 0;
+        for (const std::uint32_t object : numbered_) {
+            numbers_[object] = kNone;
+        }
+        numbered_.clear();
+        rowWords_ = std::max<std::size_t>(1, (objectsExpected + kWordBits - 1) / kWordBits);
+    }
+
+    /// True when every object of the second list stands in the first.
+    template <typename Graph> bool holdsAll(const Graph& graph, std::uint32_t container, std::uint32_t contained) {
+        const std::size_t held = rowOf(graph, container);
+        const std::size_t asked = rowOf(graph, contained);
+        // Making the second row may have widened all rows, which forgets the first one.
+        const std::size_t heldNow = rows_[container] == held ? held : rowOf(graph, container);
+        const std::uint64_t* a = &words_[heldNow * rowWords_];
+        const std::uint64_t* b = &words_[asked * rowWords_];
+        for (std::size_t w = rowWords_; w-- > 0;) { // the newest objects, which tell most lists apart, come last
+            if ((b[w] & ~a[w]) != 0) {
+                return false;
+            }
+        }
+        return true;
+    }
+    /// The list of the slot has changed.
+    void forget(std::uint32_t slot) { rows_[slot] = kNone; }
+    /// The object, of which the list held one copy, has left it.
+    void remove(std::uint32_t slot, std::uint32_t object) {
+        if (rows_[slot] != kNone) {
+            const std::uint32_t number = numbers_[object];
+            words_[rows_[slot] * rowWords_ + number / kWordBits] &= ~(std::uint64_t{1} << number % kWordBits);
+        }
+    }
+
+private:
+    static constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+    static constexpr std::size_t kWordBits = 64;
+
+    template <typename Graph> std::size_t rowOf(const Graph& graph, std::uint32_t slot) {
+        if (rows_[slot] != kNone) {
+            return rows_[slot];
+        }
+        const std::vector<std::uint32_t>& list = graph[slot].objects;
+        for (const std::uint32_t object : list) {
+            number(object);
+        }
+        if (numbered_.size() > rowWords_ * kWordBits) {
+            rowWords_ = 2 * ((numbered_.size() + kWordBits - 1) / kWordBits);
+            std::fill(rows_.begin(), rows_.end(), kNone);
+            rowCount_ = 0;
+        }
+        const std::size_t row = rowCount_++;
+        words_.resize(std::max(words_.size(), rowCount_ * rowWords_));
+        std::uint64_t* words = &words_[row * rowWords_];
+        std::fill(words, words + rowWords_, 0);
+        for (const std::uint32_t object : list) {
+            words[numbers_[object] / kWordBits] |= std::uint64_t{1} << numbers_[object] % kWordBits;
+        }
+        rows_[slot] = static_cast<std::uint32_t>(row);
+        return row;
+    }
+    void number(std::uint32_t object) {
+        if (object >= numbers_.size()) {
+            numbers_.resize(std::size_t{object} + 1, kNone);
+        }
+        if (numbers_[object] == kNone) {
+            numbers_[object] = static_cast<std::uint32_t>(numbered_.size());
+            numbered_.push_back(object);
+        }
+    }
+
+    std::vector<std::uint32_t> rows_;  // by slot: its row of `words_`
+    std::vector<std::uint64_t> words_; // `rowWords_` a row
+    std::size_t rowWords_ = 1;
+    std::size_t rowCount_ = 0;
+    std::vector<std::uint32_t> numbers_;  // by object: its bit
+    std::vector<std::uint32_t> numbered_; // the objects that have a bit
+};
+
+} // namespace OrvantaNS
