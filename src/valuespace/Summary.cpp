@@ -18,8 +18,10 @@ namespace {
 // The tiers from the hottest down, by position in the arrays of `summarize`.
 enum Tier : std::size_t { kTier12, kTier10, kTier8, kTier6, kTier4, kTier3, kTier2, kTier1, kTierCount };
 
-// Value per second of one trigger object in force for the whole interval: what is worth a shot.
-constexpr double kTier4Rate = 4.0;
+// The value per second at which each tier starts. Tier 4 is that of one trigger object in force for the whole interval:
+// what is worth a shot.
+constexpr std::array<double, kTierCount> kTierRates{12.0, 10.0, 8.0, 6.0, 4.0, 3.0, 2.0, 1.0};
+constexpr double kTier4Rate = kTierRates[kTier4];
 
 // Above every value that a parent can have in a list without an upper limit; a sum of infinity is no reason to leave
 // anything out.
@@ -66,8 +68,10 @@ template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
 VS_VALUE_MAP ValueSpace::summarize(double span) {
     VS_VALUE_MAP map;
     map.span = span;
-    const std::array<double, kTierCount> thresholds{12.0 * span,       10.0 * span, 8.0 * span,  6.0 * span,
-                                                    kTier4Rate * span, 3.0 * span,  span + span, span};
+    std::array<double, kTierCount> thresholds{};
+    for (std::size_t t = 0; t < kTierCount; ++t) {
+        thresholds[t] = kTierRates[t] * span;
+    }
     // The spaces to be offered. Where the thresholds descend, what is below the last one only makes the walk hand over to
     // the end, and a space that its parent will swallow in the same list need not be offered.
     std::vector<VS_VALUE_ORDER>& order = order_;
