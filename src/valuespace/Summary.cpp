@@ -99,8 +99,11 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
         // The coolest one is offered whatever its parents are, as it decides how far the walk gets.
         std::erase_if(order, [&](const VS_VALUE_ORDER& entry) {
             const std::size_t tier = tierOf(entry.value);
-            return entry.value != least &&
-                   isSwallowed(entry.space, thresholds[tier], tier > kTier4 ? thresholds[kTier4] : kNoLimit);
+            double below = kNoLimit;
+            if (tier > kTier4) {
+                below = thresholds[kTier4]; // the lists of the lower tiers start afresh
+            }
+            return entry.value != least && isSwallowed(entry.space, thresholds[tier], below);
         });
         std::sort(order.begin(), order.end(), isOfferedBefore);
     } else {
