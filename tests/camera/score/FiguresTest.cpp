@@ -1,0 +1,86 @@
+#include "camera/score/Figures.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "Scene.h"
+
+namespace OrvantaNS::testing {
+namespace {
+
+using namespace camera;
+
+const RealRect kCorner{0, 0, 800, 500};
+
+PathFigures judge(const Scene& scene, std::vector<JudgedKeyframe> keyframes) {
+    const JudgedSession session = judgedSession(scene);
+    return judgePath(session, JudgedPath(std::move(keyframes), session.whole, 640, 400, 1.0), 640, 400);
+}
+
+TEST(FiguresTest, NothingToJudge_GivesNoShares) {
+    const PathFigures figures = judge(recording(), {});
+    EXPECT_EQ(figures.presses, 0u);
+    EXPECT_FALSE(figures.inside);
+    EXPECT_FALSE(figures.readableShare);
+    EXPECT_EQ(figures.moves, 0u);
+    EXPECT_EQ(figures.movesAMinute, 0.0);
+}
+
+TEST(FiguresTest, Presses_InsideAtRestWithRoomAndRead) {
+    // Inside with room; inside, ten pixels of the recording from the right edge; outside; off the recording.
+    Scene scene = recording();
+    scene.cursor(5, 400, 300).click(5).cursor(6, 790, 300).click(6).cursor(7, 1000, 300).click(7);
+    scene.cursor(8, -5, 300).click(8);
+    const PathFigures figures = judge(scene, {{0, kCorner}});
+    EXPECT_EQ(figures.presses, 3u);
+    EXPECT_DOUBLE_EQ(*figures.inside, 2.0 / 3);
+    EXPECT_DOUBLE_EQ(*figures.withRoom, 1.0 / 3);
+    EXPECT_DOUBLE_EQ(*figures.atRest, 2.0 / 3);
+    EXPECT_DOUBLE_EQ(*figures.pressesRead, 2.0 / 3); // at a zoom of 0.8
+    EXPECT_DOUBLE_EQ(*figures.readableShare, 2.0 / 3);
+}
+
+TEST(FiguresTest, Presses_DuringAMove_AreNotAtRest) {
+    Scene scene = recording();
+    scene.cursor(0, 100, 100).click(5.5).click(7);
+    const PathFigures figures = judge(scene, {{5, kCorner}});
+    EXPECT_DOUBLE_EQ(*figures.inside, 1.0);
+    EXPECT_DOUBLE_EQ(*figures.atRest, 0.5);
+    EXPECT_DOUBLE_EQ(*figures.pressesRead, 0.5); // the move is half done
+}
+
+TEST(FiguresTest, Typing_IsReadWhereTheCaretIsWholeInAReadableFrame) {
+    Scene scene = recording();
+    scene.caret(3, box(100, 100, 1, 18)).caret(4, box(100, 490, 1, 18)).caret(5, box(2000, 100, 1, 18));
+    EXPECT_DOUBLE_EQ(*judge(scene, {{0, kCorner}}).typingRead, 0.5);
+    EXPECT_DOUBLE_EQ(*judge(scene, {}).typingRead, 0.0);
+}
+
+TEST(FiguresTest, Changes_CountByTheAreaShown_WithoutSpecksAndRepaints) {
+    Scene scene = recording();
+    scene.dirty(3.0, box(700, 100, 200, 100)); // half of it in the corner
+    scene.dirty(5.0, box(0, 0, 19, 21));       // a speck: below 400 pixels
+    scene.dirty(6.0, box(0, 0, 1280, 481));    // more than 60% of the screen
+    EXPECT_DOUBLE_EQ(*judge(scene, {{0, kCorner}}).changesRead, 0.5);
+}
+
+TEST(FiguresTest, SmallWindows_CountForTheirFirstEightSeconds) {
+    Scene scene = recording();
+    // In front from 2 to 22; the frame holds it from the end of the move at 6 on: looks from 2.25 to 9.75 are judged.
+    scene.window(2, box(100, 100, 300, 200)).window(22, box(0, 0, 1280, 800)).window(23, box(0, 0, 1280, 800));
+    const PathFigures figures = judge(scene, {{5, kCorner}});
+    // 31 looks; those from 5.75 on are at a zoom of 0.75 or more: eased 0.84375 of the way, 875 wide, is not yet.
+    EXPECT_DOUBLE_EQ(*figures.windowsRead, 16.0 / 31);
+}
+
+TEST(FiguresTest, MovesAndTravel_AreByTheMinute) {
+    const PathFigures figures = judge(recording().length(30), {{5, {0, 0, 640, 400}}, {15, {640, 0, 1280, 400}}});
+    EXPECT_EQ(figures.moves, 2u);
+    EXPECT_DOUBLE_EQ(figures.movesAMinute, 4.0);
+    // From the middle to the left top quarter is 320 by 200; then half a width.
+    EXPECT_DOUBLE_EQ(figures.travelAMinute, 2.0 * (std::sqrt(320.0 * 320 + 200 * 200) / 1280 + 0.5));
+}
+
+} // namespace
+} // namespace OrvantaNS::testing
