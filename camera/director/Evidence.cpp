@@ -1,0 +1,338 @@
+#include "camera/director/Evidence.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace OrvantaNS::camera {
+
+namespace {
+
+// ---- Times, seconds ----
+constexpr double kBeforePress = 0.5; // the viewer wants to see the hand arrive
+constexpr double kAfterPress = 1.0;  // and what comes of it
+constexpr double kLongPress = 0.3;   // a button held longer drags
+constexpr double kAroundDrag = 0.5;
+constexpr double kBeforeTyping = 0.25;
+constexpr double kAfterTyping = 1.25;
+constexpr double kChangeSeconds = 0.75;
+constexpr double kWindowStays = 0.3; // a window that stays shorter is moving
+constexpr double kOpening = 2.0;
+constexpr double kAfterPage = 2.0; // what has scrolled is read
+constexpr double kBriefLinger = 4.0;
+constexpr double kLongLinger = 10.0;
+constexpr double kRestingCursor = 1.0;
+constexpr double kForgottenCursor = 6.0;
+
+// ---- Lengths, lines of text ----
+constexpr double kPressWidth = 8.0;
+constexpr double kPressHeight = 5.0;
+constexpr double kTypingWidth = 18.0;
+constexpr double kTypingHeight = 3.5;
+constexpr double kCursorSize = 3.3;
+constexpr double kDragMargin = 1.5;
+constexpr double kLeastDragArea = 20.0; // square lines: less is a press with a trembling hand
+constexpr double kSpeckArea = 0.3;      // square lines: less is a blinking caret
+
+constexpr double kAnswer = 1.0;    // seconds after a press within which a change answers it
+constexpr double kPointed = 20.0;  // seconds for which a press tells where something is typed
+constexpr double kLeftPart = 0.6;  // of a readable frame's width: where the reading of a wide area begins
+constexpr double kPageShare = 0.5; // share of the window in front that is a change of the whole
+
+RealRect boxAround(double x, double y, double w, double h, const Scene& scene) {
+    return {std::max(0.0, x - w / 2.0), std::max(0.0, y - h / 2.0), std::min(scene.width, x + w / 2.0),
+            std::min(scene.height, y + h / 2.0)};
+}
+
+/// Gathers evidence stream by stream.
+class Gatherer {
+public:
+    Gatherer(const Scene& scene, const FrameShape& shape, const DirectorWeights& weights)
+        : scene_(scene), shape_(shape), weights_(weights), screen_{0.0, 0.0, scene.width, scene.height},
+          strong_(static_cast<std::size_t>(scene.steps)), focus_(static_cast<std::size_t>(scene.steps)) {}
+
+    std::vector<Evidence> gather() {
+        presses();
+        typing();
+        windows();
+        changes();
+        linger();
+        cursor();
+        add(EvidenceKind::Whole, 0.0, scene_.length, screen_, weights_.whole);
+        return std::move(evidence_);
+    }
+
+private:
+    void add(EvidenceKind kind, double from, double to, const RealRect& rect, double weight) {
+        if (isEmpty(rect) || !(weight > 0.0) || !(to > 0.0) || !(from < scene_.length)) {
+            return;
+        }
+        const std::int32_t first = scene_.stepAt(from);
+        const std::int32_t last =
+            std::max(first, static_cast<std::int32_t>(std::min(std::ceil(to / scene_.step), scene_.steps * 1.0)) - 1);
+        evidence_.push_back({kind, first, last + 1, rect, weight});
+    }
+
+    /// The same, and remembered as what the viewer looks at.
+    void addStrong(EvidenceKind kind, double from, double to, const RealRect& rect, double weight) {
+        const std::size_t before = evidence_.size();
+        add(kind, from, to, rect, weight);
+        if (evidence_.size() == before) {
+            return;
+        }
+        const Evidence& one = evidence_.back();
+        for (std::int32_t step = one.from; step < one.to; ++step) {
+            const auto i = static_cast<std::size_t>(step);
+            focus_[i] = strong_[i] > 0.0 ? boundingUnion(focus_[i], rect) : rect;
+            strong_[i] += weight;
+        }
+    }
+
+    void presses() {
+        const double line = scene_.lineHeight;
+        for (const ScenePress& press : scene_.presses) {
+            addStrong(EvidenceKind::Press, press.seconds - kBeforePress, press.release + kAfterPress,
+                      boxAround(press.x, press.y, kPressWidth * line, kPressHeight * line, scene_), weights_.press);
+            if (press.release - press.seconds > kLongPress) {
+                const RealRect box = intersection({press.path.left - kDragMargin * line, press.path.top - line,
+                                                   press.path.right + kDragMargin * line, press.path.bottom + line},
+                                                  screen_);
+                if (area(box) > kLeastDragArea * line * line) {
+                    addStrong(EvidenceKind::Drag, press.seconds - kAroundDrag / 2.0, press.release + kAroundDrag, box,
+                              weights_.drag);
+                }
+            }
+        }
+    }
+
+    void typing() {
+        const double line = scene_.lineHeight;
+        for (const SceneCaret& caret : scene_.carets) {
+            addStrong(
+                EvidenceKind::Typing, caret.from - kBeforeTyping, std::min(caret.from + kAfterTyping, caret.to),
+                boxAround(centreX(caret.rect), centreY(caret.rect), kTypingWidth * line, kTypingHeight * line, scene_),
+                weights_.typing);
+        }
+    }
+
+    /// 1 for a window that a readable frame holds and that leaves most of the screen free, 0 for one that does not.
+    double smallness(const RealRect& rect) const {
+        const double fits = std::clamp((shape_.fittingZoom(rect) / shape_.readable() - 0.7) / 0.3, 0.0, 1.0);
+        const double leaves = std::clamp((0.45 - area(rect) / area(screen_)) / 0.2, 0.0, 1.0);
+        return fits * leaves;
+    }
+
+    void windows() {
+        std::array<RealRect, 3> last{};
+        std::size_t next = 0;
+        RealRect parent;
+        for (const SceneWindow& run : scene_.windows) {
+            if (isEmpty(run.rect)) {
+                continue;
+            }
+            if (run.to - run.from < kWindowStays) {
+                add(EvidenceKind::WindowOpens, run.from, run.to, run.rect, weights_.windowOpens / 2.0);
+                continue;
+            }
+            if (std::find(last.begin(), last.end(), run.rect) == last.end()) {
+                addStrong(EvidenceKind::WindowOpens, run.from, std::min(run.to, run.from + kOpening), run.rect,
+                          weights_.windowOpens);
+            }
+            last[next++ % last.size()] = run.rect;
+            const double small = smallness(run.rect);
+            if (small > 0.0) {
+                addStrong(EvidenceKind::SmallWindow, run.from, run.to, run.rect, small * weights_.smallWindow);
+                // A menu or dialog is part of what is done in the window that it came from.
+                if (!isEmpty(parent)) {
+                    add(EvidenceKind::Page, run.from, run.to, parent, small * weights_.parent);
+                }
+            }
+            if (small < 0.5) {
+                parent = run.rect;
+                addStrong(EvidenceKind::Page, run.from, std::min(run.to, run.from + kOpening), run.rect,
+                          (1.0 - small) * weights_.returns);
+            }
+            add(EvidenceKind::Context, run.from, run.to, run.rect, (1.0 - small) * weights_.context);
+        }
+    }
+
+    /// The window in front at a moment; the screen when there is none.
+    RealRect frontAt(double seconds) {
+        while (front_ + 1 < scene_.windows.size() && scene_.windows[front_ + 1].from <= seconds) {
+            ++front_;
+        }
+        if (scene_.windows.empty() || isEmpty(scene_.windows[front_].rect)) {
+            return screen_;
+        }
+        return scene_.windows[front_].rect;
+    }
+
+    void changes() {
+        const double line = scene_.lineHeight;
+        std::size_t next = 0;
+        std::size_t wheel = 0;
+        double lastWheel = -100.0;
+        std::size_t press = 0;
+        double lastPress = -100.0;
+        double page = -1.0; // until when the page is of interest
+        for (std::int32_t step = 0; step < scene_.steps; ++step) {
+            const std::size_t end = scene_.changeEnds[static_cast<std::size_t>(step)];
+            const double time = step * scene_.step;
+            while (wheel < scene_.wheels.size() && scene_.wheels[wheel] < time + scene_.step) {
+                lastWheel = scene_.wheels[wheel++];
+            }
+            const RealRect front = frontAt(time);
+            double sum = 0.0;
+            double news = 0.0;
+            for (std::size_t i = next; i < end; ++i) {
+                sum += scene_.changes[i].attention;
+                if (scene_.changes[i].attention == 1.0) {
+                    news += area(intersection(scene_.changes[i].rect, front));
+                }
+            }
+            const bool isScrolling = time - lastWheel < 0.5 && news > 0.1 * area(front);
+            while (press < scene_.presses.size() && scene_.presses[press].seconds < time + scene_.step) {
+                lastPress = std::max(lastPress, scene_.presses[press++].release);
+            }
+            const bool isAnswer = time - lastPress < kAnswer;
+            const bool isPage = isScrolling || news > kPageShare * area(front);
+            if (isPage) {
+                // A page that changes as a whole without the hand answers the keyboard, and may be a program that
+                // draws everything for one letter.
+                const double until = time + kAfterPage;
+                addStrong(EvidenceKind::Page, std::max(page, time - scene_.step), until, front,
+                          isScrolling || isAnswer ? weights_.page : weights_.pageByKey);
+                page = until;
+            }
+            for (; next < end; ++next) {
+                const SceneChange& change = scene_.changes[next];
+                double weight = weights_.change * change.attention / std::max(1.0, sum);
+                if (area(change.rect) < kSpeckArea * line * line) {
+                    weight *= 0.3;
+                }
+                if (area(change.rect) > 0.6 * area(screen_)) {
+                    weight *= 0.4;
+                }
+                const bool isNews = change.attention == 1.0 && !isPage && area(change.rect) >= kSpeckArea * line * line;
+                addChange(change.rect, time, weight, isNews);
+            }
+        }
+    }
+
+    /// A change is seen where it is, unless no readable frame holds its width: programs draw whole rows for a letter, and
+    /// reading begins at the left, or where the hand has pointed.
+    void addChange(const RealRect& rect, double time, double weight, bool isNews) {
+        const auto put = [&](const RealRect& part, double share) {
+            if (isNews) {
+                addStrong(EvidenceKind::Change, time, time + kChangeSeconds, part, share * weight);
+            } else {
+                add(EvidenceKind::Change, time, time + kChangeSeconds, part, share * weight);
+            }
+        };
+        const double readableWidth = shape_.outputWidth() / shape_.readable();
+        if (!isNews || width(rect) <= readableWidth) {
+            put(rect, 1.0);
+            return;
+        }
+        put({rect.left, rect.top, rect.left + kLeftPart * readableWidth, rect.bottom}, weights_.leftPart);
+        const ScenePress* press = lastPressIn(rect, time);
+        const double line = scene_.lineHeight;
+        if (press != nullptr) {
+            put(boxAround(press->x, press->y, kTypingWidth * line, kTypingHeight * line, scene_), weights_.pressPart);
+        }
+        add(EvidenceKind::Change, time, time + kChangeSeconds, rect,
+            weight * std::max(0.0, 1.0 - weights_.leftPart - (press != nullptr ? weights_.pressPart : 0.0)));
+    }
+
+    /// The last press before a moment, if it lies in the rectangle and is not long ago.
+    const ScenePress* lastPressIn(const RealRect& rect, double time) const {
+        auto after = std::upper_bound(scene_.presses.begin(), scene_.presses.end(), time,
+                                      [](double t, const ScenePress& p) { return t < p.seconds; });
+        if (after == scene_.presses.begin()) {
+            return nullptr;
+        }
+        const ScenePress& press = *std::prev(after);
+        return time - press.seconds < kPointed && containsPoint(rect, press.x, press.y) ? &press : nullptr;
+    }
+
+    /// Where nothing is of interest, what was so last still is, for a while.
+    void linger() {
+        std::int32_t last = -1;
+        std::int32_t from = -1;
+        for (std::int32_t step = 0; step <= scene_.steps; ++step) {
+            const bool isStrong = step < scene_.steps && strong_[static_cast<std::size_t>(step)] >= 0.3;
+            if (!isStrong && step < scene_.steps) {
+                from = from < 0 ? step : from;
+                continue;
+            }
+            if (from >= 0 && last >= 0) {
+                RealRect rect = focus_[static_cast<std::size_t>(last)];
+                // What was looked at in the seconds before belongs to it, as long as a readable frame holds all.
+                for (std::int32_t back = last; back >= 0 && (last - back) * scene_.step < kBriefLinger; --back) {
+                    const RealRect both = boundingUnion(rect, focus_[static_cast<std::size_t>(back)]);
+                    if (strong_[static_cast<std::size_t>(back)] > 0.0 &&
+                        shape_.fittingZoom(both) >= shape_.readable()) {
+                        rect = both;
+                    }
+                }
+                const double start = from * scene_.step;
+                const double stop = step * scene_.step;
+                add(EvidenceKind::Linger, start, std::min(stop, start + kBriefLinger), rect, weights_.linger);
+                if (stop > start + kBriefLinger) {
+                    add(EvidenceKind::Linger, start + kBriefLinger, std::min(stop, start + kLongLinger), rect,
+                        weights_.linger / 2.0);
+                }
+                if (stop > start + kLongLinger) {
+                    add(EvidenceKind::Linger, start + kLongLinger, stop, rect, weights_.linger / 4.0);
+                }
+            }
+            from = -1;
+            last = step;
+        }
+    }
+
+    void cursor() {
+        double moved = -100.0;
+        for (std::int32_t step = 0; step < static_cast<std::int32_t>(scene_.cursor.size()); ++step) {
+            const SceneCursor& cursor = scene_.cursor[static_cast<std::size_t>(step)];
+            const double time = step * scene_.step;
+            if (cursor.isNew) {
+                moved = time;
+            }
+            if (!cursor.isInside) {
+                continue;
+            }
+            const double rest = time - moved;
+            const double weight = rest < kRestingCursor     ? weights_.cursor
+                                  : rest < kForgottenCursor ? 0.4 * weights_.cursor
+                                                            : 0.08 * weights_.cursor;
+            const double size = kCursorSize * scene_.lineHeight;
+            add(EvidenceKind::Cursor, time, time + scene_.step, boxAround(cursor.x, cursor.y, size, size, scene_),
+                weight);
+        }
+    }
+
+    const Scene& scene_;
+    const FrameShape& shape_;
+    const DirectorWeights& weights_;
+    const RealRect screen_;
+    std::vector<Evidence> evidence_;
+    std::vector<double> strong_;  ///< For each step, the weight of what is of interest.
+    std::vector<RealRect> focus_; ///< For each step, the box around it.
+    std::size_t front_ = 0;
+};
+
+} // namespace
+
+std::string_view nameOf(EvidenceKind kind) {
+    constexpr std::array<std::string_view, kEvidenceKinds> kNames{"press",        "drag",         "typing", "change",
+                                                                  "small window", "window opens", "page",   "linger",
+                                                                  "context",      "cursor",       "whole"};
+    return kNames[static_cast<std::size_t>(kind)];
+}
+
+std::vector<Evidence> gatherEvidence(const Scene& scene, const FrameShape& shape, const DirectorWeights& weights) {
+    return Gatherer(scene, shape, weights).gather();
+}
+
+} // namespace OrvantaNS::camera

@@ -1,0 +1,42 @@
+// What the director holds for worth seeing, and what a move costs. All of it is in seconds of missed sight: weight 1 for
+// a second means that a viewer who does not see the thing misses a second.
+#pragma once
+
+namespace OrvantaNS::camera {
+
+/// The director's numbers. Lengths are in lines of text, as the recording shows them, or shares of the screen.
+struct DirectorWeights {
+    // ---- Evidence: weights ----
+    double press = 1.2;       ///< Around a press.
+    double drag = 1.5;        ///< The box of a drag.
+    double typing = 0.8;      ///< Around the caret where it moved.
+    double change = 1.2;      ///< What was drawn, shared among the areas of a step.
+    double smallWindow = 2.0; ///< A window in front that a readable frame holds, while it is there.
+    double windowOpens = 2.8; ///< A window that was not there before.
+    double parent = 0.8;      ///< The window from which a menu or dialog came.
+    double returns = 0.8;     ///< A window to which the work goes back.
+    double page = 1.0;        ///< The window in front while it scrolls or shows something new as a whole.
+    double leftPart = 0.5;    ///< Share of a wide change that its left end gets.
+    double pressPart = 0.3;   ///< Share of it that the last press in it gets.
+    double pageByKey = 0.15;  ///< The same when no hand did it.
+    double linger = 0.8;      ///< What was of interest last, until something else is.
+    double context = 0.08;    ///< The window in front.
+    double cursor = 0.4;      ///< The cursor while it moves; less while it rests.
+    double whole = 0.01;      ///< The whole screen.
+
+    // ---- Loss ----
+    double unread = 0.7;        ///< What a thing seen too small to read loses of its weight.
+    double unreadStep = 0.55;   ///< The part of that loss that begins at once below the readable zoom.
+    double unreadOctaves = 1.5; ///< Octaves below the readable zoom at which the rest of it is complete.
+    double cropLarge = 1.5;     ///< How much faster than its share the sight of a cropped thing is lost.
+    double cropSmall = 4.0;     ///< The same for presses, dialogs and menus.
+
+    // ---- Moves ----
+    double move = 0.5;      ///< Any move.
+    double moveZoom = 0.8;  ///< An octave of zoom.
+    double moveWay = 1.0;   ///< The diagonal of the larger frame.
+    double shortRest = 1.2; ///< A rest of less than five seconds after the move.
+    double moveBlur = 1.0;  ///< A second of evidence during the move.
+};
+
+} // namespace OrvantaNS::camera

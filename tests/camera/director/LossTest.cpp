@@ -1,0 +1,89 @@
+#include "camera/director/Loss.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace OrvantaNS::testing {
+namespace {
+
+using namespace camera;
+
+/// A scene of two steps of a quarter second on 1280 by 800.
+camera::Scene twoSteps() {
+    camera::Scene scene;
+    scene.width = 1280;
+    scene.height = 800;
+    scene.length = 0.5;
+    scene.steps = 2;
+    scene.changeEnds.assign(2, 0);
+    return scene;
+}
+
+const FrameShape kShape(640, 400, 1280, 800, 0.75, false);
+
+TEST(LossTest, FrameThatHoldsAllAtAReadableZoom_LosesNothing) {
+    const camera::Scene scene = twoSteps();
+    const LossTable table(scene, kShape, {}, {{EvidenceKind::Press, 0, 2, {100, 100, 200, 150}, 0.5}});
+    EXPECT_EQ(table.loss({0, 0, 640, 400}, 0, 2), 0.0);
+    EXPECT_EQ(table.weightOf(0), 0.5);
+}
+
+TEST(LossTest, FrameThatHoldsNothing_LosesTheWeightForEverySecond) {
+    const camera::Scene scene = twoSteps();
+    const LossTable table(scene, kShape, {}, {{EvidenceKind::Press, 0, 1, {100, 100, 200, 150}, 0.5}});
+    EXPECT_EQ(table.loss({640, 400, 1280, 800}, 0, 1), 0.125);
+    EXPECT_EQ(table.loss({640, 400, 1280, 800}, 1, 2), 0.0);
+}
+
+TEST(LossTest, WeightsOfACrowdedStep_AddUpToOne) {
+    const camera::Scene scene = twoSteps();
+    const LossTable table(scene, kShape, {},
+                          {{EvidenceKind::Press, 0, 2, {100, 100, 200, 150}, 3.0},
+                           {EvidenceKind::Press, 0, 1, {1100, 700, 1200, 750}, 1.0}});
+    EXPECT_EQ(table.weightOf(0), 1.0);
+    // The frame misses a quarter of the first step's interest and nothing of the second.
+    EXPECT_NEAR(table.loss({0, 0, 640, 400}, 0, 2), 0.25 * 0.25, 1e-12);
+}
+
+TEST(LossTest, CroppedThing_LosesFasterThanItsShare) {
+    const camera::Scene scene = twoSteps();
+    DirectorWeights weights;
+    weights.cropSmall = 4.0;
+    const LossTable table(scene, kShape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
+    const Weighed& item = *table.begin(0);
+    // 95, 90 and 60 of its 100 columns are inside.
+    EXPECT_NEAR(LossTable::sight({55, 0, 695, 400}, item), 1.0 - 4.0 * 0.05, 1e-12);
+    EXPECT_NEAR(LossTable::sight({50, 0, 690, 400}, item), 1.0 - 4.0 * 0.10, 1e-12);
+    EXPECT_EQ(LossTable::sight({20, 0, 660, 400}, item), 0.0);
+}
+
+TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
+    const camera::Scene scene = twoSteps();
+    DirectorWeights weights;
+    weights.unread = 0.8;
+    weights.unreadStep = 0.5;
+    weights.unreadOctaves = 2.0;
+    const FrameShape shape(640, 400, 1280, 800, 1.0, false);
+    const LossTable table(scene, shape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
+    // One octave below: all of the step, half of the slope.
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.8 * (0.5 + 0.5 * 0.5), 1e-12);
+}
+
+TEST(LossTest, WindowThatNoReadableFrameHolds_IsReadAtTheLargestZoomThatHoldsIt) {
+    const camera::Scene scene = twoSteps();
+    // 1100 columns fit at 0.582; the frame of 1280 shows it a little smaller, that of 1112 does not.
+    const LossTable table(scene, kShape, {}, {{EvidenceKind::Page, 0, 1, {0, 0, 1100, 600}, 1.0}});
+    EXPECT_EQ(table.loss({0, 0, 1112, 695}, 0, 1), 0.0);
+    EXPECT_GT(table.loss({0, 0, 1280, 800}, 0, 1), 0.0);
+}
+
+TEST(LossTest, LargeChange_IsSeenInAReadableFrameFullOfIt) {
+    const camera::Scene scene = twoSteps();
+    const FrameShape shape(640, 400, 1280, 800, 0.8, false);
+    const LossTable table(scene, shape, {}, {{EvidenceKind::Change, 0, 1, {0, 0, 1280, 800}, 1.0}});
+    EXPECT_EQ(table.loss({100, 100, 900, 600}, 0, 1), 0.0);
+}
+
+} // namespace
+} // namespace OrvantaNS::testing

@@ -1,0 +1,177 @@
+// The search against all plans there are, on worlds small enough to try them all.
+
+#include "camera/director/Search.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "Random.h"
+#include "camera/director/Adjustment.h"
+
+namespace OrvantaNS::testing {
+namespace {
+
+using namespace camera;
+
+/// A random small world: some evidence, some presses, a few candidates.
+struct World {
+    camera::Scene scene;
+    FrameShape shape{64, 40, 256, 160, 0.75, false};
+    std::vector<Evidence> evidence;
+    std::unique_ptr<LossTable> losses;
+    PlanRules rules;
+    std::vector<Candidate> candidates;
+
+    explicit World(std::uint64_t seed) {
+        Random random(seed);
+        scene.width = 256;
+        scene.height = 160;
+        scene.steps = random.range(10, 16);
+        scene.length = scene.steps * scene.step;
+        scene.changeEnds.assign(static_cast<std::size_t>(scene.steps), 0);
+        const int pieces = random.range(2, 6);
+        for (int i = 0; i < pieces; ++i) {
+            const std::int32_t from = random.range(0, scene.steps - 1);
+            const double left = random.range(0, 200);
+            const double top = random.range(0, 130);
+            const EvidenceKind kind = random.chance(0.5) ? EvidenceKind::Press : EvidenceKind::Page;
+            const std::int32_t to = random.range(from + 1, std::min(scene.steps, from + 7));
+            const double wide = random.range(5, 56);
+            const double high = random.range(5, 30);
+            evidence.push_back({kind, from, to, {left, top, left + wide, top + high}, random.real(0.2, 3.0)});
+        }
+        DirectorWeights weights;
+        weights.move = random.real(0.001, 0.02);
+        weights.moveZoom = random.real(0.0, 0.05);
+        weights.moveWay = random.real(0.0, 0.1);
+        weights.shortRest = random.real(0.0, 0.1);
+        weights.moveBlur = random.real(0.0, 0.2);
+        losses = std::make_unique<LossTable>(scene, shape, weights, evidence);
+        rules.losses = losses.get();
+        rules.weights = weights;
+        rules.calm = random.real(0.2, 2.0);
+        rules.outputWidth = 64;
+        rules.regionWidth = 256;
+        rules.regionHeight = 160;
+        rules.steps = scene.steps;
+        rules.moveSteps = random.range(1, 2);
+        rules.restSteps = random.range(1, 3);
+        rules.calmSteps = rules.restSteps + random.range(0, 3);
+        rules.pressMargin = 3.0;
+        for (std::int32_t step = 0; step < scene.steps; ++step) {
+            if (random.chance(0.08)) {
+                const double x = random.range(0, 255) + 0.5;
+                const double y = random.range(0, 159) + 0.5;
+                rules.presses.push_back({step, x, y, 5.0});
+            }
+            rules.pressEnds.push_back(rules.presses.size());
+        }
+        candidates.push_back({shape.frame(128, 80, 256), 0, scene.steps});
+        const int count = random.range(1, 3);
+        for (int i = 0; i < count; ++i) {
+            const std::int32_t from = random.chance(0.5) ? 0 : random.range(0, scene.steps - 1);
+            const double x = random.range(0, 256);
+            const double y = random.range(0, 160);
+            const RealRect rect = shape.frame(x, y, random.range(64, 200));
+            candidates.push_back({rect, from, random.chance(0.5) ? scene.steps : random.range(from + 1, scene.steps)});
+        }
+    }
+};
+
+/// The cheapest of all plans, tried one by one. A shot may rest while its candidate lives, and depart from one of the
+/// steps of its life.
+double cheapestOfAll(const World& world) {
+    const PlanRules& rules = world.rules;
+    double best = 1e300;
+    std::vector<PlanShot> shots;
+    const std::function<void(const Candidate&, std::int32_t)> extend = [&](const Candidate& at, std::int32_t arrival) {
+        const std::int32_t last = rules.steps - 1;
+        const std::int32_t free = shots.size() == 1 ? arrival : arrival + rules.restSteps;
+        if (free <= last && at.to > last) {
+            best = std::min(best, planCost(rules, shots));
+        }
+        for (std::int32_t departure = free; departure < std::min(at.to, rules.steps); ++departure) {
+            const std::int32_t next = departure + rules.moveSteps;
+            for (const Candidate& other : world.candidates) {
+                if (&other == &at || next >= rules.steps || next < other.from ||
+                    next + rules.restSteps >= std::min(other.to, rules.steps)) {
+                    continue;
+                }
+                shots.push_back({next, other.rect});
+                extend(other, next);
+                shots.pop_back();
+            }
+        }
+    };
+    for (const Candidate& first : world.candidates) {
+        if (first.from == 0) {
+            shots.push_back({0, first.rect});
+            extend(first, 0);
+            shots.pop_back();
+        }
+    }
+    return best;
+}
+
+TEST(SearchTest, CheapestPlan_SmallWorlds_EqualsTheBestOfAllPlans) {
+    int withMoves = 0;
+    for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        const World world(seed);
+        const std::vector<PlanShot> plan = cheapestPlan(world.rules, world.candidates, {});
+        EXPECT_NEAR(planCost(world.rules, plan), cheapestOfAll(world), 1e-9);
+        withMoves += plan.size() > 1 ? 1 : 0;
+    }
+    EXPECT_GT(withMoves, 40); // the worlds ask something of the search
+}
+
+TEST(SearchTest, CheapestPlan_CalmerRules_NeverSpendMoreOnMoves) {
+    for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        World world(seed);
+        double last = 1e300;
+        for (const double calm : {0.01, 0.25, 0.5, 1.0, 1.5, 2.0, 3.0, 6.0, 50.0}) {
+            world.rules.calm = calm;
+            const double spent = movesCost(world.rules, cheapestPlan(world.rules, world.candidates, {}));
+            EXPECT_LE(spent, last + 1e-9) << calm;
+            last = spent;
+        }
+    }
+}
+
+TEST(SearchTest, AdjustShots_AnyPlan_NeverCostsMore) {
+    int better = 0;
+    for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        const World world(seed);
+        std::vector<PlanShot> plan = cheapestPlan(world.rules, world.candidates, {});
+        const double before = planCost(world.rules, plan);
+        const std::vector<PlanShot> given = plan;
+        adjustShots(world.rules, world.shape, plan);
+        EXPECT_LE(planCost(world.rules, plan), before + 1e-9);
+        ASSERT_EQ(plan.size(), given.size());
+        for (std::size_t i = 0; i < plan.size(); ++i) {
+            EXPECT_EQ(plan[i].arrival, given[i].arrival);
+        }
+        better += plan != given ? 1 : 0;
+    }
+    EXPECT_GT(better, 100);
+}
+
+TEST(SearchTest, CheapestPlan_Progress_GrowsAndItsFailureEndsTheSearch) {
+    const World world(3);
+    double last = -1.0;
+    cheapestPlan(world.rules, world.candidates, [&](double share) {
+        EXPECT_GT(share, last);
+        EXPECT_LE(share, 1.0);
+        last = share;
+    });
+    EXPECT_EQ(last, 0.0); // fewer steps than lie between two reports
+    EXPECT_THROW(cheapestPlan(world.rules, world.candidates, [](double) { throw 1; }), int);
+}
+
+} // namespace
+} // namespace OrvantaNS::testing
