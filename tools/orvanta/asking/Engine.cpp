@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "OrvantaDirector.h"
 #include "OrvantaVotingAlgorithm.h"
 #include "frame/Geometry.h"
 #include "reading/InputError.h"
@@ -18,9 +19,14 @@ namespace OrvantaNS::command {
 
 namespace {
 
-std::unique_ptr<Orvanta> makeEngine(EngineChoice engine) {
-    if (engine == EngineChoice::Voting) {
+std::unique_ptr<Orvanta> makeEngine(const EngineSetup& engine) {
+    switch (engine.choice) {
+    case EngineChoice::Voting:
         return std::make_unique<OrvantaVotingAlgorithm>();
+    case EngineChoice::Director:
+        return std::make_unique<OrvantaDirector>(engine.director);
+    case EngineChoice::Value:
+        break;
     }
     return std::make_unique<OrvantaWorker>();
 }
@@ -105,10 +111,14 @@ std::string_view reasonName(std::int32_t mode) {
     return mode >= 0 && static_cast<std::size_t>(mode) < kNames.size() ? kNames[static_cast<std::size_t>(mode)] : "";
 }
 
+std::string_view reasonOf(const ReasonedKeyframe& keyframe) {
+    return keyframe.text.empty() ? reasonName(keyframe.mode) : std::string_view(keyframe.text);
+}
+
 std::vector<ReasonedKeyframe> reasonedKeyframes(const OV_DATA_STORE& store) {
     std::vector<ReasonedKeyframe> keyframes;
     for (std::size_t i = 0; i < store.keyframes.size(); ++i) {
-        ReasonedKeyframe keyframe{store.keyframes[i], OV_MERGE_NONE, std::nullopt};
+        ReasonedKeyframe keyframe{store.keyframes[i], OV_MERGE_NONE, std::nullopt, {}};
         if (i < store.keyframeSlices.size() && store.keyframeSlices[i] < store.slices.size()) {
             keyframe.slice = store.keyframeSlices[i];
             keyframe.mode = store.slices[store.keyframeSlices[i]].mergeType;
@@ -118,7 +128,14 @@ std::vector<ReasonedKeyframe> reasonedKeyframes(const OV_DATA_STORE& store) {
     return keyframes;
 }
 
-std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice engine) {
+std::vector<ReasonedKeyframe> askKeyframes(const Params& params, const EngineSetup& engine) {
+    if (engine == EngineChoice::Director) {
+        std::vector<ReasonedKeyframe> keyframes;
+        for (const DirectorShot& shot : askPlan(params, engine.director).shots) {
+            keyframes.push_back({shot.keyframe, OV_MERGE_NONE, std::nullopt, shot.text});
+        }
+        return keyframes;
+    }
     if (engine == EngineChoice::Value) {
         // The store tells which shot made each keyframe; the plain question keeps only the frames.
         OV_DATA_STORE store;
@@ -131,14 +148,14 @@ std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice en
     const auto frames = OrvantaVotingAlgorithm().calcOrvantaKeyframes(params, nullptr);
     std::vector<ReasonedKeyframe> keyframes;
     for (const OV_TIME_RECT& frame : *frames) {
-        keyframes.push_back({frame, OV_MERGE_NONE, std::nullopt});
+        keyframes.push_back({frame, OV_MERGE_NONE, std::nullopt, {}});
     }
     // It never asks whether to stop either, so a cancelled run ends here.
     throwIfInterrupted();
     return keyframes;
 }
 
-KeyframeAnswer answerKeyframes(const Recording& recording, EngineChoice engine) {
+KeyframeAnswer answerKeyframes(const Recording& recording, const EngineSetup& engine) {
     const Params& params = recording.params;
     KeyframeAnswer answer;
     try {
@@ -164,7 +181,7 @@ KeyframeAnswer wholeRecordingAnswer(const Recording& recording) {
     const double least = 2.0 * recording.toSeconds(params.fadeDuration()) + kShortestBesideFades;
     KeyframeAnswer answer;
     answer.keyframes.push_back(
-        {{params.clipStart(), {0, width(region), 0, height(region)}}, kNothingCloser, std::nullopt});
+        {{params.clipStart(), {0, width(region), 0, height(region)}}, kNothingCloser, std::nullopt, {}});
     answer.remark =
         fmt::format("{}: {}, so the whole recording stays on show", printableName(recording.name),
                     length < least ? fmt::format("the clip of {} is shorter than two fades and 8 s ({})",
@@ -172,6 +189,20 @@ KeyframeAnswer wholeRecordingAnswer(const Recording& recording) {
                                    : fmt::format("nothing in the clip asks for a closer look at the size {}x{}",
                                                  params.targetWidth(), params.targetHeight()));
     return answer;
+}
+
+DirectorPlan askPlan(const Params& params, const DirectorControls& controls) {
+    ProgressBar bar(progressScreen());
+    try {
+        DirectorPlan plan = OrvantaDirector(controls).plan(params, &bar);
+        throwIfInterrupted();
+        return plan;
+    } catch (const OrvantaException& failure) {
+        if (failure.errorCode() == OVERR_USER_CANCELLED) {
+            throw Interrupted();
+        }
+        throw;
+    }
 }
 
 void runStages(const Params& params, OV_DATA_STORE& store, const OrvantaWorker::StageObserver& observer) {
@@ -189,12 +220,12 @@ void runStages(const Params& params, OV_DATA_STORE& store, const OrvantaWorker::
     throwIfInterrupted();
 }
 
-OV_TIME_RECT askFrameAt(const Params& params, EngineChoice engine, long long time) {
+OV_TIME_RECT askFrameAt(const Params& params, const EngineSetup& engine, long long time) {
     const StandardOutputGuard guard;
     return onlyFrame(makeEngine(engine)->calcOrvantaKeyframeAtTime(params, time), "--at");
 }
 
-OV_TIME_RECT askFrameAtWindow(const Params& params, EngineChoice engine) {
+OV_TIME_RECT askFrameAtWindow(const Params& params, const EngineSetup& engine) {
     const StandardOutputGuard guard;
     return onlyFrame(makeEngine(engine)->calcKeyframeAtWindow(params), "--window");
 }

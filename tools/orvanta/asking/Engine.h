@@ -25,7 +25,7 @@ struct RequestOptions {
     std::optional<SizeOption> size; ///< A dump has a size of its own.
     double fadeSeconds = 1.0;
     ClipOption clip;
-    EngineChoice engine = EngineChoice::Value;
+    EngineSetup engine;
 };
 
 /// Writes size, fade and clip into the recording's request, with a note on a clip that had to be cut. Throws `OptionError`,
@@ -39,6 +39,8 @@ struct ReasonedKeyframe {
     std::int32_t mode = OV_MERGE_NONE;
     /// Index of that shot among the slices; nothing where there is none.
     std::optional<std::uint32_t> slice;
+    /// What the shot is for, in words; empty where the camera mode tells it.
+    std::string text{};
 };
 
 /// The mode of a keyframe that no engine made: the whole recording, because nothing asks for a closer look.
@@ -47,11 +49,18 @@ constexpr std::int32_t kNothingCloser = -1;
 /// "tight", "wide", "loose", "forced", "off-window", "full screen" or "nothing closer"; empty for no camera mode.
 std::string_view reasonName(std::int32_t mode);
 
+/// Why the camera stands there, in words; empty where there is no shot.
+std::string_view reasonOf(const ReasonedKeyframe& keyframe);
+
 /// The keyframes of a store, each with the shot that made it.
 std::vector<ReasonedKeyframe> reasonedKeyframes(const OV_DATA_STORE& store);
 
-/// The keyframes of the clip. The value engine draws a progress bar on a terminal. Throws `OrvantaException` and `Interrupted`.
-std::vector<ReasonedKeyframe> askKeyframes(const Params& params, EngineChoice engine);
+/// The keyframes of the clip. The value engine and the director draw a progress bar on a terminal. Throws
+/// `OrvantaException` and `Interrupted`.
+std::vector<ReasonedKeyframe> askKeyframes(const Params& params, const EngineSetup& engine);
+
+/// The director's plan with its reasons. Draws a progress bar on a terminal. Throws `OrvantaException` and `Interrupted`.
+DirectorPlan askPlan(const Params& params, const DirectorControls& controls);
 
 /// What the camera does over a clip.
 struct KeyframeAnswer {
@@ -64,7 +73,7 @@ struct KeyframeAnswer {
 /// `askKeyframes` as a user wants it. Where the engine finds no keyframe the whole recording stays on show, and one keyframe
 /// says so. The voting engine's answer, which is for the whole recording, is cut to the clip: the last keyframe before the
 /// start stands at the start. Throws as `askKeyframes`, but for that one failure.
-KeyframeAnswer answerKeyframes(const Recording& recording, EngineChoice engine);
+KeyframeAnswer answerKeyframes(const Recording& recording, const EngineSetup& engine);
 
 /// The answer when there is no keyframe.
 KeyframeAnswer wholeRecordingAnswer(const Recording& recording);
@@ -73,9 +82,9 @@ KeyframeAnswer wholeRecordingAnswer(const Recording& recording);
 void runStages(const Params& params, OV_DATA_STORE& store, const OrvantaWorker::StageObserver& observer);
 
 /// The keyframe that holds at a moment, ticks. Throws `OrvantaException`.
-OV_TIME_RECT askFrameAt(const Params& params, EngineChoice engine, long long time);
+OV_TIME_RECT askFrameAt(const Params& params, const EngineSetup& engine, long long time);
 
 /// The frame for the first window. Throws `OrvantaException`, and `NoAnswer` for the voting engine.
-OV_TIME_RECT askFrameAtWindow(const Params& params, EngineChoice engine);
+OV_TIME_RECT askFrameAtWindow(const Params& params, const EngineSetup& engine);
 
 } // namespace OrvantaNS::command

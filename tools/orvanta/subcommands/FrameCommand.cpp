@@ -38,7 +38,7 @@ protected:
                                        ? askFrameAt(recording.params, request.engine, resolveMoment(*moment, recording))
                                        : askFrameAtWindow(recording.params, request.engine);
         // These two questions are answered without shots, so there is no reason to give.
-        output_.write({recording, request.engine, {{frame, OV_MERGE_NONE, std::nullopt}}, false});
+        output_.write({recording, request.engine, {{frame, OV_MERGE_NONE, std::nullopt, {}}}, false});
         return kDone;
     }
 

@@ -4,6 +4,7 @@
 #include "terminal/Messages.h"
 #include "writing/Inspection.h"
 #include "writing/Output.h"
+#include "writing/PlanReport.h"
 
 namespace OrvantaNS::command {
 
@@ -12,8 +13,9 @@ namespace {
 class InspectCommand : public Subcommand {
 public:
     InspectCommand()
-        : Subcommand("inspect", "Print what the value engine makes of a recording, stage by stage",
-                     "  orvanta inspect session.jsonl --size 640x400 --format json -o stages.json") {}
+        : Subcommand("inspect", "Print what the value engine or the director makes of a recording",
+                     "  orvanta inspect session.jsonl --size 640x400 --format json -o stages.json\n"
+                     "  orvanta inspect session.jsonl --size 640x400 --engine director --calm 2") {}
 
 protected:
     void addOptions(CLI::App& app) override {
@@ -21,6 +23,7 @@ protected:
         size_.addTo(app);
         fade_.addTo(app);
         clip_.addTo(app);
+        engine_.addTo(app);
         app.add_option("--format", format_, "text or json (default text)")
             ->type_name("FORMAT")
             ->check(CLI::IsMember({"text", "json"}));
@@ -33,10 +36,19 @@ protected:
         request.size = size_.value();
         request.fadeSeconds = fade_.value();
         request.clip = clip_.value();
+        request.engine = engine_.value();
+        if (request.engine == EngineChoice::Voting) {
+            throw OptionError("the voting engine has no stages to inspect; ask the value engine or the director");
+        }
         refuseOverwriting(output_.path, recording_.path);
         Recording recording = recording_.read();
         completeRequest(recording, request);
-        inspect(recording);
+        if (request.engine == EngineChoice::Director) {
+            const DirectorPlan plan = askPlan(recording.params, request.engine.director);
+            writeOutput(output_.path, format_ == "json" ? planJson(plan, recording) : planText(plan, recording));
+        } else {
+            inspect(recording);
+        }
         return kDone;
     }
 
@@ -76,6 +88,7 @@ private:
     SizeArgument size_;
     FadeArgument fade_;
     ClipArgument clip_;
+    EngineArgument engine_;
     std::string format_;
     OutputArgument output_;
 };

@@ -36,7 +36,7 @@ protected:
             }
             tellNote(answer.remark);
         }
-        const bool hasReasons = request.engine == EngineChoice::Value || !answer.remark.empty();
+        const bool hasReasons = request.engine != EngineChoice::Voting || !answer.remark.empty();
         output_.write({recording, request.engine, std::move(answer.keyframes), hasReasons});
         return kDone;
     }

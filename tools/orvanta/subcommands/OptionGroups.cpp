@@ -11,6 +11,16 @@
 
 namespace OrvantaNS::command {
 
+namespace {
+
+// Below it the camera would follow every twitch, above it no recording has a move that earns its keep.
+constexpr double kLeastCalm = 0.01;
+constexpr double kMostCalm = 100.0;
+// Text at a twentieth of its size is read by nobody.
+constexpr double kLeastReadable = 0.05;
+
+} // namespace
+
 void RecordingArgument::addTo(CLI::App& app) {
     app.add_option("RECORDING", path, "Recording in JSON Lines or captured request; - for the standard input")
         ->required()
@@ -67,9 +77,52 @@ void EngineArgument::addTo(CLI::App& app) {
     app.add_option("--engine", name, fmt::format("Engine that decides: {} (default {})", listed(names), name))
         ->type_name("ENGINE")
         ->check(CLI::IsMember(names));
+    app.add_option(
+           "--calm", calm,
+           "How many seconds of better sight a move must earn: 0.25 is lively, 3 very calm (director; default 1)")
+        ->type_name("N");
+    app.add_option("--readable", readable, "Zoom from which text counts as readable (director; default 0.75)")
+        ->type_name("ZOOM");
+    app.add_option(
+           "--presses", presses,
+           "Whether presses of buttons lie in the picture: always, or when it is cheap (director; default always)")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"always", "cheap"}));
+    app.add_flag("--overhang", overhang, "Frames may stand out over the recording's edges (director)");
 }
 
-EngineChoice EngineArgument::value() const { return engineOf(name).value_or(EngineChoice::Value); }
+EngineSetup EngineArgument::value() const {
+    EngineSetup setup(engineOf(name).value_or(EngineChoice::Value));
+    if (setup.choice != EngineChoice::Director) {
+        for (const auto& [option, isGiven] : {std::pair{"--calm", !calm.empty()},
+                                              {"--readable", !readable.empty()},
+                                              {"--presses", !presses.empty()},
+                                              {"--overhang", overhang}}) {
+            if (isGiven) {
+                throw OptionError(fmt::format("{} is for --engine director; the {} engine has no such choice", option,
+                                              engineName(setup.choice)));
+            }
+        }
+        return setup;
+    }
+    if (!calm.empty()) {
+        const auto value = parseDecimal(calm);
+        if (!value || *value < kLeastCalm || *value > kMostCalm) {
+            throw OptionError(fmt::format("--calm {}: expected a number from {} to {}", calm, kLeastCalm, kMostCalm));
+        }
+        setup.director.calm = *value;
+    }
+    if (!readable.empty()) {
+        const auto value = parseDecimal(readable);
+        if (!value || *value < kLeastReadable || *value > 1.0) {
+            throw OptionError(fmt::format("--readable {}: expected a zoom from {} to 1", readable, kLeastReadable));
+        }
+        setup.director.readable = *value;
+    }
+    setup.director.presses = presses == "cheap" ? DirectorPresses::Cheap : DirectorPresses::Always;
+    setup.director.overhang = overhang;
+    return setup;
+}
 
 void RequestArguments::addTo(CLI::App& app) {
     size.addTo(app);

@@ -50,12 +50,17 @@ struct ClipArgument {
     ClipOption value() const;
 };
 
-/// --engine.
+/// --engine, and what the director can be told: --calm, --readable, --presses and --overhang.
 struct EngineArgument {
     std::string name{engineName(EngineChoice::Value)};
+    std::string calm;
+    std::string readable;
+    std::string presses;
+    bool overhang = false;
 
     void addTo(CLI::App& app);
-    EngineChoice value() const;
+    /// Throws `OptionError`.
+    EngineSetup value() const;
 };
 
 /// The four above: what an engine is asked with, beside the recording.

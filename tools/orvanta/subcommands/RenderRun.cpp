@@ -58,7 +58,7 @@ AVRational parseRate(const std::string& text) {
     return rate;
 }
 
-std::vector<OV_TIME_RECT> plan(const Recording& recording, EngineChoice engine) {
+std::vector<OV_TIME_RECT> plan(const Recording& recording, const EngineSetup& engine) {
     const KeyframeAnswer answer = answerKeyframes(recording, engine);
     if (!answer.remark.empty()) {
         tellNote(answer.remark);

@@ -70,7 +70,7 @@ protected:
     }
 
 private:
-    static Json inspect(const Recording& recording, EngineChoice engine) {
+    static Json inspect(const Recording& recording, const EngineSetup& engine) {
         if (engine != EngineChoice::Value) {
             Json document = requestDocument(recording, engine);
             document["failure"] = Json();

@@ -21,7 +21,7 @@ std::string keyframeTable(const KeyframeReport& report) {
             fmt::format("{:>10}  {:>12}  {:>11}  {:>5.2f}", formatTime(report.recording.toSeconds(keyframe.frame.time)),
                         fmt::format("{}, {}", rect.left, rect.top), fmt::format("{}x{}", width(rect), height(rect)),
                         zoomOf(keyframe.frame, report.recording.params));
-        text += report.hasReasons ? fmt::format("  {}\n", reasonName(keyframe.mode)) : "\n";
+        text += report.hasReasons ? fmt::format("  {}\n", reasonOf(keyframe)) : "\n";
     }
     return text;
 }
@@ -33,7 +33,7 @@ std::string keyframeCsv(const KeyframeReport& report) {
         text += fmt::format("{},{},{},{},{},{},{:.6g},{}\n", keyframe.frame.time,
                             report.recording.toSeconds(keyframe.frame.time), rect.left, rect.top, width(rect),
                             height(rect), zoomOf(keyframe.frame, report.recording.params),
-                            report.hasReasons ? reasonName(keyframe.mode) : "");
+                            report.hasReasons ? reasonOf(keyframe) : "");
     }
     return text;
 }
@@ -56,7 +56,7 @@ Json keyframeEntry(const ReasonedKeyframe& keyframe, const Recording& recording,
             {"width", width(rect)},
             {"height", height(rect)},
             {"zoom", zoomOf(keyframe.frame, recording.params)},
-            {"reason", hasReason ? textOrNull(reasonName(keyframe.mode)) : Json()}};
+            {"reason", hasReason ? textOrNull(reasonOf(keyframe)) : Json()}};
 }
 
 Json requestDocument(const Recording& recording, EngineChoice engine) {

@@ -1,0 +1,17 @@
+// The director's plan with its reasons, for people and as JSON.
+#pragma once
+
+#include <string>
+
+#include "OrvantaDirector.h"
+#include "reading/Recording.h"
+
+namespace OrvantaNS::command {
+
+/// Shot by shot: where the camera stands, what for, and what the best other frame would have cost.
+std::string planText(const DirectorPlan& plan, const Recording& recording);
+
+/// The request, then `cost` and `shots`. Costs and weights are in seconds; rectangles have local pixels.
+std::string planJson(const DirectorPlan& plan, const Recording& recording);
+
+} // namespace OrvantaNS::command
