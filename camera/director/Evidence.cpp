@@ -229,12 +229,12 @@ private:
                 add(EvidenceKind::Change, time, time + kChangeSeconds, part, share * weight);
             }
         };
-        const double readableWidth = shape_.outputWidth() / shape_.readable();
-        if (!isNews || width(rect) <= readableWidth) {
+        const double readingWidth = shape_.readingWidth();
+        if (!isNews || width(rect) <= readingWidth) {
             put(rect, 1.0);
             return;
         }
-        put({rect.left, rect.top, rect.left + kLeftPart * readableWidth, rect.bottom}, weights_.leftPart);
+        put({rect.left, rect.top, rect.left + kLeftPart * readingWidth, rect.bottom}, weights_.leftPart);
         const ScenePress* press = lastPressIn(rect, time);
         const double line = scene_.lineHeight;
         if (press != nullptr) {

@@ -34,6 +34,11 @@ FrameShape::FrameShape(std::int32_t outputWidth, std::int32_t outputHeight, doub
     least_ = std::min(std::ceil(outputWidth_ / unitWidth_) * unitWidth_, widest_);
 }
 
+double FrameShape::readingWidth() const {
+    const double readableWidth = outputWidth_ / readable_;
+    return std::min(widest_, std::max(readableWidth, std::sqrt(outputWidth_ * outputHeight_) / readable_));
+}
+
 double FrameShape::heightOf(double frameWidth) const {
     return unitHeight_ > 0.0 ? frameWidth / unitWidth_ * unitHeight_
                              : std::max(1.0, std::floor(frameWidth * outputHeight_ / outputWidth_));

@@ -25,6 +25,9 @@ public:
     double ratio() const { return outputWidth_ / outputHeight_; }
     /// The zoom from which text counts as readable, output pixels per recording pixel.
     double readable() const { return readable_; }
+    /// Width of the frame that shows as much as a line of text needs: the readable frame, but no narrower than a square
+    /// of its area, because lines are as long in portrait.
+    double readingWidth() const;
     /// Width of the tightest frame: that of the output, or what the region allows.
     double least() const { return least_; }
     /// Width of the largest frame.

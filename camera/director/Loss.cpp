@@ -44,13 +44,12 @@ LossTable::LossTable(const Scene& scene, const FrameShape& shape, const Director
         item.weight = one.weight;
         item.source = static_cast<std::uint32_t>(i);
         // A change says that something is to be seen in it, rarely all of it: a readable frame full of it will do.
-        const double most = one.kind == EvidenceKind::Change
-                                ? std::min(shape.widest(), shape.outputWidth() / shape.readable())
-                                : shape.widest();
+        const double most = one.kind == EvidenceKind::Change ? shape.readingWidth() : shape.widest();
         const double held = std::min(width(one.rect), most) * std::min(height(one.rect), most / shape.ratio());
         item.perPixel = 1.0 / held;
+        const double fitting = kRoom * shape.fittingZoom(one.rect);
         const double largest =
-            one.kind == EvidenceKind::Change ? shape.readable() : kRoom * shape.fittingZoom(one.rect);
+            one.kind == EvidenceKind::Change ? std::max(fitting, shape.outputWidth() / shape.readingWidth()) : fitting;
         const double zoom = std::max(shape.outputWidth() / shape.widest(), std::min(shape.readable(), largest));
         item.needed = binaryLog(zoom);
         item.crop = isSmall(one.kind) ? weights.cropSmall : weights.cropLarge;
