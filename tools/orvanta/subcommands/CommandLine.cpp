@@ -14,6 +14,7 @@
 #include "subcommands/KeyframesCommand.h"
 #include "subcommands/RenderCommand.h"
 #include "subcommands/ReportCommand.h"
+#include "subcommands/ScoreCommand.h"
 #include "terminal/Interrupt.h"
 #include "terminal/NearestName.h"
 #include "terminal/Terminal.h"
@@ -31,6 +32,7 @@ constexpr const char* kExamples = R"(Examples:
   orvanta keyframes session.jsonl --size 0.5 --clip 0:30:2:00
   orvanta frame session.jsonl --size 640x400 --at 1:05.5
   orvanta inspect session.jsonl --size 640x400
+  orvanta score session.jsonl --size 640x400 --engine director
   orvanta report session.jsonl --size 640x400 -o report.html
   orvanta info session.jsonl.gz
   orvanta help keyframes
@@ -48,6 +50,7 @@ std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     subcommands.push_back(makeFrameCommand());
     subcommands.push_back(makeInfoCommand());
     subcommands.push_back(makeInspectCommand());
+    subcommands.push_back(makeScoreCommand());
     subcommands.push_back(makeRenderCommand());
     subcommands.push_back(makeReportCommand());
     return subcommands;

@@ -30,10 +30,10 @@ std::string keyframeCsv(const KeyframeReport& report) {
     std::string text = "tick,seconds,left,top,width,height,zoom,reason\n";
     for (const ReasonedKeyframe& keyframe : report.keyframes) {
         const Rectangle& rect = keyframe.frame.rect;
-        text += fmt::format("{},{},{},{},{},{},{:.6g},{}\n", keyframe.frame.time,
-                            report.recording.toSeconds(keyframe.frame.time), rect.left, rect.top, width(rect),
-                            height(rect), zoomOf(keyframe.frame, report.recording.params),
-                            report.hasReasons ? reasonOf(keyframe) : "");
+        text +=
+            fmt::format("{},{},{},{},{},{},{:.6g},{}\n", keyframe.frame.time,
+                        report.recording.toSeconds(keyframe.frame.time), rect.left, rect.top, width(rect), height(rect),
+                        zoomOf(keyframe.frame, report.recording.params), report.hasReasons ? reasonOf(keyframe) : "");
     }
     return text;
 }
