@@ -212,7 +212,8 @@ void readChanges(const Params& params, const Rectangle& region, long long start,
         if (isEmpty(one.rect)) {
             continue;
         }
-        one.seconds = (static_cast<double>(dirty.time) - static_cast<double>(start)) / params.timeScale();
+        one.seconds =
+            std::min((static_cast<double>(dirty.time) - static_cast<double>(start)) / params.timeScale(), scene.length);
         one.step = scene.stepAt(one.seconds);
         const double edges[4] = {one.rect.left, one.rect.top, one.rect.right, one.rect.bottom};
         for (std::size_t i = 0; i < 4; ++i) {

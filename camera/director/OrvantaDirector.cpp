@@ -28,7 +28,8 @@ constexpr double kSmallestRegionArea = 64.0 * 64.0;
 double regionArea(const Rectangle& region) {
     const double wide = static_cast<double>(region.right) - region.left;
     const double high = static_cast<double>(region.bottom) - region.top;
-    return wide > 0.0 && high > 0.0 ? wide * high : 0.0;
+    constexpr double kMost = 2147483647.0; // sides that 32 bits hold
+    return wide > 0.0 && high > 0.0 && wide <= kMost && high <= kMost ? wide * high : 0.0;
 }
 
 /// The checks of the value engine, in its order and its words.
@@ -116,8 +117,7 @@ Rectangle localRect(const Rectangle& rect, const Rectangle& region, const Rectan
 }
 
 Rectangle toPixels(const RealRect& r) {
-    return {static_cast<std::int32_t>(r.left), static_cast<std::int32_t>(r.right), static_cast<std::int32_t>(r.top),
-            static_cast<std::int32_t>(r.bottom)};
+    return {truncateToInt32(r.left), truncateToInt32(r.right), truncateToInt32(r.top), truncateToInt32(r.bottom)};
 }
 
 /// The longest fade that plans are made for, seconds: no host waits longer, and a move must fit a stretch.

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <set>
+
+#include "frame/WrappingArithmetic.h"
 
 namespace OrvantaNS::camera {
 
@@ -24,8 +27,7 @@ struct Tally {
 };
 
 Rectangle toPixels(const RealRect& r) {
-    return {static_cast<std::int32_t>(r.left), static_cast<std::int32_t>(r.right), static_cast<std::int32_t>(r.top),
-            static_cast<std::int32_t>(r.bottom)};
+    return {truncateToInt32(r.left), truncateToInt32(r.right), truncateToInt32(r.top), truncateToInt32(r.bottom)};
 }
 
 std::string counted(std::uint32_t count, const std::string& name, const std::string& plural) {

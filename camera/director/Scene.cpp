@@ -16,6 +16,8 @@ constexpr double kStepSeconds = 0.25;
 constexpr double kMostSteps = 1048576.0;
 // Pixels that a trembling hand moves the cursor without meaning it.
 constexpr double kTremor = 3.0;
+// No moment lies further away than this, seconds: a clock may tick once in ages.
+constexpr double kFarAway = 1e12;
 // A press without release counts as released at once; one that is held longer than this lost its release.
 constexpr double kLongestHold = 60.0;
 
@@ -48,7 +50,8 @@ public:
 private:
     /// Ticks to seconds of the stretch. The difference is taken first, so that a shifted recording reads the same.
     double seconds(long long ticks) const {
-        return (static_cast<double>(ticks) - static_cast<double>(start_)) / params_.timeScale();
+        const double time = (static_cast<double>(ticks) - static_cast<double>(start_)) / params_.timeScale();
+        return std::clamp(time, -kFarAway, kFarAway);
     }
     bool isInside(long long ticks) const { return start_ <= ticks && ticks < stop_; }
     RealRect clipped(const Rectangle& rect) const {

@@ -24,6 +24,9 @@ constexpr double kCheapMiss = 1.5;
 // At the clip's start the camera may still be on its way, seconds.
 constexpr double kStartSeconds = 1.5;
 
+// Presses before and after one that are looked at: nobody presses more often within seconds.
+constexpr std::size_t kMostNeighbours = 256;
+
 /// True when the press and another within `reach` seconds are further apart than the largest frame is wide or high.
 bool isExcused(const Scene& scene, const FrameShape& shape, std::size_t index, double reach) {
     const ScenePress& press = scene.presses[index];
@@ -34,13 +37,14 @@ bool isExcused(const Scene& scene, const FrameShape& shape, std::size_t index, d
         return std::abs(other.x - press.x) > shape.widest() - 4.0 ||
                std::abs(other.y - press.y) > shape.heightOf(shape.widest()) - 4.0;
     };
-    for (std::size_t i = index; i-- > 0 && press.seconds - scene.presses[i].seconds <= reach;) {
+    const std::size_t first = index > kMostNeighbours ? index - kMostNeighbours : 0;
+    const std::size_t last = std::min(scene.presses.size(), index + kMostNeighbours);
+    for (std::size_t i = index; i-- > first && press.seconds - scene.presses[i].seconds <= reach;) {
         if (conflicts(scene.presses[i])) {
             return true;
         }
     }
-    for (std::size_t i = index + 1; i < scene.presses.size() && scene.presses[i].seconds - press.seconds <= reach;
-         ++i) {
+    for (std::size_t i = index + 1; i < last && scene.presses[i].seconds - press.seconds <= reach; ++i) {
         if (conflicts(scene.presses[i])) {
             return true;
         }
