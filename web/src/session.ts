@@ -60,6 +60,8 @@ export class Session {
     readonly notice: Signal<string | null> = signal(null);
     readonly keyframes: ReadonlySignal<PlannedKeyframe[]>;
     readonly path: ReadonlySignal<CameraPath>;
+    /** Index of the keyframe at the moment on show; -1 before the first. Changes far less often than the time. */
+    readonly current: ReadonlySignal<number>;
     readonly figures: ReadonlySignal<Figures>;
     readonly clickFigures: ReadonlySignal<Figures>;
 
@@ -96,6 +98,7 @@ export class Session {
                 easing: kEasings[this.easing.value],
             });
         this.path = computed(() => pathOf(this.keyframes.value));
+        this.current = computed(() => this.keyframeAt(this.time.value));
         this.figures = computed(() => figuresOf(this.path.value, recording, stages.clip));
         this.clickFigures = computed(() => {
             const keyframes = followClicks(recording.presses, recording, stages.target, stages.fade);

@@ -1,7 +1,7 @@
 // "Why here?": the camera's place at a moment, in sentences.
 import { area, intersection, isEmpty, sizeText, type Rect } from "../model/geometry";
 import { slicesOfShot, type Stages, type ValueObject, type Shot } from "../model/stages";
-import type { Session } from "../session";
+import type { PlannedKeyframe, Session } from "../session";
 import { lengthText, timeText } from "../time/format";
 import { kReadable } from "../camera/figures";
 
@@ -104,9 +104,45 @@ function modeSentence(stages: Stages, shot: Shot, frame: Rect, screen: { width: 
     }
 }
 
+/** Why the camera stands where a keyframe puts it; asked for at every moment, worked out once. */
+const known = new WeakMap<PlannedKeyframe, string[]>();
+
+function placeSentences(session: Session, keyframe: PlannedKeyframe, frame: Rect): string[] {
+    let sentences = known.get(keyframe);
+    if (!sentences) {
+        sentences = explain(session, keyframe, frame);
+        known.set(keyframe, sentences);
+    }
+    return sentences;
+}
+
+function explain(session: Session, keyframe: PlannedKeyframe, frame: Rect): string[] {
+    const { stages, recording } = session.model;
+    const engine = keyframe.engine === null ? null : stages.keyframes[keyframe.engine];
+    const shot = engine && engine.shot !== null ? stages.shots[engine.shot] : undefined;
+    const sentences: string[] = [];
+    if (shot && engine) {
+        sentences.push(modeSentence(stages, shot, frame, recording));
+        const slices = slicesOfShot(stages, engine.shot as number).filter((slice) => !stages.slices[slice]?.blank);
+        if (slices.length > 1) {
+            sentences.push(`One position serves ${countText(slices.length, "slice")} of time, ${lengthText(shot.stop - shot.start)} in all.`);
+        }
+    } else if (keyframe.origin === "pin") {
+        sentences.push(`Pinned by hand on ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
+    } else if (keyframe.origin === "whole") {
+        sentences.push("On the whole screen, as asked for by hand.");
+    } else if (keyframe.reason) {
+        sentences.push(`${keyframe.reason.charAt(0).toUpperCase()}${keyframe.reason.slice(1)}: ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
+    } else {
+        sentences.push(`On ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
+    }
+
+    return sentences;
+}
+
 /** The camera's place at a moment in a few sentences, the reason first. */
 export function whyHere(session: Session, time: number): string[] {
-    const { stages, recording } = session.model;
+    const { stages } = session.model;
     const path = session.path.value;
     const keyframes = session.keyframes.value;
     const index = session.keyframeAt(time);
@@ -125,21 +161,7 @@ export function whyHere(session: Session, time: number): string[] {
     const frame = path.frameOf(keyframe.rect);
     const engine = keyframe.engine === null ? null : stages.keyframes[keyframe.engine];
     const shot = engine && engine.shot !== null ? stages.shots[engine.shot] : undefined;
-    if (shot && engine) {
-        sentences.push(modeSentence(stages, shot, frame, recording));
-        const slices = slicesOfShot(stages, engine.shot as number).filter((slice) => !stages.slices[slice]?.blank);
-        if (slices.length > 1) {
-            sentences.push(`One position serves ${countText(slices.length, "slice")} of time, ${lengthText(shot.stop - shot.start)} in all.`);
-        }
-    } else if (keyframe.origin === "pin") {
-        sentences.push(`Pinned by hand on ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
-    } else if (keyframe.origin === "whole") {
-        sentences.push("On the whole screen, as asked for by hand.");
-    } else if (keyframe.reason) {
-        sentences.push(`${keyframe.reason.charAt(0).toUpperCase()}${keyframe.reason.slice(1)}: ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
-    } else {
-        sentences.push(`On ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
-    }
+    sentences.push(...placeSentences(session, keyframe, frame));
 
     const move = path.moves[path.moveAt(time)];
     if (move && time < move.stop) {

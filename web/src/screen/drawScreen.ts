@@ -2,7 +2,7 @@
 // the caret. For recordings without a video, and for seeing what the engine had to go by.
 import type { Rect } from "../model/geometry";
 import { lastAt, lowerBound } from "../model/search";
-import { cursorAt, rectAt, windowAt, type Recording } from "../model/recording";
+import { cursorAt, rectAt, windowAt, type Press, type Recording } from "../model/recording";
 
 /** Where a part of the recording is drawn: `source` in recording pixels fills `target` in canvas pixels. */
 export interface View {
@@ -29,6 +29,7 @@ const kTrail = 0.9;
 const kRing = 0.7;
 /** A flood of changes is drawn no finer than this. */
 const kMostChanges = 400;
+const kMostRings = 32;
 const kTitleBar = 26; // Recording pixels.
 
 export function readScreenColours(element: Element): ScreenColours {
@@ -100,10 +101,24 @@ export function drawTrail(ctx: Context, recording: Recording, time: number, colo
     ctx.globalAlpha = 1;
 }
 
+/** The number of presses up to a moment. */
+function lowerBoundOf(presses: readonly Press[], time: number): number {
+    let low = 0;
+    let high = presses.length;
+    while (low < high) {
+        const middle = (low + high) >>> 1;
+        if ((presses[middle] as Press).time <= time) low = middle + 1;
+        else high = middle;
+    }
+    return low;
+}
+
 export function drawPresses(ctx: Context, recording: Recording, time: number, colours: ScreenColours, scale: number): void {
     ctx.strokeStyle = colours.press;
-    for (const press of recording.presses) {
-        if (press.time > time) break;
+    // Presses are sorted by time; one that is held longer than many others take is no press that needs a ring.
+    let last = lowerBoundOf(recording.presses, time);
+    for (let left = kMostRings; last > 0 && left > 0; --left) {
+        const press = recording.presses[--last] as Press;
         const held = time <= press.release;
         const age = (time - press.release) / kRing;
         if (!held && age > 1) continue;

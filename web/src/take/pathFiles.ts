@@ -50,9 +50,9 @@ export function pathJson(session: Session): string {
 export function pathCsv(session: Session): string {
     const { target } = session.model.stages;
     const lines = session.keyframes.peek().map(({ tick, seconds, rect, reason }) =>
-        [tick, seconds, videoSeconds(session, tick), rect.left, rect.top, rect.width, rect.height, short(target.width / rect.width), reason ?? ""].join(","),
+        [tick, seconds, rect.left, rect.top, rect.width, rect.height, short(target.width / rect.width), reason ?? "", videoSeconds(session, tick)].join(","),
     );
-    return `${["tick,seconds,videoSeconds,left,top,width,height,zoom,reason", ...lines].join("\n")}\n`;
+    return `${["tick,seconds,left,top,width,height,zoom,reason,videoSeconds", ...lines].join("\n")}\n`;
 }
 
 /** The recording's name without its endings. */

@@ -7,6 +7,7 @@ export interface Palette {
     line: string;
     band: string;
     accent: string;
+    playhead: string;
     surface: string;
     font: string;
 }
@@ -30,6 +31,7 @@ export function readPalette(element: Element): Palette {
         line: read("--line"),
         band: read("--band"),
         accent: read("--accent"),
+        playhead: read("--playhead"),
         surface: read("--surface"),
         font: read("--font-small") || "11px sans-serif",
     };

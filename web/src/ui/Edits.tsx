@@ -43,7 +43,7 @@ export function Edits({ session }: { session: Session }): JSX.Element {
     const from = useSignal("");
     const to = useSignal("");
     const file = useRef<HTMLInputElement>(null);
-    const hold = useComputed(() => holdOf(session.keyframes.value, session.keyframeAt(session.time.value), stages.clipTicks));
+    const hold = useComputed(() => holdOf(session.keyframes.value, session.current.value, stages.clipTicks));
 
     const change = (next: Wishes): void => {
         error.value = null;

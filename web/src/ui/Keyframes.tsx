@@ -11,11 +11,23 @@ export function Keyframes({ session }: { session: Session }): JSX.Element {
     const body = useRef<HTMLTableSectionElement | null>(null);
     const keyframes = session.keyframes.value;
     const path = session.path.value;
-    const current = session.keyframeAt(session.time.value);
     const selection = session.selection.value;
     const selected = selection?.kind === "keyframe" ? selection.index : -1;
     const focusable = selected >= 0 && selected < keyframes.length ? selected : 0;
 
+    // The row of the moment on show is marked without laying out the others: a long recording has thousands.
+    useEffect(() => {
+        let marked: Element | null = null;
+        const stop = session.current.subscribe((current) => {
+            marked?.classList.remove("current");
+            marked = body.current?.children[current] ?? null;
+            marked?.classList.add("current");
+        });
+        return () => {
+            stop();
+            marked?.classList.remove("current");
+        };
+    }, [session, keyframes]);
     useEffect(() => {
         const row = body.current?.children[selected];
         // Only the table scrolls; the page stays where the person is.
@@ -74,7 +86,6 @@ export function Keyframes({ session }: { session: Session }): JSX.Element {
                                     key={`${keyframe.tick}-${i}`}
                                     tabIndex={i === focusable ? 0 : -1}
                                     aria-selected={i === selected}
-                                    class={i === current ? "current" : undefined}
                                     onClick={() => {
                                         choose(i);
                                         session.seek(keyframe.seconds);

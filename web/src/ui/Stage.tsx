@@ -9,7 +9,14 @@ import { drawPresses, drawScreen, enterView, readScreenColours, type View } from
 import { runPlayback } from "../screen/playback";
 import type { Session } from "../session";
 import { useDrawing, type CanvasSize } from "./canvas";
+import { byTheme } from "./theme";
 import { FrameHandles, type Placement } from "./FrameHandles";
+
+const screenColours = byTheme(() => readScreenColours(document.documentElement));
+const stageStyle = byTheme(() => {
+    const style = getComputedStyle(document.documentElement);
+    return { camera: style.getPropertyValue("--camera"), shade: style.getPropertyValue("--shade"), accent: style.getPropertyValue("--accent-on-screen") };
+});
 
 /** The part of a video that can be shown, or nothing while there is none. */
 type Picture = HTMLVideoElement | null;
@@ -32,7 +39,7 @@ function ready(video: Picture): video is HTMLVideoElement {
 /** Draws a part of the recording, from the video where it has a picture for the moment. */
 export function drawMoment(ctx: CanvasRenderingContext2D, session: Session, time: number, view: View, video: Picture): void {
     const { recording } = session.model;
-    const colours = readScreenColours(document.documentElement);
+    const colours = screenColours();
     const shown = ready(video) && time >= (recording.videoOffset ?? 0) - 0.5;
     if (!shown) {
         drawScreen(ctx, recording, time, view, colours);
@@ -95,18 +102,18 @@ export function Stage({ session, onVideoLost }: { session: Session; onVideoLost:
             queueMicrotask(() => (place.value = { target: view.target, scale }));
         }
         drawMoment(ctx, session, time, view, video.current);
-        const style = getComputedStyle(document.documentElement);
+        const style = stageStyle();
         const selection = session.selection.value;
         const details = selection ? describe(session, selection) : null;
-        drawFrame(ctx, session.path.value.frameAt(time), view, style.getPropertyValue("--camera"), style.getPropertyValue("--shade"));
+        drawFrame(ctx, session.path.value.frameAt(time), view, style.camera, style.shade);
         if (details?.rect) {
             ctx.setLineDash([5, 4]);
             ctx.lineWidth = 1.5;
-            ctx.strokeStyle = style.getPropertyValue("--accent-on-screen");
+            ctx.strokeStyle = style.accent;
             ctx.strokeRect(view.target.left + details.rect.left * scale, view.target.top + details.rect.top * scale, details.rect.width * scale, details.rect.height * scale);
             ctx.setLineDash([]);
         }
-    });
+    }, [session]);
     const viewer = useDrawing((ctx, size) => {
         void arrived.value;
         ctx.clearRect(0, 0, size.width, size.height);
@@ -117,7 +124,7 @@ export function Stage({ session, onVideoLost }: { session: Session; onVideoLost:
         ctx.fillStyle = "#000";
         ctx.fillRect(target.left, target.top, target.width, target.height);
         drawMoment(ctx, session, session.time.value, { source: frame, target }, video.current);
-    });
+    }, [session]);
 
     const picture = (): void => {
         arrived.value = arrived.peek() + 1;

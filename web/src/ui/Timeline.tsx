@@ -1,5 +1,5 @@
 // The timeline: a canvas of rows, their names beside it, and a line that tells where the picture is.
-import { useSignal } from "@preact/signals";
+import { useSignal, type ReadonlySignal } from "@preact/signals";
 import { useEffect, useMemo, useRef } from "preact/hooks";
 import type { JSX } from "preact";
 import { describe } from "../explain/describe";
@@ -11,7 +11,8 @@ import { timeText } from "../time/format";
 import { bounded, fitAll, panBy, reveal, toTime, toX, zoomAt, type TimeScale } from "../time/scale";
 import { drawRows, kRuler, placeRows } from "../timeline/draw";
 import { itemAt, rowAt } from "../timeline/hit";
-import { readPalette } from "../timeline/palette";
+import { readPalette, type Palette } from "../timeline/palette";
+import { byTheme } from "./theme";
 import { modeInk, objectRows, spanRow, stageRows, streamRows, type Row } from "../timeline/rows";
 import { peakBetween } from "../timeline/series";
 import { useDrawing } from "./canvas";
@@ -32,6 +33,8 @@ interface Dragged {
     /** Seconds between the pointer and the keyframe as it was taken. */
     offset: number;
 }
+
+const currentPalette = byTheme((): Palette => readPalette(document.documentElement));
 
 interface Gesture {
     keyframe: Dragged | null;
@@ -93,7 +96,7 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
     const base = useDrawing((ctx, size) => {
         const now = setWidth(size.width);
         void scale.value;
-        const palette = readPalette(document.documentElement);
+        const palette = currentPalette();
         drawRows(ctx, placed.placed, now, palette, size.height);
         const camera = placed.placed[0];
         if (camera) {
@@ -118,12 +121,12 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
                 ctx.restore();
             }
         }
-    });
+    }, [placed, moves]);
 
     const overlay = useDrawing((ctx, size) => {
         const now = scale.value;
         ctx.clearRect(0, 0, size.width, size.height);
-        const palette = readPalette(document.documentElement);
+        const palette = currentPalette();
         const selection = session.selection.value;
         const details = selection ? describe(session, selection) : null;
         if (selection && details) {
@@ -159,13 +162,18 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
             ctx.fillText(timeText(drag.seconds, 2), at + 7, kRuler / 2);
         }
         const x = toX(now, session.time.value);
-        ctx.fillStyle = getComputedStyle(document.documentElement).getPropertyValue("--playhead");
+        ctx.fillStyle = palette.playhead;
         ctx.fillRect(x - 1, 4, 2, size.height);
         ctx.beginPath();
         ctx.arc(x, 6, 5, 0, 2 * Math.PI);
         ctx.fill();
-    });
+    }, [placed]);
 
+    // Told to the element itself: the timeline has much to lay out, and nothing else of it depends on the time.
+    useEffect(() => session.time.subscribe((time) => {
+        box.current?.setAttribute("aria-valuenow", String(time));
+        box.current?.setAttribute("aria-valuetext", timeText(time, 1));
+    }), [session]);
     // While playing, the timeline goes along; a person who looks elsewhere in it is left there.
     useEffect(() => session.time.subscribe((time) => {
         if (!session.playing.peek() || gesture.current.points.size > 0) return;
@@ -324,8 +332,6 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
         event.preventDefault();
     };
 
-    const point = hover.value;
-    const hovered = point ? tip(session, placed.placed, scale.value, point, hit) : null;
     return (
         <section class="timeline panel" aria-labelledby="timeline-title">
             <div class="title-row">
@@ -352,8 +358,8 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
                     aria-orientation="horizontal"
                     aria-valuemin={extent.start}
                     aria-valuemax={extent.stop}
-                    aria-valuenow={session.time.value}
-                    aria-valuetext={timeText(session.time.value, 1)}
+                    aria-valuenow={session.time.peek()}
+                    aria-valuetext={timeText(session.time.peek(), 1)}
                     onPointerDown={onPointerDown}
                     onPointerMove={onPointerMove}
                     onPointerUp={onPointerUp}
@@ -363,13 +369,25 @@ export function Timeline({ session }: { session: Session }): JSX.Element {
                 >
                     <canvas ref={base} />
                     <canvas ref={overlay} />
-                    {point && hovered && (
-                        <div class="tip" style={{ left: `${Math.min(point.x + 12, Math.max(0, scale.value.width - 190))}px`, top: `${point.y + 16}px` }}>{hovered}</div>
-                    )}
+                    <Tip hover={hover} scale={scale} text={(point) => tip(session, placed.placed, scale.value, point, hit)} />
                 </div>
             </div>
         </section>
     );
+}
+
+interface TipProps {
+    hover: ReadonlySignal<{ x: number; y: number } | null>;
+    scale: ReadonlySignal<TimeScale>;
+    text: (point: { x: number; y: number }) => string | null;
+}
+
+/** What lies under the pointer. A component of its own, so that a moving pointer lays out nothing else anew. */
+function Tip({ hover, scale, text }: TipProps): JSX.Element | null {
+    const point = hover.value;
+    const content = point ? text(point) : null;
+    if (!point || !content) return null;
+    return <div class="tip" style={{ left: `${Math.min(point.x + 12, Math.max(0, scale.value.width - 190))}px`, top: `${point.y + 16}px` }}>{content}</div>;
 }
 
 function tip(

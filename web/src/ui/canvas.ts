@@ -11,9 +11,9 @@ export interface CanvasSize {
 
 /**
  * Calls `draw` at once, on every change of a signal that it reads, of the canvas's size and of the theme; at most once a
- * display frame. The context is scaled so that `draw` counts in CSS pixels.
+ * display frame; and when one of `inputs`, values that it closes over, is another than before. The context is scaled so that `draw` counts in CSS pixels.
  */
-export function useDrawing(draw: (ctx: CanvasRenderingContext2D, size: CanvasSize) => void): RefObject<HTMLCanvasElement | null> {
+export function useDrawing(draw: (ctx: CanvasRenderingContext2D, size: CanvasSize) => void, inputs: readonly unknown[] = []): RefObject<HTMLCanvasElement | null> {
     const canvas = useRef<HTMLCanvasElement>(null);
     const latest = useRef(draw);
     latest.current = draw;
@@ -22,13 +22,13 @@ export function useDrawing(draw: (ctx: CanvasRenderingContext2D, size: CanvasSiz
         const ctx = element?.getContext("2d");
         if (!element || !ctx) return;
         let frame = 0;
+        let size: CanvasSize = { width: 0, height: 0 };
         let dispose: (() => void) | null = null;
         const paint = (): void => {
             frame = 0;
             dispose?.();
             const ratio = window.devicePixelRatio || 1;
-            const width = element.clientWidth;
-            const height = element.clientHeight;
+            const { width, height } = size;
             if (width === 0 || height === 0) return;
             if (element.width !== Math.round(width * ratio) || element.height !== Math.round(height * ratio)) {
                 element.width = Math.round(width * ratio);
@@ -50,10 +50,13 @@ export function useDrawing(draw: (ctx: CanvasRenderingContext2D, size: CanvasSiz
         const request = (): void => {
             if (frame === 0) frame = requestAnimationFrame(paint);
         };
-        const observer = new ResizeObserver(request);
+        // Told by the browser when it has laid the page out; asking here would make it do so at every drawing.
+        const observer = new ResizeObserver(([entry]) => {
+            if (entry) size = { width: entry.contentRect.width, height: entry.contentRect.height };
+            request();
+        });
         observer.observe(element);
         element.addEventListener("redraw", request);
-        paint();
         return () => {
             observer.disconnect();
             element.removeEventListener("redraw", request);
@@ -61,9 +64,9 @@ export function useDrawing(draw: (ctx: CanvasRenderingContext2D, size: CanvasSiz
             dispose?.();
         };
     }, []);
-    // A drawing that closes over other values than before is a change too.
+    // What the drawing takes from outside signals is a change too.
     useEffect(() => {
         canvas.current?.dispatchEvent(new Event("redraw"));
-    });
+    }, inputs);
     return canvas;
 }

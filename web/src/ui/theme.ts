@@ -31,6 +31,20 @@ effect(() => {
     appearance.value = theme;
 });
 
+/** A value that is read from the style sheet once for each theme: asking for computed styles at every drawing is slow. */
+export function byTheme<T>(read: () => T): () => T {
+    const known = new Map<Theme, T>();
+    return () => {
+        const theme = appearance.value;
+        let value = known.get(theme);
+        if (value === undefined) {
+            value = read();
+            known.set(theme, value);
+        }
+        return value;
+    };
+}
+
 export function toggleTheme(): void {
     const theme = appearance.value === "dark" ? "light" : "dark";
     chosen.value = theme === systemTheme.value ? null : theme;
