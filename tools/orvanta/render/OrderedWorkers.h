@@ -25,7 +25,10 @@ public:
     OrderedWorkers(std::size_t threads, const std::function<Work()>& makeWork, Take take)
         : capacity_(2 * threads + 1), take_(std::move(take)) {
         for (std::size_t i = 0; i < threads; ++i) {
-            threads_.emplace_back([this, work = makeWork()] { guarded([&] { this->work(work); }); });
+            works_.push_back(makeWork());
+        }
+        for (const Work& each : works_) {
+            threads_.emplace_back([this, &each] { guarded([this, &each] { work(each); }); });
         }
         threads_.emplace_back([this] { guarded([this] { takeAll(); }); });
     }
@@ -79,7 +82,7 @@ private:
         }
     }
 
-    void work(const Work& work) {
+    void work(const Work& transform) {
         std::unique_lock lock(mutex_);
         for (;;) {
             Piece* piece = nullptr;
@@ -93,7 +96,7 @@ private:
             piece->begun = true;
             In in = std::move(*piece->in);
             lock.unlock();
-            Out out = work(std::move(in));
+            Out out = transform(std::move(in));
             lock.lock();
             piece->out = std::move(out);
             changed_.notify_all();
@@ -150,6 +153,7 @@ private:
     bool complete_ = false; // Nothing will be pushed any more.
     bool stopped_ = false;  // Nothing that waits is worth doing any more.
     std::exception_ptr failure_;
+    std::vector<Work> works_; // One for each working thread, untouched while they run.
     std::vector<std::thread> threads_;
 };
 
