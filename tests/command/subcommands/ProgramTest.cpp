@@ -22,7 +22,7 @@ using ::testing::StartsWith;
 using Names = std::vector<std::string>;
 
 const std::string kSample = ORVANTA_SAMPLE;
-const std::string kCsvHead = "tick,seconds,left,top,width,height,zoom,reason";
+const std::string kCsvHead = "tick,seconds,left,top,width,height,zoom,reason,videoSeconds";
 
 /// A recording that the reader takes; it has nothing for the value engine to see.
 const std::string kQuiet = kHeader + "[0,\"region\",0,0,1280,800]\n[5000,\"action\",9]\n";
@@ -52,7 +52,7 @@ std::vector<Row> rowsOf(const std::string& csv) {
     EXPECT_EQ(lines.front(), kCsvHead);
     for (std::size_t i = 1; i < lines.size(); ++i) {
         std::vector<std::string> row = cells(lines[i]);
-        row.resize(8); // The last cell may be empty.
+        row.resize(9);
         rows.push_back({std::stoll(row[0]), std::stod(row[1]), std::stoi(row[2]), std::stoi(row[3]), std::stoi(row[4]),
                         std::stoi(row[5]), std::stod(row[6]), row[7]});
     }
@@ -212,7 +212,7 @@ TEST(ProgramTest, Frame_OfTheWindow_IsTheWindowsAloneAtTimeZero) {
         "r.jsonl", kHeader + "[0,\"region\",0,0,1280,800]\n[700,\"window\",100,50,740,450]\n[900,\"action\",6]\n");
     const ProcessResult result = runOrvanta({"frame", path, "--window", "--size", "640x400"});
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.out, kCsvHead + "\n0,0,100,50,640,400,1,\n");
+    EXPECT_EQ(result.out, kCsvHead + "\n0,0,100,50,640,400,1,,0\n");
 }
 
 TEST(ProgramTest, Frame_OfTheWindow_VotingEngineHasNoAnswer) {
@@ -262,10 +262,10 @@ TEST(ProgramTest, CapturedRequest_IsReplayedAtItsOwnSize) {
     const TemporaryDirectory directory;
     const std::string path =
         directory.write("dump.txt", "640 400 1000\n1\n100 740 50 450 0\n1\n6 900\n0\n0\n0\n1\n0 1280 0 800 0\n");
-    EXPECT_EQ(runOrvanta({"frame", path, "--window"}).out, kCsvHead + "\n0,0,100,50,640,400,1,\n");
+    EXPECT_EQ(runOrvanta({"frame", path, "--window"}).out, kCsvHead + "\n0,0,100,50,640,400,1,,0\n");
     // A window of twice that size, and the same shape.
     EXPECT_EQ(runOrvanta({"frame", path, "--window", "--size", "320x200"}).out,
-              kCsvHead + "\n0,0,100,50,640,400,0.5,\n");
+              kCsvHead + "\n0,0,100,50,640,400,0.5,,0\n");
 }
 
 /// A recording's request in the form of a dump, written here as a developer's capture would have it.
@@ -315,7 +315,7 @@ TEST(ProgramTest, UnknownFieldsAndStreams_GiveOneWarning) {
     EXPECT_EQ(result.err,
               "orvanta: warning: " + path +
                   ": passed over 1 unknown header field (colour) and 2 lines of unknown streams (touch: 2)\n");
-    EXPECT_EQ(result.out, kCsvHead + "\n0,0,0,0,640,400,1,\n");
+    EXPECT_EQ(result.out, kCsvHead + "\n0,0,0,0,640,400,1,,0\n");
 }
 
 TEST(ProgramTest, Help_HasExamplesForEveryCommand) {
@@ -622,7 +622,7 @@ TEST(ProgramTest, RecordingsWithoutWhatIsAskedFor_AreRefused) {
 TEST(ProgramTest, NoKeyframes_TheWholeRecordingStaysOnShow) {
     const TemporaryDirectory directory;
     const std::string quiet = directory.write("quiet", kQuiet);
-    const std::string row = kCsvHead + "\n0,0,0,0,1280,800,0.5,nothing closer\n";
+    const std::string row = kCsvHead + "\n0,0,0,0,1280,800,0.5,nothing closer,0\n";
     // Five seconds; with fades of a second no clip below ten has a keyframe.
     const ProcessResult result = runOrvanta({"keyframes", quiet, "--size", "640x400"});
     EXPECT_EQ(result.status, 0);
@@ -641,7 +641,7 @@ TEST(ProgramTest, NoKeyframes_TheWholeRecordingStaysOnShow) {
                   "stays on show\n");
     // At the clip's start, on a real recording.
     EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "--clip", "20:25"}).out,
-              kCsvHead + "\n20000000,20,0,0,1280,800,0.5,nothing closer\n");
+              kCsvHead + "\n20000000,20,0,0,1280,800,0.5,nothing closer,20\n");
 
     const ProcessResult strict =
         runOrvanta({"keyframes", quiet, "--size", "640x400", "--strict", "-o", directory.path("out")});

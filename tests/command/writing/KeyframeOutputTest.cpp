@@ -52,13 +52,13 @@ TEST(KeyframeOutputTest, Table_HasARowForEachKeyframe) {
 TEST(KeyframeOutputTest, Csv_HasExactTicksAndSeconds) {
     const Recording recording = recordingWithTarget();
     EXPECT_EQ(keyframeCsv({recording, EngineChoice::Value, twoKeyframes(), true}),
-              "tick,seconds,left,top,width,height,zoom,reason\n"
-              "1500,1.5,0,0,1280,800,0.5,full screen\n"
-              "61234,61.234,100,-8,640,400,1,tight\n");
+              "tick,seconds,left,top,width,height,zoom,reason,videoSeconds\n"
+              "1500,1.5,0,0,1280,800,0.5,full screen,1.5\n"
+              "61234,61.234,100,-8,640,400,1,tight,61.234\n");
     EXPECT_EQ(keyframeCsv({recording, EngineChoice::Voting, twoKeyframes(), false}),
-              "tick,seconds,left,top,width,height,zoom,reason\n"
-              "1500,1.5,0,0,1280,800,0.5,\n"
-              "61234,61.234,100,-8,640,400,1,\n");
+              "tick,seconds,left,top,width,height,zoom,reason,videoSeconds\n"
+              "1500,1.5,0,0,1280,800,0.5,,1.5\n"
+              "61234,61.234,100,-8,640,400,1,,61.234\n");
 }
 
 TEST(KeyframeOutputTest, Json_NamesTheRequestAndHoldsTheKeyframes) {

@@ -1,9 +1,8 @@
 #include "writing/KeyframeOutput.h"
 
-#include <fmt/format.h>
-
+#include "asking/Planning.h"
 #include "frame/Geometry.h"
-#include "terminal/TextFormat.h"
+#include "writing/PathOutput.h"
 
 namespace OrvantaNS::command {
 
@@ -12,31 +11,23 @@ double zoomOf(const OV_TIME_RECT& keyframe, const Params& params) {
     return frameWidth > 0 ? static_cast<double>(params.targetWidth()) / frameWidth : 0.0;
 }
 
-std::string keyframeTable(const KeyframeReport& report) {
-    std::string text = fmt::format("{:>10}  {:>12}  {:>11}  {:>5}{}\n", "time", "position", "size", "zoom",
-                                   report.hasReasons ? "  reason" : "");
-    for (const ReasonedKeyframe& keyframe : report.keyframes) {
-        const Rectangle& rect = keyframe.frame.rect;
-        text +=
-            fmt::format("{:>10}  {:>12}  {:>11}  {:>5.2f}", formatTime(report.recording.toSeconds(keyframe.frame.time)),
-                        fmt::format("{}, {}", rect.left, rect.top), fmt::format("{}x{}", width(rect), height(rect)),
-                        zoomOf(keyframe.frame, report.recording.params));
-        text += report.hasReasons ? fmt::format("  {}\n", reasonOf(keyframe)) : "\n";
+namespace {
+
+CameraPlan planOf(const KeyframeReport& report) {
+    CameraPlan plan = planOf(report.recording, report.engine, report.keyframes);
+    if (!report.hasReasons) {
+        for (PlannedKeyframe& keyframe : plan.keyframes) {
+            keyframe.reason.clear();
+        }
     }
-    return text;
+    return plan;
 }
 
-std::string keyframeCsv(const KeyframeReport& report) {
-    std::string text = "tick,seconds,left,top,width,height,zoom,reason\n";
-    for (const ReasonedKeyframe& keyframe : report.keyframes) {
-        const Rectangle& rect = keyframe.frame.rect;
-        text +=
-            fmt::format("{},{},{},{},{},{},{:.6g},{}\n", keyframe.frame.time,
-                        report.recording.toSeconds(keyframe.frame.time), rect.left, rect.top, width(rect), height(rect),
-                        zoomOf(keyframe.frame, report.recording.params), report.hasReasons ? reasonOf(keyframe) : "");
-    }
-    return text;
-}
+} // namespace
+
+std::string keyframeTable(const KeyframeReport& report) { return pathTable(planOf(report)); }
+
+std::string keyframeCsv(const KeyframeReport& report) { return pathCsv(planOf(report)); }
 
 std::string keyframeJson(const KeyframeReport& report) {
     Json document = requestDocument(report.recording, report.engine);
