@@ -14,7 +14,8 @@ public:
     /// infinite ones, or one that is not a number.
     virtual void reportProgress(double percent) = 0;
 
-    /// Asked before every report of the value engine; true ends the run with `OVERR_USER_CANCELLED`.
+    /// Asked before every report of the value engine, and between two reports after much work: a recording of people
+    /// does not come to that. True ends the run with `OVERR_USER_CANCELLED`.
     virtual bool isCancelled() = 0;
 };
 

@@ -9,7 +9,7 @@ namespace OrvantaNS {
 
 /// Elementary steps, of some nanoseconds each, after which the reporter is asked whether to stop: far more than lie
 /// between two reports on what people record, and few enough to end well within a third of a second.
-inline constexpr std::uint64_t kStepsBetweenQuestions = 4000000;
+inline constexpr std::uint64_t kStepsBetweenQuestions = 8000000;
 
 /// Asks the reporter, which must not be null, whether to stop. Throws `OVERR_USER_CANCELLED`.
 void askWhetherToStop(OV_DATA_STORE& store);

@@ -3,6 +3,7 @@
 #include "parser/DataParser.h"
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 
 namespace OrvantaNS {
 
@@ -19,6 +20,7 @@ bool DataParser::isFrameNearMouse(OV_MOUSE_LOCATION location, Rectangle frame) {
 
 void DataParser::findMouseHoverDR(OV_DATA_STORE& store, MOUSE_STROKE& stroke) {
     for (const std::uint32_t object : getDRObjectsInTime({stroke.points.front().time, stroke.points.back().time})) {
+        countSteps(store, stroke.points.size());
         OV_VALUE_OBJECT hover = findHoverPrimitive(object, stroke);
         if (hover.type != Dead && clipRectToLZ(store.currentZone, store, hover.rect)) {
             objects.push_back(hover);

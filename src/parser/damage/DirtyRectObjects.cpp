@@ -7,7 +7,7 @@
 
 #include "frame/Geometry.h"
 #include "parser/damage/AreaMatch.h"
-#include "parser/damage/DirtyRectFlood.h"
+#include "parser/flood/DirtyRectFlood.h"
 #include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
@@ -46,6 +47,7 @@ void findResults(DataParser& parser, WorkingList& list, unsigned int zone, OV_DA
 
     const Interval_Type<long long> reach{DataParser::revertTime(start), DataParser::revertTime(end)};
     for (const std::uint32_t object : parser.getDRObjectsInTime(reach)) {
+        countSteps(store, 1);
         const DR_OBJECT& area = parser.drObjects[object];
         if (area.start < reach.start || (area.stop > reach.stop && area.start >= reach.stop)) {
             continue;
@@ -82,6 +84,7 @@ void DataParser::getClickResultWorker(unsigned int zone, const Params&, OV_DATA_
 
 Rectangle DataParser::detectClickDR(const Params&, OV_DATA_STORE& store, OV_VALUE_OBJECT& object) {
     for (std::uint32_t i = skipDRObject; i < drObjects.size(); ++i) {
+        countSteps(store, 1);
         const double start = convertTime(drObjects[i].start);
         if (start >= object.start - kAnswerSeconds && start <= object.stop + kAnswerSeconds) {
             Rectangle rect = drObjects[i].bounds;

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
@@ -37,6 +38,7 @@ bool isLong(const OV_VALUE_OBJECT& rest) { return !(rest.stop - rest.start < kLo
 void addIdleDirty(DataParser& parser, OV_DATA_STORE& store, Interval_Type<long long> interval,
                   const Rectangle& window) {
     for (const std::uint32_t object : parser.getDRObjectsInTime(interval)) {
+        countSteps(store, 1);
         const DR_OBJECT& area = parser.drObjects[object];
         Rectangle rect = area.bounds;
         parser.clipRectToLZ(store.currentZone, store, rect);

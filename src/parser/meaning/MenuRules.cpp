@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
@@ -38,6 +39,7 @@ Rectangle barRectangle(DataParser& parser, unsigned int zone, const Params& para
 void dropMenus(DataParser& parser, WorkingList& list, unsigned int zone, OV_DATA_STORE& store, unsigned int index,
                Interval_Type<long long> interval) {
     for (const std::uint32_t object : parser.getDRObjectsInTime(interval)) {
+        countSteps(store, 1);
         const DR_OBJECT& area = parser.drObjects[object];
         Rectangle rect = area.bounds;
         parser.clipRectToLZ(zone, store, rect);

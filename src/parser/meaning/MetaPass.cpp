@@ -14,6 +14,9 @@ namespace OrvantaNS {
 
 namespace {
 
+// Frames that a plain scan passes in the time of one step.
+constexpr std::uint64_t kScannedPerStep = 32;
+
 bool isDue(long long head, long long next) { return head > 0 && head <= next; }
 
 } // namespace
@@ -147,6 +150,7 @@ void DataParser::findFullScreenDR(const Params& params, OV_DATA_STORE& store, In
         if (!(object.bounds == region)) {
             continue;
         }
+        countSteps(store, object.frames.size() / kScannedPerStep);
         for (std::uint32_t j = 0; j < object.frames.size(); ++j) {
             const OV_TIME_RECT& frame = object.frames[j];
             if (frame.time < interval.start || frame.time > interval.stop || !(frame.rect == region)) {

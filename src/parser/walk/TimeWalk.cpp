@@ -2,6 +2,7 @@
 
 #include "parser/DataParser.h"
 
+#include "frame/Steps.h"
 #include "frame/WrappingArithmetic.h"
 #include "parser/meaning/MetaPassTiming.h"
 #include "parser/walk/ZoneWalk.h"
@@ -56,7 +57,11 @@ void DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE
     metaStartTime = revertTime(store.liveZones[zone].start);
     metaTime = wrapAdd(metaStartTime, revertTime(kMetaStepSeconds));
 
+    std::uint64_t seen = 0; // samples that the walk has passed
     for (;;) {
+        const std::uint64_t now = std::uint64_t{nextAction} + nextCaret + nextForeWindow + nextLocation;
+        countSteps(store, now > seen ? now - seen : 1);
+        seen = now;
         actionTime = headTime(params.cursorActions(), nextAction);
         caretTime = headTime(params.caretRects(), nextCaret);
         foreWindowTime = headTime(params.foreWindows(), nextForeWindow);

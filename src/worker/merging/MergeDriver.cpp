@@ -8,6 +8,7 @@
 
 #include "OrvantaException.h"
 #include "OrvantaWorker.h"
+#include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "worker/merging/MergeEntry.h"
 #include "worker/merging/SliceTests.h"
@@ -116,6 +117,7 @@ void OrvantaWorker::processMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE_
 }
 
 void OrvantaWorker::combineSlices(OV_DATA_STORE& store, unsigned int first, unsigned int last) const {
+    countSteps(store, last - first);
     for (std::size_t i = std::size_t{first} + 1; i <= last; ++i) {
         OV_FOCUS_SLICE& absorbed = store.slices[i];
         if (absorbed.mergeId == kDeadMergeId) {

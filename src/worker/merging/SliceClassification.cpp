@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "OrvantaWorker.h"
+#include "frame/Steps.h"
 #include "worker/merging/MergeEntry.h"
 #include "worker/merging/SliceTests.h"
 
@@ -96,6 +97,7 @@ double OrvantaWorker::getLengthPlusBlanks(OV_DATA_STORE& store, unsigned int sli
 
 unsigned int OrvantaWorker::findNextTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
     for (std::uint32_t i = slice + 1; i < store.slices.size(); ++i) {
+        countSteps(store, 1);
         if (isTargetSlice(store.slices[i])) {
             return i;
         }
@@ -105,6 +107,7 @@ unsigned int OrvantaWorker::findNextTargetSlice(OV_DATA_STORE& store, unsigned i
 
 unsigned int OrvantaWorker::findPreviousTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
     for (std::uint32_t i = slice; i > 0; --i) {
+        countSteps(store, 1);
         if (isTargetSlice(store.slices[i - 1])) {
             return i - 1;
         }

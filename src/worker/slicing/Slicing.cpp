@@ -7,6 +7,7 @@
 
 #include "frame/DataStore.h"
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "valuespace/ValueSpace.h"
 
@@ -22,6 +23,10 @@ constexpr double kLongestSeconds = 3.0;
 constexpr double kLookAheadSeconds = 1.0;
 // The rate at which a probe counts as focused: a probe just there runs on for a second.
 constexpr double kFocusRate = 4.0;
+// Work on one space when the space is summed up.
+constexpr std::uint64_t kStepsPerSpace = 8;
+// Objects that a plain scan passes in the time of one step.
+constexpr std::uint64_t kScannedPerStep = 64;
 // A trigger with this share of its area in the focus lies in it, percent.
 constexpr std::int64_t kInFocusPercent = 95;
 // How far an edge of the focus must have moved for the focus to have moved, pixels.
@@ -52,6 +57,7 @@ void repositionIndices(OV_DATA_STORE& store, std::uint32_t zone) {
         return;
     }
     const double start = store.liveZones[zone].start;
+    countSteps(store, 1);
     if (!(start > lifeEnd(store.valueObjects[next]))) {
         store.firstActiveObject = next;
         return;
@@ -59,6 +65,7 @@ void repositionIndices(OV_DATA_STORE& store, std::uint32_t zone) {
     const auto survivor =
         std::find_if(store.valueObjects.begin() + static_cast<std::ptrdiff_t>(next) + 1, store.valueObjects.end(),
                      [&](const OV_VALUE_OBJECT& object) { return !(lifeEnd(object) < start); });
+    countSteps(store, static_cast<std::uint64_t>(survivor - store.valueObjects.begin()) - next);
     // The index of the zone, not that of the survivor: the walk falls back to a low object and passes over the expired
     // ones again, unless there are more zones than objects in force.
     if (survivor != store.valueObjects.end()) {
@@ -119,7 +126,9 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
             if (!(start < end)) {
                 break;
             }
+            countSteps(store, 1);
             if (!liesInFocus(store.valueObjects[trigger].rect, focus)) {
+                countSteps(store, kStepsPerSpace * space.graph.size());
                 bound = start + kLookAheadSeconds;
                 loadObjects(store, {start, bound}, space);
                 recalcValueInterval(store, {start, bound}, space);
@@ -178,13 +187,16 @@ double OrvantaWorker::getNextWindowTime(OV_DATA_STORE& store, double time) const
 }
 
 bool OrvantaWorker::getConstantWindow(OV_DATA_STORE& store, Interval_Type<double> interval, Rectangle& window) const {
-    for (const OV_VALUE_OBJECT& object : store.windowObjects) {
-        if (object.type == ActiveWindow && object.start <= interval.start && object.stop >= interval.stop) {
-            window = object.rect;
-            return true;
-        }
+    const auto& windows = store.windowObjects;
+    const auto found = std::find_if(windows.begin(), windows.end(), [&](const OV_VALUE_OBJECT& object) {
+        return object.type == ActiveWindow && object.start <= interval.start && object.stop >= interval.stop;
+    });
+    countSteps(store, static_cast<std::uint64_t>(found - windows.begin()) / kScannedPerStep);
+    if (found == windows.end()) {
+        return false;
     }
-    return false;
+    window = found->rect;
+    return true;
 }
 
 Rectangle OrvantaWorker::getSliceValueTier(OV_DATA_STORE& store, unsigned int slice) const {

@@ -7,11 +7,15 @@
 #include <cmath>
 
 #include "frame/DataStore.h"
+#include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
 
 namespace {
+
+// Work on one space when an object enters or leaves the graph, or is summed up: a few words of its lists.
+constexpr std::uint64_t kStepsPerSpace = 8;
 
 // True when the object, its decay included, and the interval share more than a moment.
 bool overlapsInterval(const OV_VALUE_OBJECT& object, const Interval_Type<double>& interval) {
@@ -47,6 +51,7 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
             leaving.push_back(entry->first);
         }
     }
+    countSteps(store, kStepsPerSpace * leaving.size() * space.graph.size());
     space.deleteObjects(leaving);
 }
 
@@ -55,7 +60,9 @@ void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> inte
         if (store.valueObjects[i].start > interval.stop) {
             break;
         }
+        countSteps(store, 1);
         if (overlapsInterval(store.valueObjects[i], interval)) {
+            countSteps(store, kStepsPerSpace * space.graph.size());
             space.insertObject(i);
             // The last one in, not the one after it: the next load meets it again, and the space ignores it.
             store.nextObject = i;

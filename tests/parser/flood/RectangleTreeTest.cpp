@@ -1,4 +1,4 @@
-#include "parser/damage/RectangleTree.h"
+#include "parser/flood/RectangleTree.h"
 
 #include <limits>
 #include <random>

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "parser/damage/DirtyRectObject.h"
-#include "parser/damage/RectangleTree.h"
+#include "parser/flood/RectangleTree.h"
 
 namespace OrvantaNS {
 

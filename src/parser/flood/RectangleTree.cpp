@@ -1,4 +1,4 @@
-#include "parser/damage/RectangleTree.h"
+#include "parser/flood/RectangleTree.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "parser/damage/DirtyRectFlood.h"
+#include "parser/flood/DirtyRectFlood.h"
 
 #include <limits>
 #include <random>
