@@ -76,7 +76,7 @@ private:
             document["failure"] = Json();
             Json& keyframes = document["keyframes"] = Json::array();
             for (const ReasonedKeyframe& keyframe : answerKeyframes(recording, engine).keyframes) {
-                keyframes.push_back(keyframeEntry(keyframe, recording, keyframe.mode == kNothingCloser));
+                keyframes.push_back(keyframeEntry(keyframe, recording, true)); // null where there is no reason
             }
             return document;
         }

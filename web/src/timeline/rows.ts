@@ -217,8 +217,11 @@ export function objectRows(stages: Stages, together: boolean): Row[] {
     });
 }
 
+const kModes = new Set(["tight", "wide", "loose", "forced", "off-window", "full screen", "pinned", "whole"]);
+
+/** A reason may be any words; those of the value engine and of changes have colours of their own. */
 export function modeInk(mode: string | null): Ink {
-    return mode === null ? "mode-none" : `mode-${mode.replace(" ", "-")}`;
+    return mode !== null && kModes.has(mode) ? `mode-${mode.replace(" ", "-")}` : "mode-none";
 }
 
 export function stageRows(stages: Stages): Row[] {
