@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <initializer_list>
 #include <tuple>
 
 #include "frame/Steps.h"
@@ -18,6 +19,15 @@ constexpr std::size_t kBlock = 16;
 
 bool isOdd(const OV_VALUE_OBJECT& object) { return std::isnan(object.start) || std::isnan(object.stop); }
 
+// A set of types.
+constexpr std::uint32_t bits(std::initializer_list<OV_OBJECT_TYPE> types) {
+    std::uint32_t set = 0;
+    for (const OV_OBJECT_TYPE type : types) {
+        set |= std::uint32_t{1} << type;
+    }
+    return set;
+}
+
 auto placeOf(const OV_VALUE_OBJECT& object) {
     return std::tie(object.rect.left, object.rect.right, object.rect.top, object.rect.bottom);
 }
@@ -25,28 +35,19 @@ auto placeOf(const OV_VALUE_OBJECT& object) {
 } // namespace
 
 bool WorkingList::isOf(Kind kind, std::uint32_t type) {
-    switch (kind) {
-    case Anything:
-        return true;
-    case Windows:
-        return type == ActiveWindow;
-    case Openings:
-        return type == ForeOpen;
-    case InFront:
-        return type == ActiveWindow || type == ForeAnimate;
-    case Shown:
-        return type == ActiveWindow || type == ForeAnimate || type == Menu;
-    case Menus:
-        return type == Menu;
-    case Hovers:
-        return type == Hover;
-    case Clicks:
-        return type == Click || type == DoubleClick;
-    case ClickResults:
-        return type == ClickDirty || type == ClickWindow;
-    default:
-        return type == MoveOutOfWindow;
-    }
+    constexpr std::array<std::uint32_t, kKinds> kTypes{
+        bits({}), // every type there is, and those that are none
+        bits({ActiveWindow}),
+        bits({ForeOpen}),
+        bits({ActiveWindow, ForeAnimate}),
+        bits({ActiveWindow, ForeAnimate, Menu}),
+        bits({Menu}),
+        bits({Hover}),
+        bits({Click, DoubleClick}),
+        bits({ClickDirty, ClickWindow}),
+        bits({MoveOutOfWindow}),
+    };
+    return kind == Anything || (type <= ClickWindow && (kTypes[kind] >> type & 1) != 0);
 }
 
 // A window may turn out to be a menu. No other object takes on a type that rules ask for.
