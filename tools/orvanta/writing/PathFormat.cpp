@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "writing/FfmpegScript.h"
+
 namespace OrvantaNS::command {
 
 std::span<const PathFormat> pathFormats() {
@@ -23,6 +25,14 @@ std::span<const PathFormat> pathFormats() {
          false,
          [](Plan plan, Options options) {
              return options.sample ? samplesJson(plan, *options.sample) : pathJson(plan);
+         }},
+        {"ffmpeg",
+         {".ffmpeg"},
+         false,
+         false,
+         [](Plan plan, Options) { return ffmpegScript(plan); },
+         [](Plan plan, Options, const std::string& file) {
+             return "Use it like this: " + ffmpegCommandLine(plan, file) + "\n";
          }},
     };
     return formats;
