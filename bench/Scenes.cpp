@@ -103,10 +103,33 @@ Params overlappingAreas(int areas) {
     return params;
 }
 
-Params desktopSession(double hours) {
+Params desktopSession(int hours) {
     testing::SessionPlan plan;
-    plan.seconds = hours * 3600.0;
-    return testing::generatedRecording(kSeed, plan);
+    plan.seconds = 3600.0;
+    const Params hour = testing::generatedRecording(kSeed, plan);
+    const long long length = hour.clipStop();
+    Params session = hour;
+    session.setClipInterval(0, hours * length);
+    const auto append = [](auto& samples, const auto& more, long long shift) {
+        for (auto sample : more) {
+            sample.time += shift;
+            samples.push_back(sample);
+        }
+    };
+    for (int k = 1; k < hours; ++k) {
+        append(session.cursorLocations(), hour.cursorLocations(), k * length);
+        append(session.cursorActions(), hour.cursorActions(), k * length);
+        append(session.foreWindows(), hour.foreWindows(), k * length);
+        append(session.dirtyRects(), hour.dirtyRects(), k * length);
+        append(session.caretRects(), hour.caretRects(), k * length);
+    }
+    // The last gesture of an hour may reach into the next one.
+    sortByTime(session.cursorLocations());
+    sortByTime(session.cursorActions());
+    sortByTime(session.foreWindows());
+    sortByTime(session.dirtyRects());
+    sortByTime(session.caretRects());
+    return session;
 }
 
 Params pressesWithoutRelease(int count) {

@@ -19,8 +19,8 @@ struct Scene {
 /// Twenty seconds of a cursor that sweeps over `areas` changing areas, each of which overlaps the others.
 Params overlappingAreas(int areas);
 
-/// A desktop session of the given length, the same for every caller.
-Params desktopSession(double hours);
+/// A desktop session: the same busy hour again and again.
+Params desktopSession(int hours);
 
 /// Ten seconds with something to see, and `count` presses of a button that is never released.
 Params pressesWithoutRelease(int count);
