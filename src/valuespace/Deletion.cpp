@@ -12,6 +12,9 @@ namespace OrvantaNS {
 
 namespace {
 
+// With fewer objects the graph is small, and the walk of a deletion costs less than reading all lists.
+constexpr std::size_t kWorthSortingOut = 24;
+
 // False when the value is not in the list.
 bool eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
     const auto found = std::find(list.begin(), list.end(), value);
@@ -51,7 +54,7 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
 
 void ValueSpace::countStandIns(const std::vector<std::uint32_t>& leaving) {
     staying_.clear();
-    if (isHandMade_ || leaving.empty()) {
+    if (isHandMade_ || leaving.empty() || objectMap.size() < kWorthSortingOut) {
         return;
     }
     // Worth the reading of all lists only where an object that leaves shares its place.
