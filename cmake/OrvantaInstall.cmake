@@ -4,6 +4,9 @@ include(CMakePackageConfigHelpers)
 set(ORVANTA_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Orvanta)
 set(ORVANTA_HEADER_DIR ${CMAKE_INSTALL_INCLUDEDIR}/orvanta)
 set(ORVANTA_DOC_DIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/orvanta)
+if(ORVANTA_DEBIAN)
+  set(ORVANTA_DOC_DIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/liborvanta-dev)
+endif()
 
 # A path inside the installation as pkg-config has to see it: relative to the prefix, so that the tree can be moved,
 # unless the packager gave an absolute one.
@@ -78,7 +81,9 @@ function(orvanta_install_package)
   write_basic_package_version_file(${PROJECT_BINARY_DIR}/OrvantaConfigVersion.cmake COMPATIBILITY SameMinorVersion)
   install(FILES ${PROJECT_BINARY_DIR}/OrvantaConfig.cmake ${PROJECT_BINARY_DIR}/OrvantaConfigVersion.cmake
           DESTINATION ${ORVANTA_CMAKE_DIR} COMPONENT development)
-  install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${ORVANTA_DOC_DIR} COMPONENT libraries)
+  if(NOT ORVANTA_DEBIAN)
+    install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${ORVANTA_DOC_DIR} COMPONENT libraries)
+  endif()
   install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${ORVANTA_DOC_DIR}
           COMPONENT development)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${ORVANTA_DOC_DIR} COMPONENT development)
