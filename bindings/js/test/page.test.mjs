@@ -1,0 +1,62 @@
+// The module in a page, in a real browser, under a policy that lets nothing in from elsewhere.
+import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
+import { createServer } from "node:http";
+import { after, test } from "node:test";
+import { chromium } from "playwright-core";
+
+const module = readFileSync(new URL("../dist/orvanta.js", import.meta.url));
+const page = `<!doctype html>
+<meta http-equiv="Content-Security-Policy" content="default-src 'self'; img-src data:; script-src 'self' 'wasm-unsafe-eval'">
+<link rel="icon" href="data:,"><script type="module" src="/host.js"></script>`;
+const host = `
+  import { OrvantaError, plan, planInWorker } from "/orvanta.js";
+  const recording = {
+    timeScale: 1000,
+    regions: { times: [0], rects: [0, 0, 1280, 800] },
+    cursor: { times: [0, 9800, 39800], points: [640, 400, 200, 150, 1100, 700] },
+    actions: { times: [10000, 10100, 40000, 40100], codes: [0, 1, 0, 1] },
+    stop: 60000,
+  };
+  const options = { width: 640, height: 400, stages: true };
+  const outcome = (promise) => promise.then(() => "no failure", (failure) => failure);
+  let reports = 0;
+  window.host = (async () => {
+    const here = await plan(recording, options);
+    const there = await planInWorker(recording, { ...options, onProgress: () => ++reports });
+    const refused = await outcome(planInWorker(recording, { width: 1, height: 400 }));
+    const stopped = await outcome(planInWorker(recording, { ...options, signal: AbortSignal.abort() }));
+    return {
+      keyframes: here.keyframes.length,
+      same: JSON.stringify(here) === JSON.stringify(there),
+      reports,
+      refused: refused instanceof OrvantaError && refused.code,
+      stopped: stopped.name,
+    };
+  })();`;
+
+const answers = { "/": ["text/html", page], "/host.js": ["text/javascript", host], "/orvanta.js": ["text/javascript", module] };
+const server = createServer((request, response) => {
+  const [type, body] = answers[request.url] ?? ["text/plain", ""];
+  response.writeHead(type === "text/plain" ? 404 : 200, { "content-type": type }).end(body);
+});
+await new Promise((listening) => server.listen(0, "127.0.0.1", listening));
+const args = ["--no-sandbox", "--disable-gpu", "--disable-background-networking", "--disable-component-update", "--disable-sync"];
+const browser = await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", args });
+after(async () => {
+  await browser.close();
+  server.close();
+});
+
+test("a page and a worker of it plan alike, tell progress and pass on failures, without a word on the console", async () => {
+  const tab = await browser.newPage();
+  const said = [];
+  tab.on("console", (message) => said.push(message.text()));
+  tab.on("pageerror", (failure) => said.push(failure.message));
+  await tab.goto(`http://127.0.0.1:${server.address().port}/`);
+  await tab.waitForFunction(() => window.host !== undefined);
+  const { reports, ...rest } = await tab.evaluate(() => window.host);
+  assert.deepEqual(rest, { keyframes: 2, same: true, refused: 1, stopped: "AbortError" });
+  assert.ok(reports > 0);
+  assert.deepEqual(said, []);
+});
