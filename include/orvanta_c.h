@@ -92,7 +92,10 @@ enum orvanta_parameter {
     ORVANTA_PARAMETER_TABLE = 16,       /**< A table's number. */
     ORVANTA_PARAMETER_EASING = 17,      /**< The curve of the moves. */
     ORVANTA_PARAMETER_KEYFRAMES = 18,   /**< The keyframes of a path. */
-    ORVANTA_PARAMETER_TIMES = 19        /**< The moments that a path is asked for. */
+    ORVANTA_PARAMETER_TIMES = 19,       /**< The moments that a path is asked for. */
+    ORVANTA_PARAMETER_CALM = 20,
+    ORVANTA_PARAMETER_READABLE = 21,
+    ORVANTA_PARAMETER_PRESSES = 22
 };
 
 /** Why a call failed. Belongs to the caller, who sets `struct_size` to sizeof(orvanta_error) before each call. */
@@ -111,8 +114,16 @@ typedef struct orvanta_error {
 
 /** Which engine answers. */
 enum orvanta_engine {
-    ORVANTA_ENGINE_VALUE = 0, /**< The value engine: understands what happened and cuts it into few shots. */
-    ORVANTA_ENGINE_VOTING = 1 /**< The voting engine: small and quick; it does not read the clip. */
+    ORVANTA_ENGINE_VALUE = 0,  /**< The value engine: understands what happened and cuts it into few shots. */
+    ORVANTA_ENGINE_VOTING = 1, /**< The voting engine: small and quick; it does not read the clip. */
+    ORVANTA_ENGINE_DIRECTOR =
+        2 /**< The director: finds by search the calmest path on which the recording can be read. */
+};
+
+/** What presses of buttons may ask of the director. */
+enum orvanta_presses {
+    ORVANTA_PRESSES_ALWAYS = 0, /**< A press lies in the picture, unless no path can hold it. */
+    ORVANTA_PRESSES_CHEAP = 1   /**< A press may be left out where showing it costs much. */
 };
 
 /** A rectangle. */
@@ -154,7 +165,12 @@ typedef struct orvanta_options {
     int64_t clip_start;    /**< First tick of the stretch to process; 0 by default. */
     int64_t clip_stop;     /**< Its last tick; 0 by default, with which there is nothing to process. Must be set. */
     int32_t windows_flag;  /**< Not 0 where the platform does not report menus as windows; 0 by default. */
-    int32_t reserved;      /**< Zero. */
+    int32_t presses;       /**< An orvanta_presses, for the director; always by default. */
+    double calm;      /**< For the director: seconds of better sight that a move must earn, in units of a usual viewer's
+                              patience; 1 by default, 0.25 is lively, 3 is very calm; above 0. */
+    double readable;  /**< For the director: the zoom from which text counts as readable; 0.75 by default; at most 1. */
+    int32_t overhang; /**< For the director: not 0 allows frames larger than the recording in one dimension. */
+    int32_t reserved; /**< Zero. */
 } orvanta_options;
 
 /** One recording and what is asked of it. */
@@ -262,7 +278,7 @@ typedef struct orvanta_table {
 
 /** How a shot is framed, and so why its keyframe stands where it does. */
 enum orvanta_mode {
-    ORVANTA_MODE_NONE = 0,       /**< Not classified; the voting engine gives no other. */
+    ORVANTA_MODE_NONE = 0,       /**< Not classified; the other engines give no other. */
     ORVANTA_MODE_TIGHT = 1,      /**< Close on what happens. */
     ORVANTA_MODE_WIDE = 2,       /**< The window. */
     ORVANTA_MODE_LOOSE = 3,      /**< Several places that belong to no window. */
@@ -332,6 +348,9 @@ typedef struct orvanta_space {
     double density;    /**< Value for each pixel. */
 } orvanta_space;
 
+/** Why a keyframe is there, in words: what its shot is for where the director was asked with `keep_stages`, else its
+ *  mode's name. "" for a row that is not there. Belongs to the result. */
+ORVANTA_C_EXPORT const char* orvanta_result_reason(const orvanta_result* result, size_t keyframe);
 /** Gives one table of a result: an orvanta_table_id. Tables that were not asked for are empty. */
 ORVANTA_C_EXPORT int32_t orvanta_result_table(const orvanta_result* result, int32_t id, orvanta_table* table,
                                               orvanta_error* error);

@@ -2,15 +2,18 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "CameraPath.h"
+#include "OrvantaDirector.h"
 #include "Params.h"
 #include "orvanta_c.h"
 
 struct orvanta_request {
     std::int32_t engine = ORVANTA_ENGINE_VALUE;
     OrvantaNS::Params params;
+    OrvantaNS::DirectorControls director;
 };
 
 struct orvanta_result {
@@ -21,6 +24,7 @@ struct orvanta_result {
     std::vector<orvanta_space> sliceSpaces;
     std::vector<orvanta_slice> shots;
     std::vector<orvanta_space> shotSpaces;
+    std::vector<std::string> reasons; // of the keyframes, where there are more than their modes
 };
 
 struct orvanta_path {

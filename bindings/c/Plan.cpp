@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "OrvantaDirector.h"
 #include "OrvantaException.h"
 #include "OrvantaVotingAlgorithm.h"
 #include "OrvantaWorker.h"
@@ -83,6 +84,37 @@ void planByVoting(const Params& params, const orvanta_run& run, orvanta_result& 
     reporter.reportProgress(100.0);
 }
 
+// The director prints nothing, but its exceptions have a code only.
+[[noreturn]] void throwDirectorsRefusal(const OrvantaException& refusal, const Params& params) {
+    const auto known = valueEngineRefusal(params);
+    if (known && known->code == refusal.errorCode()) {
+        throw *known;
+    }
+    throw refusal;
+}
+
+void planByDirector(const orvanta_request& request, const orvanta_run& run, orvanta_result& result) {
+    const Params& params = request.params;
+    HostReporter reporter(run);
+    HostReporter* const listener = run.progress != nullptr || run.cancelled != nullptr ? &reporter : nullptr;
+    const OrvantaDirector director(request.director);
+    try {
+        if (run.keep_stages != 0) {
+            const DirectorPlan plan = director.plan(params, listener);
+            std::vector<OV_TIME_RECT> keyframes;
+            for (const DirectorShot& shot : plan.shots) {
+                keyframes.push_back(shot.keyframe);
+                result.reasons.push_back(shot.text);
+            }
+            keepKeyframes(result, keyframes, params.timeScale());
+        } else {
+            keepKeyframes(result, *director.calcOrvantaKeyframes(params, listener), params.timeScale());
+        }
+    } catch (const OrvantaException& refusal) {
+        throwDirectorsRefusal(refusal, params);
+    }
+}
+
 template <typename Row> orvanta_table tableOf(const std::vector<Row>& rows) {
     return {rows.empty() ? nullptr : rows.data(), rows.size(), sizeof(Row)};
 }
@@ -101,7 +133,11 @@ std::int32_t orvanta_plan(const orvanta_request* request, const orvanta_run* run
             planByVoting(request->params, how, *made);
         } else {
             try {
-                planByValue(request->params, how, *made);
+                if (request->engine == ORVANTA_ENGINE_DIRECTOR) {
+                    planByDirector(*request, how, *made);
+                } else {
+                    planByValue(request->params, how, *made);
+                }
             } catch (const OrvantaException& failure) {
                 if (failure.errorCode() == OVERR_NO_KEYFRAMES) {
                     *result = made.release();
@@ -124,6 +160,13 @@ std::int32_t orvanta_frame_at(const orvanta_request* request, std::int64_t time,
                 *frame = toRect(OrvantaVotingAlgorithm().calcOrvantaKeyframeAtTime(params, time)->front().rect);
             } catch (const OrvantaException& refusal) {
                 throw votingEngineRefusal(refusal.errorCode(), params);
+            }
+        } else if (request->engine == ORVANTA_ENGINE_DIRECTOR) {
+            try {
+                const OrvantaDirector director(request->director);
+                *frame = toRect(director.calcOrvantaKeyframeAtTime(params, time)->front().rect);
+            } catch (const OrvantaException& refusal) {
+                throwDirectorsRefusal(refusal, params);
             }
         } else {
             throwIfRefused(params);
@@ -155,6 +198,14 @@ std::int32_t orvanta_frame_at_window(const orvanta_request* request, orvanta_rec
 }
 
 void orvanta_result_free(orvanta_result* result) { delete result; }
+
+const char* orvanta_result_reason(const orvanta_result* result, std::size_t keyframe) {
+    if (result == nullptr || keyframe >= result->keyframes.size()) {
+        return "";
+    }
+    return keyframe < result->reasons.size() ? result->reasons[keyframe].c_str()
+                                             : orvanta_mode_name(result->keyframes[keyframe].reason);
+}
 
 std::int32_t orvanta_result_table(const orvanta_result* result, std::int32_t id, orvanta_table* table,
                                   orvanta_error* error) {

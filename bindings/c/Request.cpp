@@ -1,4 +1,5 @@
 // Requests: their options and their streams.
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -21,16 +22,39 @@ constexpr std::int64_t kDefaultFade = 1000000;
 
 static_assert(sizeof(long long) == sizeof(std::int64_t));
 
+Failure badControl(std::int32_t parameter, double value, const char* message) {
+    Failure failure = badArgument(parameter, message);
+    failure.value = value;
+    return failure;
+}
+
+DirectorControls directorControls(const orvanta_options& options) {
+    if (!(options.calm > 0.0) || std::isinf(options.calm)) {
+        throw badControl(ORVANTA_PARAMETER_CALM, options.calm, "calm must be above 0; 1 is usual");
+    }
+    if (!(options.readable > 0.0 && options.readable <= 1.0)) {
+        throw badControl(ORVANTA_PARAMETER_READABLE, options.readable, "readable must be above 0 and at most 1");
+    }
+    if (options.presses != ORVANTA_PRESSES_ALWAYS && options.presses != ORVANTA_PRESSES_CHEAP) {
+        throw badControl(ORVANTA_PARAMETER_PRESSES, options.presses, "presses is neither always nor cheap");
+    }
+    return {options.calm, options.readable,
+            options.presses == ORVANTA_PRESSES_CHEAP ? DirectorPresses::Cheap : DirectorPresses::Always,
+            options.overhang != 0};
+}
+
 // Sizes, time scale and clip are for the engines to judge.
 void applyOptions(orvanta_request& request, const orvanta_options* given) {
     needPointer(given, "options");
     const orvanta_options options = readRecord(*given);
-    if (options.engine != ORVANTA_ENGINE_VALUE && options.engine != ORVANTA_ENGINE_VOTING) {
+    if (options.engine < ORVANTA_ENGINE_VALUE || options.engine > ORVANTA_ENGINE_DIRECTOR) {
         Failure failure = badArgument(ORVANTA_PARAMETER_ENGINE, "there is no engine of this number");
         failure.value = options.engine;
         throw failure;
     }
+    const DirectorControls director = directorControls(options);
     request.engine = options.engine;
+    request.director = director;
     request.params.setTargetWidth(options.target_width)
         .setTargetHeight(options.target_height)
         .setTimeScale(options.time_scale)
@@ -87,6 +111,9 @@ std::int32_t orvanta_options_init(orvanta_options* options, std::size_t size) {
     options->engine = ORVANTA_ENGINE_VALUE;
     options->time_scale = kDefaultTimeScale;
     options->fade_duration = kDefaultFade;
+    const DirectorControls director;
+    options->calm = director.calm;
+    options->readable = director.readable;
     return ORVANTA_OK;
 }
 

@@ -1,4 +1,5 @@
 // The C interface's own promises: answers, failures, callbacks, silence, threads.
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "GeneratedRecording.h"
+#include "OrvantaDirector.h"
 #include "SameAnswers.h"
 
 namespace OrvantaNS::testing {
@@ -268,6 +270,64 @@ TEST(CInterfaceTest, UnknownTableAndEngine_AreRefused) {
     EXPECT_EQ(orvanta_result_table(result.get(), ORVANTA_TABLE_SHOTS, &table, &error), ORVANTA_OK);
     EXPECT_EQ(table.count, 0u);
     EXPECT_EQ(table.rows, nullptr);
+}
+
+TEST(CInterfaceTest, Director_AnswersAsInCpp) {
+    for (const std::uint64_t seed : {6u, 7u}) {
+        const Params params = session(seed);
+        orvanta_options options = optionsOf(params, ORVANTA_ENGINE_DIRECTOR);
+        options.calm = 0.5;
+        options.readable = 0.6;
+        options.presses = ORVANTA_PRESSES_CHEAP;
+        options.overhang = 1;
+        const RequestHandle request = requestOf(params, ORVANTA_ENGINE_DIRECTOR);
+        ASSERT_EQ(orvanta_request_set_options(request.get(), &options, nullptr), ORVANTA_OK);
+        const DirectorControls controls{0.5, 0.6, DirectorPresses::Cheap, true};
+        const DirectorPlan expected = OrvantaDirector(controls).plan(params, nullptr);
+        for (const std::int32_t keepStages : {0, 1}) {
+            orvanta_run run{};
+            run.struct_size = sizeof run;
+            run.keep_stages = keepStages;
+            orvanta_result* made = nullptr;
+            ASSERT_EQ(orvanta_plan(request.get(), &run, &made, nullptr), ORVANTA_OK);
+            const ResultHandle result(made);
+            const auto rows = rowsOf<orvanta_keyframe>(result, ORVANTA_TABLE_KEYFRAMES);
+            ASSERT_EQ(rows.size(), expected.shots.size());
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                EXPECT_EQ(rows[i].time, expected.shots[i].keyframe.time);
+                EXPECT_EQ(text(rows[i].rect), text(expected.shots[i].keyframe.rect));
+                EXPECT_EQ(orvanta_result_reason(result.get(), i), keepStages != 0 ? expected.shots[i].text : "");
+            }
+            EXPECT_STREQ(orvanta_result_reason(result.get(), rows.size()), "");
+        }
+        const long long time = params.clipStop() / 2;
+        EXPECT_EQ(frameInC([&](orvanta_rect* frame) { return orvanta_frame_at(request.get(), time, frame, nullptr); }),
+                  frameInCpp([&] { return OrvantaDirector(controls).calcOrvantaKeyframeAtTime(params, time); }));
+    }
+}
+
+TEST(CInterfaceTest, DirectorsControls_AreRefusedByName) {
+    orvanta_options good;
+    orvanta_options_init(&good, sizeof good);
+    const auto refused = [](const orvanta_options& options) {
+        orvanta_request* request = nullptr;
+        orvanta_error error = emptyError();
+        EXPECT_EQ(orvanta_request_create(&options, &request, &error), ORVANTA_BAD_ARGUMENT);
+        return error.parameter;
+    };
+    for (const double calm : {0.0, -1.0, std::numeric_limits<double>::infinity(), std::nan("")}) {
+        orvanta_options options = good;
+        options.calm = calm;
+        EXPECT_EQ(refused(options), ORVANTA_PARAMETER_CALM);
+    }
+    for (const double readable : {0.0, 1.01, std::nan("")}) {
+        orvanta_options options = good;
+        options.readable = readable;
+        EXPECT_EQ(refused(options), ORVANTA_PARAMETER_READABLE);
+    }
+    orvanta_options options = good;
+    options.presses = 2;
+    EXPECT_EQ(refused(options), ORVANTA_PARAMETER_PRESSES);
 }
 
 TEST(CInterfaceTest, Names_AreThoseOfTheCommand) {

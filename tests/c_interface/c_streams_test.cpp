@@ -130,7 +130,7 @@ TEST(CLayoutTest, Records_HaveNoHiddenPadding) {
     EXPECT_EQ(sizeof(orvanta_timed_rect), 24u);
     EXPECT_EQ(sizeof(orvanta_cursor_sample), 16u);
     EXPECT_EQ(sizeof(orvanta_action_sample), 16u);
-    EXPECT_EQ(sizeof(orvanta_options), 56u);
+    EXPECT_EQ(sizeof(orvanta_options), 80u);
     EXPECT_EQ(sizeof(orvanta_keyframe), 48u);
     EXPECT_EQ(sizeof(orvanta_zone), 32u);
     EXPECT_EQ(sizeof(orvanta_object), 48u);

@@ -63,11 +63,13 @@ void printTables(const ResultHandle& result) {
     }
     printSlices("slice", result, ORVANTA_TABLE_SLICES, ORVANTA_TABLE_SLICE_SPACES);
     printSlices("shot", result, ORVANTA_TABLE_SHOTS, ORVANTA_TABLE_SHOT_SPACES);
+    std::size_t number = 0;
     for (const orvanta_keyframe& row : rowsOf<orvanta_keyframe>(result, ORVANTA_TABLE_KEYFRAMES)) {
         std::printf("keyframe %" PRId64, row.time);
         print(row.seconds);
         print(row.rect);
-        std::printf(" [%s] [%s] %d\n", orvanta_mode_name(row.reason), orvanta_mode_name(row.shot_mode), row.shot);
+        std::printf(" [%s] [%s] %d\n", orvanta_result_reason(result.get(), number++), orvanta_mode_name(row.shot_mode),
+                    row.shot);
     }
 }
 
@@ -132,6 +134,7 @@ int main(int argc, char** argv) {
         std::printf("request %d\n", count++);
         printPlan(params, ORVANTA_ENGINE_VALUE);
         printPlan(params, ORVANTA_ENGINE_VOTING);
+        printPlan(params, ORVANTA_ENGINE_DIRECTOR);
     }
     if (!file.eof() || count == 0) {
         std::fprintf(stderr, "print_plans: %s: not a list of requests\n", argv[1]);

@@ -22,6 +22,9 @@ const PARAMETERS = [
   "easing",
   "keyframes",
   "times",
+  "calm",
+  "readable",
+  "presses",
 ] as const;
 
 /** The codes of an OrvantaError. */

@@ -4,8 +4,8 @@ import type { Address, Machine } from "./machine.js";
 import type { EngineName, Options, Recording, Ticks } from "./types.js";
 
 // The records of the C interface: their sizes, and where their fields lie.
-const OPTIONS_SIZE = 56;
-const ENGINES: Record<EngineName, number> = { value: 0, voting: 1 };
+const OPTIONS_SIZE = 80;
+const ENGINES: Record<EngineName, number> = { value: 0, voting: 1, director: 2 };
 // Ticks leave 53 bits, so that a double holds each.
 const MAX_TICK = Number.MAX_SAFE_INTEGER;
 
@@ -127,6 +127,10 @@ function writeOptions(machine: Machine, at: Address, recording: Recording, optio
   view.setBigInt64(at + 32, BigInt(start), true);
   view.setBigInt64(at + 40, BigInt(stop), true);
   view.setInt32(at + 48, recording.windowsFlag === true ? 1 : 0, true);
+  view.setInt32(at + 52, options.presses === "cheap" ? 1 : 0, true);
+  view.setFloat64(at + 56, options.calm ?? 1, true);
+  view.setFloat64(at + 64, options.readable ?? 0.75, true);
+  view.setInt32(at + 72, options.overhang === true ? 1 : 0, true);
 }
 
 /** Runs `work` with a request for a recording; the request lives no longer. */

@@ -26,7 +26,7 @@ function readTable<Row>(
   machine: Machine,
   result: Address,
   id: number,
-  readRow: (view: DataView, at: Address) => Row,
+  readRow: (view: DataView, at: Address, i: number) => Row,
 ): Row[] {
   return machine.using((allocate) => {
     const table = allocate(TABLE_SIZE);
@@ -35,7 +35,7 @@ function readTable<Row>(
     const rows = view.getUint32(table, true);
     const count = view.getUint32(table + 4, true);
     const stride = view.getUint32(table + 8, true);
-    return Array.from({ length: count }, (_, i) => readRow(view, rows + i * stride));
+    return Array.from({ length: count }, (_, i) => readRow(view, rows + i * stride, i));
   });
 }
 
@@ -76,13 +76,13 @@ function modeNames(machine: Machine): (number: number) => Mode {
 
 export function readKeyframes(machine: Machine, result: Address): Keyframe[] {
   const mode = modeNames(machine);
-  return readTable(machine, result, KEYFRAMES, (view, at) => {
+  return readTable(machine, result, KEYFRAMES, (view, at, i) => {
     const shot = view.getInt32(at + 40, true);
     return {
       time: Number(view.getBigInt64(at, true)),
       seconds: view.getFloat64(at + 24, true),
       rect: readRect(view, at + 8),
-      reason: mode(view.getInt32(at + 32, true)),
+      reason: machine.text(machine.callPlain("orvanta_result_reason", result, i)) || null,
       mode: mode(view.getInt32(at + 36, true)),
       shot: shot < 0 ? null : shot,
     };

@@ -46,8 +46,8 @@ export interface Recording {
   stop?: number;
 }
 
-/** Which engine answers: the one that understands what happened, or the small and quick one. */
-export type EngineName = "value" | "voting";
+/** Which engine answers: the one that understands what happened, the small and quick one, or the one that searches. */
+export type EngineName = "value" | "voting" | "director";
 
 /** What is asked of a recording. */
 export interface Options {
@@ -60,6 +60,14 @@ export interface Options {
   fade?: number;
   /** The stretch to work on, seconds: from and to. The whole recording unless told. The voting engine does not read it. */
   clip?: readonly [number, number];
+  /** For the director: seconds of better sight that a move must earn; 1 unless told, 0.25 is lively, 3 very calm. */
+  calm?: number;
+  /** For the director: the zoom from which text counts as readable; 0.75 unless told. */
+  readable?: number;
+  /** For the director: whether a press may be left out where showing it costs much; "always" in the picture unless told. */
+  presses?: "always" | "cheap";
+  /** For the director: whether frames may be larger than the recording in one dimension; false unless told. */
+  overhang?: boolean;
 }
 
 /** How to carry out a plan. */
@@ -91,8 +99,8 @@ export interface Keyframe {
   time: number;
   seconds: number;
   rect: Rect;
-  /** Why the keyframe is there. */
-  reason: Mode;
+  /** Why the keyframe is there: its mode, or in words where the director was asked for `stages`; null without either. */
+  reason: string | null;
   /** How its shot is framed. */
   mode: Mode;
   /** Index of its shot in the stages; null where there is none. */

@@ -24,7 +24,7 @@ function sliceText(name, s) {
 
 function printPlan(orvanta, { recording, options, clip }, engine) {
   const asked = { ...options, engine };
-  out.push(`engine ${engine === "value" ? 0 : 1}`);
+  out.push(`engine ${["value", "voting", "director"].indexOf(engine)}`);
   let plan;
   try {
     plan = orvanta.plan(recording, { ...asked, stages: true });
@@ -104,5 +104,6 @@ for (const request of requestsOf(process.argv[2])) {
   out.push(`request ${count++}`);
   printPlan(orvanta, request, "value");
   printPlan(orvanta, request, "voting");
+  printPlan(orvanta, request, "director");
   process.stdout.write(`${out.splice(0).join("\n")}\n`);
 }
