@@ -20,13 +20,16 @@ set(same_version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_NAME ${libraries_package})
 set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_LIBRARIES_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+# The loader's cache is brought up to date by dpkg.
+set(CPACK_DEBIAN_LIBRARIES_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/triggers)
 set(CPACK_COMPONENT_LIBRARIES_DESCRIPTION
     "virtual camera operator for screen recordings - libraries
- Decides where the picture of a screen recording should stand, from what the recorder
- knows besides the picture: cursor, clicks, changed rectangles, windows.
- .
- These are the libraries for C++ and C programs.")
+Decides where the picture of a screen recording should stand, from what
+the recorder knows besides the picture: cursor, clicks, changed
+rectangles, windows.
+.
+These are the libraries for C++ and C programs.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liborvanta-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
@@ -34,20 +37,23 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${libraries_package} ${same_version}")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "virtual camera operator for screen recordings - development files
- Decides where the picture of a screen recording should stand, from what the recorder
- knows besides the picture: cursor, clicks, changed rectangles, windows.
- .
- These are the headers, the CMake package, the pkg-config files, guides and examples.")
+Decides where the picture of a screen recording should stand, from what
+the recorder knows besides the picture: cursor, clicks, changed
+rectangles, windows.
+.
+These are the headers, the CMake package, the pkg-config files, guides
+and examples.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME orvanta)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION video)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${libraries_package} ${same_version}")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION
     "virtual camera operator for screen recordings
- Decides where the picture of a screen recording should stand, from what the recorder
- knows besides the picture: cursor, clicks, changed rectangles, windows.
- .
- This is the command, which plans recordings and renders their videos.")
+Decides where the picture of a screen recording should stand, from what
+the recorder knows besides the picture: cursor, clicks, changed
+rectangles, windows.
+.
+This is the command, which plans recordings and renders their videos.")
 
 # Each package has its copyright and changes where Debian looks for them.
 find_program(ORVANTA_GZIP gzip REQUIRED)
