@@ -4,6 +4,7 @@
 
 #include "asking/OptionError.h"
 #include "subcommands/OptionGroups.h"
+#include "subcommands/PathOptions.h"
 #include "subcommands/RenderRun.h"
 
 namespace OrvantaNS::command {
@@ -29,7 +30,9 @@ public:
         request.videoPath = video_;
         request.output = output_;
         request.request = request_.value();
-        request.easing = easing();
+        request.easing = easing_.value();
+        request.pathFile = path_;
+        request.layWishes = [this](CameraPlan& plan) { wishes_.layOver(plan); };
         request.maxZoom = maxZoom();
         request.fill = fill_;
         request.crf = crf();
@@ -66,18 +69,18 @@ protected:
                        "What shows beside a recording that does not fill the picture: blur, black, or a colour such as "
                        "#203040 (default blur)")
             ->type_name("FILL");
-        std::vector<std::string> easings;
-        for (const std::string_view name : CameraEasing::names()) {
-            easings.emplace_back(name);
-        }
-        app.add_option(
-               "--easing", easing_,
-               fmt::format("How a move spreads over its time: {} (default {})", listed(easings), easings.front()))
-            ->type_name("EASING")
-            ->check(CLI::IsMember(easings));
+        easing_.addTo(app);
         request_.fade.addTo(app);
         request_.clip.addTo(app);
         request_.engine.addTo(app);
+        wishes_.addTo(app);
+        CLI::Option* const path =
+            app.add_option("--path", path_,
+                           "Render this camera path in JSON, edited or not, instead of asking an engine")
+                ->type_name("FILE");
+        for (const char* const other : {"--max-zoom", "--fade", "--engine"}) {
+            path->excludes(app.get_option(other));
+        }
         app.add_option("--crf", crf_, "Constant quality, smaller is better (default 23 for H.264, 32 for VP9)")
             ->type_name("Q");
         app.add_option("--bitrate", bitrate_, "Bits a second instead of a quality, such as 2500k or 4M")
@@ -96,8 +99,6 @@ protected:
     }
 
 private:
-    CameraEasing easing() const { return CameraEasing::named(easing_).value_or(CameraEasing()); }
-
     double maxZoom() const {
         const auto zoom = parseDecimal(maxZoom_);
         if (!zoom || *zoom <= 0.0 || *zoom > kMostZoom) {
@@ -139,7 +140,9 @@ private:
     std::string output_;
     std::string maxZoom_ = "2";
     std::string fill_ = "blur";
-    std::string easing_{CameraEasing::names().front()};
+    EasingArgument easing_;
+    WishesArguments wishes_;
+    std::string path_;
     std::string crf_;
     std::string bitrate_;
     std::string preset_;

@@ -31,7 +31,9 @@ extern "C" {
 
 #include "CameraPath.h"
 #include "asking/OutputSize.h"
+#include "asking/Planning.h"
 #include "reading/InputError.h"
+#include "reading/PathFile.h"
 #include "reading/VideoLookup.h"
 #include "render/RenderError.h"
 #include "render/VideoRendering.h"
@@ -47,8 +49,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void notice(const std::string& text) { tellNote(text); }
-
 AVRational parseRate(const std::string& text) {
     AVRational rate{0, 1};
     constexpr int kMostRate = 1000; // Pictures a second.
@@ -56,19 +56,6 @@ AVRational parseRate(const std::string& text) {
         throw OptionError(fmt::format("--fps {}: expected pictures a second, such as 30 or 30000/1001", text));
     }
     return rate;
-}
-
-std::vector<OV_TIME_RECT> plan(const Recording& recording, const EngineSetup& engine) {
-    const KeyframeAnswer answer = answerKeyframes(recording, engine);
-    if (!answer.remark.empty()) {
-        tellNote(answer.remark);
-        return {};
-    }
-    std::vector<OV_TIME_RECT> frames;
-    for (const ReasonedKeyframe& keyframe : answer.keyframes) {
-        frames.push_back(keyframe.frame);
-    }
-    return frames;
 }
 
 /// One rendering, with what its parts share.
@@ -84,6 +71,9 @@ public:
             throw InputError(fmt::format("{}: has no region, so nobody knows what the video shows", recording_.name));
         }
         region_ = recording_.params.recordingRegions().front().rect;
+        if (!request_.pathFile.empty()) {
+            given_ = readPathFile(request_.pathFile);
+        }
     }
 
     ExitStatus run() {
@@ -125,7 +115,16 @@ private:
     FrameSize videoSize() const { return {reader_.sample().width, reader_.sample().height}; }
 
     FrameSize sizeOf(render::RenderJob& job) const {
-        const FrameSize size = outputSize(request_.request.size, videoSize());
+        std::optional<SizeOption> wanted = request_.request.size;
+        if (!wanted && given_) {
+            // A path brings the shape of its picture.
+            wanted = SizeOption{SizeOption::Kind::Aspect,
+                                {},
+                                0.0,
+                                static_cast<double>(given_->setup.targetWidth),
+                                static_cast<double>(given_->setup.targetHeight)};
+        }
+        const FrameSize size = outputSize(wanted, videoSize());
         const FrameSize shown = request_.preview ? previewSize(size) : size;
         constexpr std::int32_t kLeastSide = 16; // Pixels: encoders want a block or more.
         constexpr std::int32_t kMostSide = 16384;
@@ -146,7 +145,7 @@ private:
 
     void warnOfMismatch() const {
         if (!recording_.videoOffset) {
-            notice(
+            tellNote(
                 "the recording does not say when its video begins (header field videoOffset); taken to begin with it");
         }
         const FrameSize video = videoSize();
@@ -154,58 +153,104 @@ private:
         const double recorded = static_cast<double>(region_.right - region_.left) / (region_.bottom - region_.top);
         constexpr double kShapeTolerance = 0.01; // A row or column of rounding in a small video.
         if (std::abs(shape / recorded - 1.0) > kShapeTolerance) {
-            notice(fmt::format("{}: is {}x{}, but the recording's region is {}x{}, of another shape; is it its video?",
-                               video_, video.width, video.height, region_.right - region_.left,
-                               region_.bottom - region_.top));
+            tellNote(fmt::format(
+                "{}: is {}x{}, but the recording's region is {}x{}, of another shape; is it its video?", video_,
+                video.width, video.height, region_.right - region_.left, region_.bottom - region_.top));
         }
         const std::optional<double> length = reader_.claimedSeconds();
         const double end = videoSeconds(recording_.stop);
         constexpr double kLengthTolerance = 5.0; // Seconds: recorders of events and pictures do not stop at one moment.
         if (length && std::abs(*length - end) > kLengthTolerance) {
-            notice(
+            tellNote(
                 fmt::format("{}: ends at {:.1f} s, but the recording goes on to {:.1f} s of its time; is it its video?",
                             video_, *length, end));
         }
         if (request_.rate.empty() && request_.stills.empty() && reader_.rate().num > 0 &&
             av_q2d(reader_.rate()) < kChoppyRate) {
-            notice(fmt::format(
+            tellNote(fmt::format(
                 "the video has {:.3g} pictures a second, and so will the camera's moves; --fps 30 makes them "
                 "smooth",
                 av_q2d(reader_.rate())));
         }
     }
 
-    void setCamera(render::RenderJob& job, const FrameSize& size) {
+    /// What an engine makes of the recording.
+    CameraPlan plannedCamera(const FrameSize& size) {
         const auto planned = plannedSize(size, request_.maxZoom, videoSize(), region_, request_.request.engine);
         RequestOptions options = request_.request;
         options.size = SizeOption{};
         options.size->pixels = planned.value_or(size);
         completeRequest(recording_, options, planned ? Question::Timeline : Question::Nothing);
-        std::vector<OV_TIME_RECT> keyframes;
+        std::vector<ReasonedKeyframe> keyframes;
         if (planned) {
-            keyframes = plan(recording_, options.engine);
+            KeyframeAnswer answer = answerKeyframes(recording_, options.engine);
+            if (answer.remark.empty()) {
+                keyframes = std::move(answer.keyframes);
+            } else {
+                tellNote(answer.remark);
+            }
         } else {
-            notice(fmt::format(
+            tellNote(fmt::format(
                 "a picture of {}x{} at --max-zoom {} shows the whole recording anyway, so the camera stays; a "
                 "larger zoom or a smaller size gives it room",
                 size.width, size.height, request_.maxZoom));
         }
-        CameraSetup setup = CameraSetup::of(recording_.params, request_.easing);
-        setup.targetWidth = size.width;
-        setup.targetHeight = size.height;
+        return planOf(recording_, options.engine, keyframes, request_.easing.value_or(CameraEasing()));
+    }
+
+    /// The path that --path gives, for this recording.
+    CameraPlan givenCamera(const FrameSize& size) {
+        CameraPlan plan = *given_;
+        const Rectangle& made = plan.setup.region;
+        if (made.right - made.left != region_.right - region_.left ||
+            made.bottom - made.top != region_.bottom - region_.top) {
+            throw OptionError(fmt::format("--path {}: was made for a recording of {}x{}, and this one is {}x{}",
+                                          request_.pathFile, made.right - made.left, made.bottom - made.top,
+                                          region_.right - region_.left, region_.bottom - region_.top));
+        }
+        RequestOptions options = request_.request;
+        options.size = SizeOption{};
+        options.size->pixels = size;
+        completeRequest(recording_, options, Question::Nothing); // For the clip.
+        plan.setup.easing = request_.easing.value_or(plan.setup.easing);
+        return plan;
+    }
+
+    void setCamera(render::RenderJob& job, const FrameSize& size) {
+        CameraPlan plan = given_ ? givenCamera(size) : plannedCamera(size);
+        setClip(job, plan.setup);
+        // From here on a zoom counts in pixels of the output, whatever the engine planned for.
+        plan.setup.targetWidth = size.width;
+        plan.setup.targetHeight = size.height;
+        if (request_.layWishes) {
+            request_.layWishes(plan);
+        }
         const double offset = static_cast<double>(recording_.videoOffset.value_or(0)) / recording_.params.timeScale();
-        job.camera = [path = CameraPath(keyframes, setup), offset](double seconds) {
+        job.camera = [path = plan.path(), offset](double seconds) {
             const CameraFrame frame = path.frameAtSeconds(seconds + offset);
             return render::PictureRegion{frame.left, frame.top, frame.width, frame.height};
         };
         job.recordedWidth = region_.right - region_.left;
         job.recordedHeight = region_.bottom - region_.top;
-        // An end that was left out is the video's own, which may reach a little beyond the recording's.
-        if (request_.request.clip.start) {
-            job.clip.start = std::max(videoSeconds(setup.clipStart), 0.0);
+    }
+
+    /// An end that was left out is the video's own, which may reach a little beyond the recording's; a given path may bring
+    /// a clip of its own.
+    void setClip(render::RenderJob& job, const CameraSetup& path) const {
+        const CameraSetup asked = CameraSetup::of(recording_.params);
+        const ClipOption& clip = request_.request.clip;
+        const double start = static_cast<double>(path.clipStart) / path.timeScale;
+        const double stop = static_cast<double>(path.clipStop) / path.timeScale;
+        const double offset = static_cast<double>(recording_.videoOffset.value_or(0)) / recording_.params.timeScale();
+        if (clip.start) {
+            job.clip.start = std::max(videoSeconds(asked.clipStart), 0.0);
+        } else if (given_ && start > recording_.startSeconds()) {
+            job.clip.start = std::max(start - offset, 0.0);
         }
-        if (request_.request.clip.stop) {
-            job.clip.stop = videoSeconds(setup.clipStop);
+        if (clip.stop) {
+            job.clip.stop = videoSeconds(asked.clipStop);
+        } else if (given_ && stop < recording_.stopSeconds()) {
+            job.clip.stop = stop - offset;
         }
     }
 
@@ -222,11 +267,11 @@ private:
         throwIfInterrupted();
         file.publish();
         for (const std::string& note : outcome.notes) {
-            notice(note);
+            tellNote(note);
         }
         if (!outcome.complaint.empty()) {
-            notice(fmt::format("{}\n{} was made as far as it goes ({:.1f} s)", outcome.complaint, request_.output,
-                               outcome.seconds));
+            tellNote(fmt::format("{}\n{} was made as far as it goes ({:.1f} s)", outcome.complaint, request_.output,
+                                 outcome.seconds));
             return kFailed;
         }
         return kDone;
@@ -259,6 +304,7 @@ private:
     std::string video_;
     render::VideoReader reader_;
     Rectangle region_;
+    std::optional<CameraPlan> given_; // By --path.
 };
 
 } // namespace

@@ -1,12 +1,14 @@
 // What `orvanta render` does once its options are read.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "CameraEasing.h"
 #include "asking/Engine.h"
+#include "reading/CameraPlan.h"
 #include "reading/Recording.h"
 #include "terminal/ExitStatus.h"
 
@@ -18,7 +20,9 @@ struct RenderRequest {
     std::string videoPath; ///< Empty: looked for.
     std::string output;    ///< A file, or the folder of the stills.
     RequestOptions request;
-    CameraEasing easing;
+    std::optional<CameraEasing> easing;         ///< Nothing: the usual one, or that of the path.
+    std::string pathFile;                       ///< A path to render instead of asking an engine; empty: none.
+    std::function<void(CameraPlan&)> layWishes; ///< Changes the plan as a person wants it; empty: as it is.
     double maxZoom = 2.0;
     std::string fill = "blur";
     std::optional<double> crf;
