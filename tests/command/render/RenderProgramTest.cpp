@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "render/MediaTools.h"
 #include "support/Process.h"
@@ -363,6 +364,46 @@ TEST_F(RenderProgramTest, Portrait_StandsOnItsFill) {
         EXPECT_NEAR(at(2, 72), 255, 4) << each.fill;
         EXPECT_NEAR(at(50, 66), each.top, 4) << each.fill;
     }
+}
+
+TEST_F(RenderProgramTest, EditedPath_IsWhatIsRendered) {
+    const std::string recording = directory_.write("session.jsonl", kSession);
+    // White to the left of column 160, black to its right.
+    ffmpeg("-f lavfi -i \"color=black:size=320x200:rate=10:duration=4,drawbox=w=160:h=200:c=white:t=fill\" -pix_fmt "
+           "yuv420p '" +
+           directory_.path("session.mp4") + "'");
+    const std::string path = directory_.path("path.json");
+    ASSERT_EQ(runOrvanta({"keyframes", recording, "--size", "160x100", "-o", path}).status, 0);
+    nlohmann::json document = nlohmann::json::parse(readFile(path));
+    ASSERT_EQ(document.at("keyframes").size(), 1U);
+    nlohmann::json& keyframe = document["keyframes"][0];
+    for (const auto& [name, value] : {std::pair("left", 0), {"top", 0}, {"width", 160}, {"height", 100}}) {
+        (keyframe.contains("rectangle") ? keyframe["rectangle"] : keyframe)[name] = value;
+    }
+    std::ofstream(path) << document;
+    const std::string out = render(recording, "out.mkv", {"--path", path, "--crf", "1"});
+    const auto pixels = rawVideo(out, "gray", "");
+    constexpr std::size_t kSize = std::size_t{320} * 200; // The video's size, of the path's shape.
+    ASSERT_EQ(pixels.size(), kSize * 40);
+    // Half a second into the session, and of the move of one second, a part of the black shows; at its end none.
+    EXPECT_LT(pixels[100 * 320 + 310], 100);
+    EXPECT_GT(pixels[kSize * 30 + 100 * 320 + 310], 230);
+    // What would decide otherwise is refused beside it.
+    const ProcessResult both = runOrvanta({"render", recording, "--path", path, "--engine", "voting", "-o", out});
+    EXPECT_EQ(both.status, 2);
+}
+
+TEST_F(RenderProgramTest, Wishes_AreLaidOverTheEnginesAnswer) {
+    const std::string recording = directory_.write("session.jsonl", kSession);
+    ffmpeg("-f lavfi -i \"color=black:size=320x200:rate=10:duration=4,drawbox=w=160:h=200:c=white:t=fill\" -pix_fmt "
+           "yuv420p '" +
+           directory_.path("session.mp4") + "'");
+    const std::string out = render(recording, "out.mkv", {"--pin", "1:4@160x100+0+0", "--crf", "1"});
+    const auto pixels = rawVideo(out, "gray", "");
+    constexpr std::size_t kSize = std::size_t{320} * 200;
+    ASSERT_EQ(pixels.size(), kSize * 40);
+    EXPECT_LT(pixels[100 * 320 + 310], 100);
+    EXPECT_GT(pixels[kSize * 30 + 100 * 320 + 310], 230);
 }
 
 TEST_F(RenderProgramTest, SameCall_SameBytes) {
