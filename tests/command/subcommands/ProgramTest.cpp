@@ -1,5 +1,7 @@
 // The built program, from its command line to its exit status.
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -681,6 +683,109 @@ TEST(ProgramTest, Clip_BeyondTheEnd_IsCutWithANotice) {
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "orvanta: " + kSample + ": the clip is cut to the recording's end at 2:12.453\n");
     EXPECT_EQ(result.out, runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+}
+
+TEST(ProgramTest, Output_TheEndingChoosesTheFormat) {
+    const TemporaryDirectory directory;
+    const auto written = [&](const char* subcommand, const std::string& name) {
+        EXPECT_EQ(runOrvanta({subcommand, kSample, "--size", "640x400", "-o", directory.path(name)}).status, 0);
+        return readFile(directory.path(name));
+    };
+    const auto printed = [&](const char* subcommand, const char* format) {
+        return runOrvanta({subcommand, kSample, "--size", "640x400", "--format", format}).out;
+    };
+    EXPECT_EQ(written("keyframes", "a.csv"), printed("keyframes", "csv"));
+    EXPECT_EQ(written("keyframes", "a.JSON"), printed("keyframes", "json"));
+    EXPECT_EQ(written("keyframes", "a.txt"), printed("keyframes", "table"));
+    EXPECT_EQ(written("keyframes", "a"), printed("keyframes", "csv"));
+    EXPECT_EQ(written("inspect", "b.json"), printed("inspect", "json"));
+    EXPECT_EQ(written("inspect", "b.txt"), printed("inspect", "text"));
+    expectRefused(runOrvanta({"inspect", kSample, "--size", "640x400", "-o", "c.csv"}),
+                  "-o c.csv: no format has the ending .csv; name one with --format: text or json");
+    const ProcessResult unknown = runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", "c.xyz"});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_THAT(unknown.err, StartsWith("orvanta: -o c.xyz: no format has the ending .xyz; name one with --format: "));
+    // What is asked for goes before the ending.
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "--format", "csv", "-o", directory.path("c.xyz")})
+                  .status,
+              0);
+    EXPECT_EQ(readFile(directory.path("c.xyz")), printed("keyframes", "csv"));
+}
+
+TEST(ProgramTest, Output_Dash_IsTheStandardOutput) {
+    const std::string plain = runOrvanta({"keyframes", kSample, "--size", "640x400"}).out;
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", "-"}).out, plain);
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", "/dev/stdout"}).out, plain);
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", "/dev/fd/1"}).out, plain);
+    // A file that the standard output was sent to is written on, not replaced.
+    const TemporaryDirectory directory;
+    ProcessOptions options;
+    options.output = directory.write("log", "before\n");
+    EXPECT_EQ(runOrvanta({"keyframes", kSample, "--size", "640x400", "-o", "/dev/stdout"}, options).status, 0);
+    EXPECT_EQ(readFile(options.output), "before\n" + plain);
+}
+
+TEST(ProgramTest, Batch_EachRecordingHasItsResult_AndFailuresAreListed) {
+    const TemporaryDirectory directory;
+    const std::string good = directory.write("good.jsonl", readFile(kSample));
+    const std::string bad = directory.write("bad.jsonl", "hello\n");
+    const std::string quiet = directory.write("quiet.jsonl", kQuiet);
+    const std::string none = directory.path("none.jsonl");
+    const std::string out = directory.path("new/folder");
+    const ProcessResult result =
+        runOrvanta({"keyframes", good, bad, none, quiet, "--size", "640x400", "--out-dir", out, "--jobs", "2"});
+    EXPECT_EQ(result.status, 2);
+    std::vector<std::string> lines = linesOf(result.out);
+    std::sort(lines.begin(), lines.end());
+    EXPECT_THAT(lines, ::testing::ElementsAre(bad + ": failed", good + ": 5 keyframes -> " + out + "/good.csv",
+                                              none + ": failed", quiet + ": 1 keyframe -> " + out + "/quiet.csv"));
+    EXPECT_THAT(result.err, ::testing::EndsWith("orvanta: 2 of 4 recordings failed:\n  " + bad + ":1:1: not JSON\n  " +
+                                                none + ": cannot be opened: No such file or directory\n"));
+    EXPECT_EQ(readFile(out + "/good.csv"), runOrvanta({"keyframes", kSample, "--size", "640x400"}).out);
+    EXPECT_EQ(linesOf(readFile(out + "/quiet.csv")).size(), 2U);
+    EXPECT_FALSE(std::filesystem::exists(out + "/bad.csv"));
+}
+
+TEST(ProgramTest, Batch_Json_IsAnObjectALine) {
+    const TemporaryDirectory directory;
+    const std::string good = directory.write("good.jsonl", readFile(kSample));
+    const std::string bad = directory.write("bad.jsonl", "hello\n");
+    const ProcessResult result = runOrvanta(
+        {"keyframes", good, bad, "--size", "0.5", "--format", "json", "--out-dir", directory.path("out"), "-j", "1"});
+    EXPECT_EQ(result.status, 2);
+    simdjson::dom::parser parser;
+    const std::vector<std::string> lines = linesOf(result.out);
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(parser.parse(lines[0])["output"].get_string().value(), directory.path("out/good.json"));
+    EXPECT_EQ(parser.parse(lines[1])["exitStatus"].get_int64().value(), 2);
+    EXPECT_EQ(parser.parse(result.err)["error"]["file"].get_string().value(), bad);
+    EXPECT_TRUE(std::filesystem::exists(directory.path("out/good.json")));
+}
+
+TEST(ProgramTest, Batch_WhatCannotWork_IsRefusedBeforeTheWork) {
+    const TemporaryDirectory directory;
+    const std::string a = directory.write("x.jsonl", kQuiet);
+    const std::string b = directory.write("x.jsonl.gz", kQuiet);
+    const std::string out = directory.path("out");
+    expectRefused(runOrvanta({"keyframes", a, b, "--size", "0.5"}),
+                  "2 recordings: their results need a folder, --out-dir DIR");
+    expectRefused(runOrvanta({"keyframes", a, b, "--size", "0.5", "--out-dir", out}),
+                  "--out-dir: the results of " + a + " and " + b + " would both be " + out + "/x.csv");
+    expectRefused(runOrvanta({"keyframes", a, "--size", "0.5", "--out-dir", out, "-o", "y.csv"}),
+                  "-o and --out-dir: one or the other");
+    expectRefused(runOrvanta({"keyframes", "-", "--size", "0.5", "--out-dir", out}),
+                  "--out-dir: the standard input has no name for its result; use -o");
+    const ProcessResult noFolder = runOrvanta({"keyframes", a, "--size", "0.5", "--out-dir", a});
+    EXPECT_EQ(noFolder.status, 1);
+    EXPECT_THAT(noFolder.err, StartsWith("orvanta: " + a + ": is no folder"));
+    EXPECT_EQ(directory.files(), (Names{"x.jsonl", "x.jsonl.gz"}));
+}
+
+TEST(ProgramTest, Info_Json_IsADocument) {
+    const ProcessResult result = runOrvanta({"info", kSample, "--format", "json"});
+    EXPECT_EQ(result.status, 0);
+    simdjson::dom::parser parser;
+    EXPECT_EQ(parser.parse(result.out)["streams"]["window"].get_int64().value(), 1256);
 }
 
 TEST(ProgramTest, Inspect_WithoutKeyframes_ShowsTheStagesBefore) {

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <simdjson.h>
 
 #include "support/Reading.h"
 
@@ -81,6 +82,9 @@ TEST(InfoTest, Text_NamesLengthRegionsAndEventsPerStream) {
                     "  caret      0\n"
                     "  cursor     1\n"
                     "  action     1\n"
+                    "missing      these streams:\n"
+                    "  no window: no shot is framed by a window, and what opens is not seen\n"
+                    "  no dirty rectangle: what clicks and hovers changed is not seen\n"
                     "odd          these things:\n"
                     "  1 action has a code outside 0 to 7, which the engines pass over (9)\n");
 }
@@ -98,6 +102,43 @@ TEST(InfoTest, Text_ExtremeNumbers_ArePrinted) {
         infoText(readText(kHeader + "[-9223372036854775808,\"region\",2147483647,0,-2147483648,1]\n"
                                     "[9223372036854775807,\"cursor\",-2147483648,2147483647]\n"));
     EXPECT_THAT(text, HasSubstr("from 0:00.000 to 9223372036854776 s"));
+}
+
+TEST(InfoTest, MissingStreams_OfEachKind_AndCaretsAreNotMissed) {
+    EXPECT_THAT(findMissingStreams(readText(kHeader + kRegion)),
+                ElementsAre(::testing::StartsWith("no window: "), ::testing::StartsWith("no dirty rectangle: "),
+                            ::testing::StartsWith("no cursor: "), ::testing::StartsWith("no action: ")));
+    EXPECT_THAT(findMissingStreams(readText(kHeader + kRegion +
+                                            "[0,\"window\",0,0,0,0]\n[0,\"dirty\",0,0,1,1]\n"
+                                            "[0,\"cursor\",0,0]\n[0,\"action\",0]\n")),
+                IsEmpty());
+}
+
+TEST(InfoTest, LengthAndCut_AreOdd) {
+    EXPECT_THAT(oddities(kRegion + "[604800001,\"cursor\",1,1]\n[604800001,\"act"),
+                ElementsAre("the recording is 7.0 days long by its clock of 1000 ticks a second; is the time scale "
+                            "right?",
+                            "the file is cut off at its end"));
+}
+
+TEST(InfoTest, Json_SaysTheSameAsTheText) {
+    const std::string text = infoJson(readText(kHeader + kRegion + "[61500,\"cursor\",1,1]\n[61500,\"action\",9]\n"));
+    simdjson::dom::parser parser;
+    const simdjson::dom::element json = parser.parse(text);
+    EXPECT_EQ(json["recording"].get_string().value(), "f");
+    EXPECT_EQ(json["form"].get_string().value(), "recording");
+    EXPECT_TRUE(json["compression"].is_null());
+    EXPECT_EQ(json["description"].get_string().value(), "d");
+    EXPECT_EQ(json["start"].get_double().value(), 0.0);
+    EXPECT_EQ(json["stop"].get_double().value(), 61.5);
+    EXPECT_EQ(json["stopTick"].get_int64().value(), 61500);
+    EXPECT_EQ(json["events"].get_int64().value(), 3);
+    EXPECT_EQ(json["streams"]["region"].get_int64().value(), 1);
+    EXPECT_EQ(json["streams"]["window"].get_int64().value(), 0);
+    EXPECT_EQ(json["regions"].at(0)["rect"]["right"].get_int64().value(), 100);
+    EXPECT_EQ(json["missing"].get_array().size(), 2U);
+    EXPECT_EQ(json["odd"].get_array().size(), 1U);
+    EXPECT_TRUE(json["videoOffset"].is_null());
 }
 
 } // namespace

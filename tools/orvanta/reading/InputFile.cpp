@@ -43,7 +43,9 @@ void waitForInput(int descriptor) {
     sigset_t interrupt;
     sigset_t before;
     sigemptyset(&interrupt);
-    sigaddset(&interrupt, SIGINT);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        sigaddset(&interrupt, signal);
+    }
     sigprocmask(SIG_BLOCK, &interrupt, &before);
     if (!interrupted()) {
         fd_set readable;

@@ -30,6 +30,7 @@ constexpr const char* kExamples = R"(Examples:
   orvanta keyframes session.jsonl --size 640x400
   orvanta keyframes session.jsonl --size 9:16 -o portrait.json
   orvanta keyframes session.jsonl --size 0.5 --clip 0:30:2:00
+  orvanta keyframes *.jsonl --size 0.5 --out-dir keyframes
   orvanta frame session.jsonl --size 640x400 --at 1:05.5
   orvanta inspect session.jsonl --size 640x400
   orvanta score session.jsonl --size 640x400 --engine director

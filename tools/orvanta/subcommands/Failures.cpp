@@ -57,7 +57,10 @@ Failure currentFailure() {
     } catch (const OptionError& error) {
         return {error.what(), kBadInput};
     } catch (const Interrupted& error) {
-        return {error.what(), kInterrupted};
+        // 128 and the signal's number, as shells have it; Ctrl-C gives 130.
+        constexpr int kSignalBase = 128;
+        const int signal = interruptSignal();
+        return {error.what(), signal == 0 ? kInterrupted : static_cast<ExitStatus>(kSignalBase + signal)};
     } catch (const OrvantaException& error) {
         const int code = static_cast<int>(error.errorCode());
         return {fmt::format("{} (code {})", engineText(error.errorCode()), code), kFailed, code};

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include "subcommands/OptionGroups.h"
-#include "writing/Output.h"
 
 namespace OrvantaNS::command {
 
@@ -31,7 +30,7 @@ protected:
     ExitStatus run() override {
         const std::optional<double> moment = momentAsked();
         const RequestOptions request = request_.value();
-        refuseOverwriting(output_.output.path, recording_.path);
+        output_.output.check(recording_);
         Recording recording = recording_.read();
         completeRequest(recording, request, moment ? Question::Timeline : Question::Window);
         const OV_TIME_RECT frame = moment

@@ -15,15 +15,23 @@ public:
     }
 
 protected:
-    void addOptions(CLI::App& app) override { recording_.addTo(app); }
+    void addOptions(CLI::App& app) override {
+        recording_.addTo(app);
+        output_.addTo(app);
+    }
+
+    bool speaksJson() const override { return output_.isJson(); }
 
     ExitStatus run() override {
-        writeOutput({}, infoText(recording_.read()));
+        output_.output.check(recording_);
+        const Recording recording = recording_.read();
+        writeOutput(output_.output.path, output_.isJson() ? infoJson(recording) : infoText(recording));
         return kDone;
     }
 
 private:
     RecordingArgument recording_;
+    TextOutputArguments output_;
 };
 
 } // namespace

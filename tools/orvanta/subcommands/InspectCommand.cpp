@@ -24,13 +24,10 @@ protected:
         fade_.addTo(app);
         clip_.addTo(app);
         engine_.addTo(app);
-        app.add_option("--format", format_, "text or json (default text)")
-            ->type_name("FORMAT")
-            ->check(CLI::IsMember({"text", "json"}));
         output_.addTo(app);
     }
 
-    bool speaksJson() const override { return format_ == "json"; }
+    bool speaksJson() const override { return output_.isJson(); }
     ExitStatus run() override {
         RequestOptions request;
         request.size = size_.value();
@@ -40,12 +37,12 @@ protected:
         if (request.engine == EngineChoice::Voting) {
             throw OptionError("the voting engine has no stages to inspect; ask the value engine or the director");
         }
-        refuseOverwriting(output_.path, recording_.path);
+        output_.output.check(recording_);
         Recording recording = recording_.read();
         completeRequest(recording, request);
         if (request.engine == EngineChoice::Director) {
             const DirectorPlan plan = askPlan(recording.params, request.engine.director);
-            writeOutput(output_.path, format_ == "json" ? planJson(plan, recording) : planText(plan, recording));
+            writeOutput(output_.output.path, output_.isJson() ? planJson(plan, recording) : planText(plan, recording));
         } else {
             inspect(recording);
         }
@@ -70,7 +67,7 @@ private:
                 write(inspection, recording);
                 return;
             }
-            if (output_.path.empty()) {
+            if (isStandardOutput(output_.output.path)) {
                 // The stages before a failure are what tells why it came.
                 write(inspection, recording);
             }
@@ -80,8 +77,8 @@ private:
     }
 
     void write(const Inspection& inspection, const Recording& recording) const {
-        writeOutput(output_.path,
-                    format_ == "json" ? inspectionJson(inspection, recording) : inspectionText(inspection, recording));
+        writeOutput(output_.output.path,
+                    output_.isJson() ? inspectionJson(inspection, recording) : inspectionText(inspection, recording));
     }
 
     RecordingArgument recording_;
@@ -89,8 +86,7 @@ private:
     FadeArgument fade_;
     ClipArgument clip_;
     EngineArgument engine_;
-    std::string format_;
-    OutputArgument output_;
+    TextOutputArguments output_;
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "subcommands/KeyframesCommand.h"
 
+#include <fmt/format.h>
+
 #include "asking/Planning.h"
 #include "reading/PathFile.h"
 #include "subcommands/PathOptions.h"
@@ -14,13 +16,14 @@ class KeyframesCommand : public Subcommand {
 public:
     KeyframesCommand()
         : Subcommand("keyframes", "Print where the camera stands over the whole clip",
-                     "  orvanta keyframes session.jsonl --size 640x400 --format csv -o keyframes.csv\n"
+                     "  orvanta keyframes session.jsonl --size 640x400 -o keyframes.csv\n"
                      "  orvanta keyframes session.jsonl --size 9:16 --whole 30:34 -o path.json\n"
-                     "  orvanta keyframes --path path.json --sample 30 -o frames.csv") {}
+                     "  orvanta keyframes --path path.json --sample 30 -o frames.csv\n"
+                     "  orvanta keyframes *.jsonl --size 0.5 --out-dir keyframes --jobs 2") {}
 
 protected:
     void addOptions(CLI::App& app) override {
-        recording_.addTo(app);
+        recordings_.addTo(app);
         app.get_option("RECORDING")->required(false);
         request_.addTo(app);
         easing_.addTo(app);
@@ -28,12 +31,12 @@ protected:
         CLI::Option* const path =
             app.add_option("--path", path_, "Take this camera path in JSON instead of asking an engine")
                 ->type_name("FILE");
-        for (const char* const other : {"RECORDING", "--size", "--fade", "--clip", "--engine"}) {
+        for (const char* const other : {"RECORDING", "--size", "--fade", "--clip", "--engine", "--out-dir"}) {
             path->excludes(app.get_option(other));
         }
         output_.addTo(app);
         app.parse_complete_callback([this] {
-            if (recording_.path.empty() && path_.empty()) {
+            if (recordings_.paths.empty() && path_.empty()) {
                 throw CLI::RequiredError("RECORDING (or --path)");
             }
         });
@@ -43,22 +46,46 @@ protected:
 
     ExitStatus run() override {
         output_.options(); // A wrong option is told before the work, not after it.
-        CameraPlan plan = path_.empty() ? planned() : readBack();
+        checkOutput(output_.output.path);
+        if (recordings_.isBatch()) {
+            return runFolder();
+        }
+        CameraPlan plan = path_.empty() ? planned(recordings_.only()) : readBack();
         wishes_.layOver(plan);
         output_.write(plan);
         return kDone;
     }
 
 private:
-    CameraPlan planned() {
+    ExitStatus runFolder() {
+        if (!output_.output.path.empty()) {
+            throw OptionError("-o and --out-dir: one or the other");
+        }
+        PathOutputArguments output = output_;
+        if (output.format.empty()) {
+            output.format = "csv"; // A folder's files are for programs.
+        }
+        const std::string ending(output.value().endings.front());
+        const std::vector<BatchItem> items = recordings_.batch.items(recordings_.paths, ending);
+        return runBatch(items, recordings_.batch.jobs, [&](const BatchItem& item) {
+            output.output.path = item.output;
+            CameraPlan plan = planned({item.recording, recordings_.strict});
+            wishes_.layOver(plan);
+            output.write(plan);
+            const std::size_t count = plan.keyframes.size();
+            return fmt::format("{} keyframe{}", count, count == 1 ? "" : "s");
+        });
+    }
+
+    CameraPlan planned(const RecordingArgument& argument) {
         const RequestOptions request = request_.value();
         const auto easing = easing_.value();
-        refuseOverwriting(output_.output.path, recording_.path);
-        Recording recording = recording_.read();
+        output_.output.check(argument);
+        Recording recording = argument.read();
         completeRequest(recording, request);
         const KeyframeAnswer answer = answerKeyframes(recording, request.engine);
         if (!answer.remark.empty()) {
-            if (recording_.strict) {
+            if (argument.strict) {
                 throw NoAnswer(answer.remark);
             }
             tellNote(answer.remark);
@@ -73,7 +100,7 @@ private:
         return plan;
     }
 
-    RecordingArgument recording_;
+    RecordingsArgument recordings_;
     RequestArguments request_;
     EasingArgument easing_;
     WishesArguments wishes_;

@@ -1,6 +1,7 @@
 #include "subcommands/OptionGroups.h"
 
-#include <cstdio>
+#include <algorithm>
+#include <filesystem>
 
 #include <fmt/format.h>
 
@@ -19,15 +20,41 @@ constexpr double kMostCalm = 100.0;
 // Text at a twentieth of its size is read by nobody.
 constexpr double kLeastReadable = 0.05;
 
+constexpr const char* kRecordingHelp =
+    "Recording in JSON Lines, plain or packed with gzip or zstd, or captured request; - "
+    "for the standard input";
+constexpr const char* kStrictHelp =
+    "Refuse recordings that are cut off, packed or not exactly in the format, and clips "
+    "without a keyframe";
+
+std::vector<std::string> keyframeFormatNames() {
+    std::vector<std::string> names;
+    for (const KeyframeFormat& known : keyframeFormats()) {
+        names.emplace_back(known.name);
+    }
+    return names;
+}
+
 } // namespace
 
 void RecordingArgument::addTo(CLI::App& app) {
-    app.add_option("RECORDING", path, "Recording in JSON Lines or captured request; - for the standard input")
+    app.add_option("RECORDING", path, kRecordingHelp)->required()->type_name("FILE");
+    app.add_flag("--strict", strict, kStrictHelp);
+}
+
+void RecordingsArgument::addTo(CLI::App& app) {
+    app.add_option("RECORDING", paths, std::string(kRecordingHelp) + "; several with --out-dir")
         ->required()
         ->type_name("FILE");
-    app.add_flag("--strict", strict,
-                 "Refuse recordings that are cut off, packed, or not exactly in the format, and clips in which nothing "
-                 "happens");
+    app.add_flag("--strict", strict, kStrictHelp);
+    batch.addTo(app);
+}
+
+RecordingArgument RecordingsArgument::only() const {
+    if (paths.size() > 1) {
+        throw OptionError(fmt::format("{} recordings: their results need a folder, --out-dir DIR", paths.size()));
+    }
+    return {paths.front(), strict};
 }
 
 Recording RecordingArgument::read() const {
@@ -134,28 +161,71 @@ void RequestArguments::addTo(CLI::App& app) {
 RequestOptions RequestArguments::value() const { return {size.value(), fade.value(), clip.value(), engine.value()}; }
 
 void OutputArgument::addTo(CLI::App& app) {
-    app.add_option("-o,--output", path, "File to write; it appears whole or not at all")->type_name("FILE");
+    app.add_option("-o,--output", path, "File to write, whole or not at all; - for the standard output")
+        ->type_name("FILE");
+}
+
+void OutputArgument::check(const RecordingArgument& recording) const {
+    checkOutput(path);
+    refuseOverwriting(path, recording.path);
 }
 
 void KeyframeOutputArguments::addTo(CLI::App& app) {
-    std::vector<std::string> names;
-    for (const KeyframeFormat& known : keyframeFormats()) {
-        names.emplace_back(known.name);
-    }
-    app.add_option("--format", format, fmt::format("{} (default: table on a terminal, else csv)", listed(names)))
+    const std::vector<std::string> names = keyframeFormatNames();
+    app.add_option(
+           "--format", format,
+           fmt::format("{} (default: by the ending of -o; else table on a terminal, csv elsewhere)", listed(names)))
         ->type_name("FORMAT")
         ->check(CLI::IsMember(names));
     output.addTo(app);
 }
 
 const KeyframeFormat& KeyframeOutputArguments::value() const {
-    const bool terminal = output.path.empty() && outputIsTerminal();
-    const KeyframeFormat* const known = keyframeFormatNamed(!format.empty() ? format : terminal ? "table" : "csv");
-    return *known;
+    if (!format.empty()) {
+        return *keyframeFormatNamed(format);
+    }
+    const std::string ending = endingOf(output.path);
+    if (ending.empty()) {
+        return *keyframeFormatNamed(isStandardOutput(output.path) && outputIsTerminal() ? "table" : "csv");
+    }
+    if (const KeyframeFormat* const known = keyframeFormatEnding(ending); known != nullptr) {
+        return *known;
+    }
+    throw unknownEnding(output.path, keyframeFormatNames());
 }
 
 void KeyframeOutputArguments::write(const KeyframeReport& report) const {
     writeOutput(output.path, value().text(report));
+}
+
+void TextOutputArguments::addTo(CLI::App& app) {
+    app.add_option("--format", format, "text or json (default: by the ending of -o, else text)")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"text", "json"}));
+    output.addTo(app);
+}
+
+bool TextOutputArguments::isJson() const {
+    const std::string ending = endingOf(output.path);
+    if (!format.empty() || ending.empty()) {
+        return format == "json";
+    }
+    if (ending != ".json" && ending != ".txt") {
+        throw unknownEnding(output.path, {"text", "json"});
+    }
+    return ending == ".json";
+}
+
+std::string endingOf(const std::string& path) {
+    std::string ending = std::filesystem::path(path).extension().string();
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return ending;
+}
+
+OptionError unknownEnding(const std::string& path, const std::vector<std::string>& formats) {
+    return OptionError(fmt::format("-o {}: no format has the ending {}; name one with --format: {}",
+                                   printableName(path), printable(endingOf(path)), listed(formats)));
 }
 
 std::string listed(const std::vector<std::string>& names) {

@@ -135,8 +135,15 @@ const PathFormat& PathOutputArguments::value() const {
         if (const PathFormat* const byEnding = pathFormatOfFile(output.path)) {
             return *byEnding;
         }
+        if (!endingOf(output.path).empty()) {
+            std::vector<std::string> names;
+            for (const PathFormat& known : pathFormats()) {
+                names.emplace_back(known.name);
+            }
+            throw unknownEnding(output.path, names);
+        }
     }
-    const bool terminal = output.path.empty() && outputIsTerminal() && sample.empty() && !even;
+    const bool terminal = isStandardOutput(output.path) && outputIsTerminal() && sample.empty() && !even;
     return *pathFormatNamed(!format.empty() ? format : terminal ? "table" : "csv");
 }
 

@@ -9,6 +9,7 @@
 
 #include "frame/Geometry.h"
 #include "terminal/TextFormat.h"
+#include "writing/Json.h"
 
 namespace OrvantaNS::command {
 
@@ -125,6 +126,12 @@ std::vector<std::string> findOddities(const Recording& recording) {
          "event lies", "events lie", "before the time 0");
     note(static_cast<std::size_t>(recording.streamOrderBreaks), "line stands", "lines stand",
          "behind a line of a later stream with the same time");
+    if (const std::string remark = recording.lengthRemark(); !remark.empty()) {
+        oddities.push_back(remark);
+    }
+    if (recording.cutLine > 0 || recording.archiveIsCut) {
+        oddities.emplace_back("the file is cut off at its end");
+    }
     if (!recording.unknownFields.empty()) {
         oddities.push_back(fmt::format("unknown header fields: {}", recording.unknownFields.names()));
     }
@@ -134,11 +141,29 @@ std::vector<std::string> findOddities(const Recording& recording) {
     return oddities;
 }
 
+std::vector<std::string> findMissingStreams(const Recording& recording) {
+    const Params& params = recording.params;
+    std::vector<std::string> missing;
+    if (params.foreWindows().empty()) {
+        missing.emplace_back("no window: no shot is framed by a window, and what opens is not seen");
+    }
+    if (params.dirtyRects().empty()) {
+        missing.emplace_back("no dirty rectangle: what clicks and hovers changed is not seen");
+    }
+    if (params.cursorLocations().empty()) {
+        missing.emplace_back("no cursor: nobody knows where clicks happen, and moves do not begin with the hand");
+    }
+    if (params.cursorActions().empty()) {
+        missing.emplace_back("no action: clicks, drags and scrolling, the strongest reasons to move, are not seen");
+    }
+    return missing;
+}
+
 std::string infoText(const Recording& recording) {
     const Params& params = recording.params;
     const double length = recording.stopSeconds() - recording.startSeconds();
     const bool dump = recording.form == RecordingForm::Dump;
-    std::string text = fmt::format("file         {}\n", recording.name);
+    std::string text = fmt::format("file         {}\n", printableName(recording.name));
     text += fmt::format("form         {}\n", dump ? "captured request" : "recording");
     if (!recording.description.empty()) {
         text += fmt::format("description  {}\n", printable(recording.description, std::string::npos));
@@ -172,12 +197,53 @@ std::string infoText(const Recording& recording) {
         text += fmt::format("  {:<9}  {}\n", kStreamNames[i], counts[i]);
     }
 
+    const std::vector<std::string> missing = findMissingStreams(recording);
+    if (!missing.empty()) {
+        text += "missing      these streams:\n";
+    }
+    for (const std::string& stream : missing) {
+        text += fmt::format("  {}\n", stream);
+    }
     const std::vector<std::string> oddities = findOddities(recording);
     text += fmt::format("odd          {}\n", oddities.empty() ? "nothing" : "these things:");
     for (const std::string& oddity : oddities) {
         text += fmt::format("  {}\n", oddity);
     }
     return text;
+}
+
+std::string infoJson(const Recording& recording) {
+    const Params& params = recording.params;
+    const bool dump = recording.form == RecordingForm::Dump;
+    Json document = {{"recording", recording.name},
+                     {"form", dump ? "captured request" : "recording"},
+                     {"compression", textOrNull(recording.compression)},
+                     {"description", recording.description},
+                     {"start", recording.startSeconds()},
+                     {"stop", recording.stopSeconds()},
+                     {"ticksPerSecond", params.timeScale()},
+                     {"startTick", recording.start},
+                     {"stopTick", recording.stop},
+                     {"windowsFlag", params.isWindows()},
+                     {"videoOffset", recording.videoOffset ? Json(*recording.videoOffset) : Json()}};
+    if (dump) {
+        document["target"] = {{"width", params.targetWidth()}, {"height", params.targetHeight()}};
+    }
+    document["events"] = recording.events;
+    const auto counts = eventCounts(params);
+    Json streams = Json::object();
+    for (std::size_t i = 0; i < kStreamCount; ++i) {
+        streams[std::string(kStreamNames[i])] = counts[i];
+    }
+    document["streams"] = streams;
+    Json regions = Json::array();
+    for (const OV_TIME_RECT& region : params.recordingRegions()) {
+        regions.push_back({{"tick", region.time}, {"rect", edgesOf(region.rect)}});
+    }
+    document["regions"] = regions;
+    document["missing"] = findMissingStreams(recording);
+    document["odd"] = findOddities(recording);
+    return jsonText(document);
 }
 
 } // namespace OrvantaNS::command

@@ -20,4 +20,12 @@ const KeyframeFormat* keyframeFormatNamed(std::string_view name) {
     return found == formats.end() ? nullptr : &*found;
 }
 
+const KeyframeFormat* keyframeFormatEnding(std::string_view ending) {
+    const auto formats = keyframeFormats();
+    const auto found = std::find_if(formats.begin(), formats.end(), [ending](const KeyframeFormat& format) {
+        return std::find(format.endings.begin(), format.endings.end(), ending) != format.endings.end();
+    });
+    return found == formats.end() ? nullptr : &*found;
+}
+
 } // namespace OrvantaNS::command

@@ -22,4 +22,7 @@ std::span<const KeyframeFormat> keyframeFormats();
 /// The format of that name; null when there is none.
 const KeyframeFormat* keyframeFormatNamed(std::string_view name);
 
+/// The first format of files with that ending (".csv"); null when there is none.
+const KeyframeFormat* keyframeFormatEnding(std::string_view ending);
+
 } // namespace OrvantaNS::command

@@ -1,4 +1,4 @@
-// Where results go: the standard output, or a file that appears whole or not at all.
+// Where results go: the standard output, a device, or a file that appears whole or not at all.
 #pragma once
 
 #include <stdexcept>
@@ -13,10 +13,23 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Writes `text` to the standard output when `path` is empty, else to the file. A regular file is written beside its
-/// place and moved there at the end, so that a failure or Ctrl-C leaves what was there before. Throws `OutputError`, and
-/// `Interrupted` when Ctrl-C came before the move.
+/// True when results for `path` go to the standard output: it is empty, or "-".
+bool isStandardOutput(const std::string& path);
+
+/// Writes `text` to where `path` says.
+///
+/// - Empty or "-": the standard output.
+/// - /dev/stdout, /dev/stderr, /dev/fd/N, or a link to one of them: that open file, behind what it holds already.
+/// - A device or a pipe: in place, as the text comes.
+/// - Anything else: a file that appears whole, or takes the place of the one before whole. A failure, Ctrl-C or the end of
+///   the process leaves what was there before, and nothing beside it. A link stays, and the file that it names is replaced.
+///
+/// Throws `OutputError`, also for what `checkOutput` refuses, and `Interrupted` when Ctrl-C came before the end.
 void writeOutput(const std::string& path, std::string_view text);
+
+/// Throws `OutputError` when `path` is a directory, a link to nothing, or a file that is read-only: what is found out before
+/// the work costs nobody an hour. Writes nothing.
+void checkOutput(const std::string& path);
 
 /// Throws `OutputError` when `path` names the recording itself: the result would take the place of its own source.
 void refuseOverwriting(const std::string& path, const std::string& recordingPath);
