@@ -65,7 +65,8 @@ private:
         if (output.format.empty()) {
             output.format = "csv"; // A folder's files are for programs.
         }
-        const std::string ending(output.value().endings.front());
+        const PathFormat& format = output.value();
+        const std::string ending(format.endings.empty() ? ".txt" : format.endings.front());
         const std::vector<BatchItem> items = recordings_.batch.items(recordings_.paths, ending);
         return runBatch(items, recordings_.batch.jobs, [&](const BatchItem& item) {
             output.output.path = item.output;
