@@ -23,6 +23,7 @@ struct DirectorControls {
     double calm = 1.0;
     /// The zoom from which text counts as readable, output pixels per recording pixel. Above 0, 1 at most.
     double readable = 0.75;
+    /// What presses may ask.
     DirectorPresses presses = DirectorPresses::Always;
     /// Frames may be larger than the recording in one dimension, up to the frame that holds all of it. They then stand
     /// out evenly on both sides; the host fills what is missing.
@@ -44,9 +45,9 @@ struct DirectorShot {
     std::string text;                    ///< What the shot is for, in words.
     std::vector<DirectorReason> reasons; ///< By weight, most first.
     double cost = 0.0;                   ///< Seconds of missed sight, the moves at both ends included.
-    bool hasRunnerUp = false;
-    Rectangle runnerUp;        ///< Local pixels: the best other frame for the same time.
-    double runnerUpCost = 0.0; ///< What the shot would have cost with it.
+    bool hasRunnerUp = false;            ///< There is another frame to compare with.
+    Rectangle runnerUp;                  ///< Local pixels: the best other frame for the same time.
+    double runnerUpCost = 0.0;           ///< What the shot would have cost with it.
 };
 
 /// A whole plan with its reasons.
@@ -60,6 +61,7 @@ struct DirectorPlan {
 /// request gives the same answer, to the last bit, on every machine.
 class ORVANTA_CAMERA_EXPORT OrvantaDirector : public Orvanta {
 public:
+    /// What the questions of `Orvanta` answer.
     using KeyframeList = std::shared_ptr<std::vector<OV_TIME_RECT>>;
 
     /// Throws `std::invalid_argument` for controls out of the ranges told there.
@@ -83,6 +85,7 @@ public:
     /// `calcOrvantaKeyframes` with the reasons. Takes about twice as long.
     DirectorPlan plan(const Params& params, ProgressReporter* reporter) const;
 
+    /// What it was made with.
     const DirectorControls& controls() const { return controls_; }
 
 private:
