@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace OrvantaNS::camera {
@@ -26,6 +27,12 @@ FrameShape::FrameShape(std::int32_t outputWidth, std::int32_t outputHeight, doub
         unitHeight_ = 0.0; // rounded from the width
     }
     const double byHeight = regionHeight_ * outputWidth_ / outputHeight_;
+    mostHeight_ = mayOverhang ? std::numeric_limits<double>::infinity() : regionHeight_;
+    if (!mayOverhang && std::min(regionWidth_, byHeight) < unitWidth_) {
+        // A sliver of a region, or of an output: no frame of the exact shape fits, so the nearest whole pixels do.
+        unitWidth_ = 1.0;
+        unitHeight_ = 0.0;
+    }
     if (mayOverhang) {
         widest_ = std::ceil(std::max(regionWidth_, byHeight) / unitWidth_) * unitWidth_;
     } else {
@@ -41,7 +48,7 @@ double FrameShape::readingWidth() const {
 
 double FrameShape::heightOf(double frameWidth) const {
     return unitHeight_ > 0.0 ? frameWidth / unitWidth_ * unitHeight_
-                             : std::max(1.0, std::floor(frameWidth * outputHeight_ / outputWidth_));
+                             : std::clamp(std::floor(frameWidth * outputHeight_ / outputWidth_), 1.0, mostHeight_);
 }
 
 double FrameShape::fittingZoom(const RealRect& rect) const {

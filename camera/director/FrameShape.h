@@ -52,6 +52,7 @@ private:
     double readable_;
     double unitWidth_;
     double unitHeight_;
+    double mostHeight_; ///< Of a frame, pixels.
     double least_;
     double widest_;
 };
