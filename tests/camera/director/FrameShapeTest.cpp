@@ -53,6 +53,13 @@ TEST(FrameShapeTest, FittingWidth_HoldsTheRectangleAndNotAMeasureMore) {
     EXPECT_EQ(shape.fittingWidth({0, 0, 3000, 10}, 1.0), 1280.0);
 }
 
+TEST(FrameShapeTest, Frame_SliverOfAnOutput_StaysInside) {
+    // No frame a hundred thousand times as high as wide fits in whole pixels; one column of the region does.
+    const FrameShape shape(64, 6400000, 1280, 800, 0.75, false);
+    const RealRect frame = shape.frame(640, 400, 64);
+    EXPECT_EQ(frame, (RealRect{640, 0, 641, 800}));
+}
+
 TEST(FrameShapeTest, Frame_AnyShape_IsInsideInWholePixelsAndAtTheOutputsShape) {
     Random random(11);
     for (int i = 0; i < 2000; ++i) {

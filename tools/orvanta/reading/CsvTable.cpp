@@ -29,13 +29,12 @@ struct Reading {
 void endField(void* bytes, std::size_t size, void* context) {
     auto& reading = *static_cast<Reading*>(context);
     std::string field = bytes == nullptr ? std::string() : std::string(static_cast<const char*>(bytes), size);
-    reading.line += std::count(field.begin(), field.end(), '\n');
     reading.fields.push_back(std::move(field));
 }
 
 void endRow(int, void* context) {
     auto& reading = *static_cast<Reading*>(context);
-    reading.rows.push_back({reading.line++, std::exchange(reading.fields, {})});
+    reading.rows.push_back({reading.line, std::exchange(reading.fields, {})});
 }
 
 } // namespace
@@ -46,19 +45,24 @@ CsvTable::CsvTable(std::string_view text, std::string name) : name_(std::move(na
         text.remove_prefix(kByteOrderMark.size());
     }
     csv_parser parser;
-    if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL) != 0) {
+    if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) {
         throw InputError(fmt::format("{}: cannot be read as CSV", name_));
     }
     Reading reading;
-    const bool isRead = csv_parse(&parser, text.data(), text.size(), endField, endRow, &reading) == text.size() &&
-                        csv_fini(&parser, endField, endRow, &reading) == 0;
+    // Line by line, so that every record knows the line on which it ends, whatever the line ends are.
+    bool isRead = true;
+    while (isRead && !text.empty()) {
+        const std::string_view line = text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
+        isRead = csv_parse(&parser, line.data(), line.size(), endField, endRow, &reading) == line.size();
+        text.remove_prefix(line.size());
+        reading.line += isRead && !text.empty() ? 1 : 0;
+    }
+    isRead = isRead && csv_fini(&parser, endField, endRow, &reading) == 0;
     csv_free(&parser);
     if (!isRead) {
         throw InputError(
             fmt::format("{}:{}: no CSV: a quote stands where none may, or is never closed", name_, reading.line));
     }
-    // With empty lines reported, each of them is a record without fields.
-    std::erase_if(reading.rows, [](const CsvRow& row) { return row.fields.empty(); });
     if (reading.rows.empty()) {
         throw InputError(fmt::format("{}: is empty; expected a line of column names", name_));
     }

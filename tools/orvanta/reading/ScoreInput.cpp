@@ -31,8 +31,12 @@ std::vector<JudgedKeyframe> pathOfCsv(std::string_view text, const std::string& 
     const std::size_t height = table.column("height");
     std::vector<JudgedKeyframe> keyframes;
     for (const CsvRow& row : table.rows()) {
-        keyframes.push_back(keyframeOf(table.number(row, seconds), table.number(row, left), table.number(row, top),
-                                       table.number(row, width), table.number(row, height)));
+        const double at = table.number(row, seconds);
+        const double x = table.number(row, left);
+        const double y = table.number(row, top);
+        const double wide = table.number(row, width);
+        const double high = table.number(row, height);
+        keyframes.push_back(keyframeOf(at, x, y, wide, high));
         if (camera::isEmpty(keyframes.back().frame)) {
             table.fail(row, "the frame covers nothing");
         }
@@ -59,8 +63,13 @@ std::vector<JudgedKeyframe> pathOfJson(std::string_view text, const std::string&
             }
             return value->get<double>();
         };
-        keyframes.push_back(
-            keyframeOf(number("seconds"), number("left"), number("top"), number("width"), number("height")));
+        // One by one: the order in which arguments are worked out is the compiler's.
+        const double seconds = number("seconds");
+        const double left = number("left");
+        const double top = number("top");
+        const double width = number("width");
+        const double height = number("height");
+        keyframes.push_back(keyframeOf(seconds, left, top, width, height));
         if (camera::isEmpty(keyframes.back().frame)) {
             throw InputError(fmt::format("{}: the frame of keyframe {} covers nothing", name, keyframes.size()));
         }
