@@ -50,6 +50,9 @@ std::string valueName(const CLI::Option& option) {
     }
     // A check adds its own description behind a colon; the help text names the choices in words.
     const std::string name = option.get_type_name();
+    if (const std::size_t range = name.find(" in ["); range != std::string::npos) {
+        return name.substr(0, name.rfind(':', range));
+    }
     return name.substr(0, name.find(":{"));
 }
 
