@@ -10,8 +10,6 @@ namespace OrvantaNS::camera {
 
 namespace {
 
-// A quarter of a second: a camera that sets off a quarter later is not seen to be late.
-constexpr double kStepSeconds = 0.25;
 // More steps than three days have are made longer instead.
 constexpr double kMostSteps = 1048576.0;
 // Pixels that a trembling hand moves the cursor without meaning it.

@@ -10,6 +10,9 @@
 
 namespace OrvantaNS::camera {
 
+/// A quarter of a second: a camera that sets off a quarter later is not seen to be late.
+inline constexpr double kStepSeconds = 0.25;
+
 /// A press of a button inside the region.
 struct ScenePress {
     double seconds = 0.0;
@@ -49,10 +52,10 @@ struct SceneCursor {
 
 /// A stretch with one recording region.
 struct Scene {
-    double width = 0.0;  ///< Pixels of the region.
-    double height = 0.0; ///< Pixels of the region.
-    double length = 0.0; ///< Seconds.
-    double step = 0.25;  ///< Seconds; longer only in recordings of days.
+    double width = 0.0;         ///< Pixels of the region.
+    double height = 0.0;        ///< Pixels of the region.
+    double length = 0.0;        ///< Seconds.
+    double step = kStepSeconds; ///< Seconds; longer only in recordings of days.
     std::int32_t steps = 1;
     double lineHeight = 18.0; ///< Pixels: a line of text, as carets and changes show it.
     std::vector<ScenePress> presses;

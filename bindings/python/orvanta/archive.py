@@ -241,11 +241,12 @@ def run(folder: Path, out: Path, options: Options, scheduler: Optional[str] = No
         try:
             for future in _distributed().as_completed(futures):
                 name = name_of[future.key]
-                if future.status == "finished":
+                try:
+                    # Where the worker died that had the outcome, this waits until another has worked it out again.
                     outcome = future.result()
-                else:
+                except Exception as error:  # pylint: disable=broad-except
                     # Workers died again and again over it, or a fault of this program.
-                    outcome = Outcome(name, "failed", error=f"{future.status}: {future.exception()}")
+                    outcome = Outcome(name, "failed", error=" ".join(str(error).split()) or type(error).__name__)
                 outcomes.append(outcome)
                 progress.add(outcome)
         except KeyboardInterrupt:
