@@ -100,10 +100,12 @@ void judgeWindows(const JudgedSession& session, const JudgedPath& path, double o
             continue; // no readable frame holds it
         }
         const double stop = std::min(window.to, window.from + kWindowSeconds);
-        for (double time = window.from + kLookSeconds; time < stop; time += kLookSeconds) {
+        double time = window.from + kLookSeconds;
+        while (time < stop) {
             const RealRect frame = path.at(time);
             ++looks;
             read += shareInside(frame, window.rect) >= kHeldShare && path.zoom(frame) >= kReadingZoom ? 1 : 0;
+            time += kLookSeconds;
         }
     }
     if (looks > 0) {
