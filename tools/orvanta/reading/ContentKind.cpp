@@ -89,7 +89,7 @@ std::string contentRemark(std::string_view start) {
         return "this is JSON spread over several lines; the format has one value a line";
     }
     if (text.front() == '[') {
-        return text.ends_with(']') && text.find("[", 1) == std::string_view::npos && text.size() > 2
+        return text.ends_with(']') && text.find('[', 1) == std::string_view::npos && text.size() > 2
                    ? "this is an event; the header line is missing, which comes first"
                    : "this is an array; the format has one value a line, the header first";
     }
