@@ -121,7 +121,7 @@ std::string zshAction(const OptionEntry& option) {
     if (option.value.empty()) {
         return {};
     }
-    const std::string action = !option.choices.empty() ? "(" + joined(option.choices, " ") + ")"
+    const std::string action = !option.choices.empty() ? fmt::format("({})", joined(option.choices, " "))
                                : option.isFile         ? "_files"
                                : option.isFolder       ? "_files -/"
                                                        : " ";
