@@ -4,9 +4,9 @@
 #include "OrvantaWorker.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "frame/DataStore.h"
+#include "frame/Exponential.h"
 #include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
@@ -24,7 +24,7 @@ bool overlapsInterval(const OV_VALUE_OBJECT& object, const Interval_Type<double>
 
 // Antiderivative of 1 - exp(x - decay), the share of its worth that an object still has x seconds after its stop. It
 // falls slowly at first and steeply toward the end, to nothing at x = decay.
-double decayIntegral(double x, double decay) { return x - std::exp(x - decay); }
+double decayIntegral(double x, double decay) { return x - exponential(x - decay); }
 
 } // namespace
 
