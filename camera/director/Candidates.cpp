@@ -34,6 +34,8 @@ constexpr double kZoomParts = 6.0;
 constexpr double kJoinSeconds = 5.0;
 // The least time for which a frame is worth the search's while, seconds.
 constexpr double kLeastLife = 3.0;
+// Offers of frames from which joining them is worth the while.
+constexpr std::size_t kJoinOffers = 16384;
 // Where the largest frames do not hold the region: how many of them stand side by side.
 constexpr int kLargestFrames = 5;
 
@@ -90,16 +92,16 @@ private:
             return;
         }
         if (isExact) {
-            offers_.push_back({{1, static_cast<std::int64_t>(width(rect)), static_cast<std::int64_t>(rect.left),
-                                static_cast<std::int64_t>(rect.top)},
-                               {rect, first, last + 1}});
+            offer({1, static_cast<std::int64_t>(width(rect)), static_cast<std::int64_t>(rect.left),
+                   static_cast<std::int64_t>(rect.top)},
+                  {rect, first, last + 1});
             return;
         }
         const double part = width(rect) / kPlaceParts;
         const double zoom = std::floor(binaryLog(width(rect)) * kZoomParts + 0.5);
-        offers_.push_back({{0, static_cast<std::int64_t>(zoom), static_cast<std::int64_t>(std::floor(rect.left / part)),
-                            static_cast<std::int64_t>(std::floor(rect.top / part * shape_.ratio()))},
-                           {rect, first, last + 1}});
+        offer({0, static_cast<std::int64_t>(zoom), static_cast<std::int64_t>(std::floor(rect.left / part)),
+               static_cast<std::int64_t>(std::floor(rect.top / part * shape_.ratio()))},
+              {rect, first, last + 1});
     }
 
     void fit(const RealRect& rect, double room, double from, double to, bool isExact = false) {
@@ -221,7 +223,29 @@ private:
         return {rect.left - room, rect.top - room, rect.right + room, rect.bottom + room};
     }
 
+    /// Joins the offers of one place that are taken close together in time; the first one's frame stands for all. Joining
+    /// some of them first changes nothing, so it is done whenever they have doubled: there may be a million.
+    void join() {
+        std::stable_sort(offers_.begin(), offers_.end(), [](const Offer& a, const Offer& b) {
+            return a.place != b.place ? a.place < b.place : a.candidate.from < b.candidate.from;
+        });
+        const auto gap = static_cast<std::int32_t>(kJoinSeconds / scene_.step);
+        std::size_t count = 0;
+        for (const Offer& offer : offers_) {
+            if (count > 0 && offers_[count - 1].place == offer.place &&
+                offer.candidate.from <= offers_[count - 1].candidate.to + gap) {
+                Candidate& last = offers_[count - 1].candidate;
+                last.to = std::max(last.to, offer.candidate.to);
+            } else {
+                offers_[count++] = offer;
+            }
+        }
+        offers_.erase(offers_.begin() + static_cast<std::ptrdiff_t>(count), offers_.end());
+        joinAt_ = std::max(kJoinOffers, 2 * count);
+    }
+
     std::vector<Candidate> joined() {
+        join();
         std::vector<Candidate> candidates;
         const double largest = shape_.widest();
         const double centre = scene_.width / 2.0;
@@ -236,20 +260,17 @@ private:
                 }
             }
         }
-        std::stable_sort(offers_.begin(), offers_.end(), [](const Offer& a, const Offer& b) {
-            return a.place != b.place ? a.place < b.place : a.candidate.from < b.candidate.from;
-        });
-        const auto gap = static_cast<std::int32_t>(kJoinSeconds / scene_.step);
-        for (std::size_t i = 0; i < offers_.size(); ++i) {
-            Candidate& last = candidates.back();
-            const Candidate& one = offers_[i].candidate;
-            if (i > 0 && offers_[i - 1].place == offers_[i].place && one.from <= last.to + gap) {
-                last.to = std::max(last.to, one.to);
-            } else {
-                candidates.push_back(one);
-            }
+        for (const Offer& offer : offers_) {
+            candidates.push_back(offer.candidate);
         }
         return candidates;
+    }
+
+    void offer(const std::array<std::int64_t, 4>& place, const Candidate& candidate) {
+        if (offers_.size() >= joinAt_) {
+            join();
+        }
+        offers_.push_back({place, candidate});
     }
 
     const Scene& scene_;
@@ -257,6 +278,7 @@ private:
     const double reach_;
     std::vector<Evidence> strong_;
     std::vector<Offer> offers_;
+    std::size_t joinAt_ = kJoinOffers; ///< Offers at which they are joined.
 };
 
 } // namespace

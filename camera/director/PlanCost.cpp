@@ -62,26 +62,27 @@ double restPressCost(const PlanRules& rules, const RealRect& frame, std::int32_t
     return cost;
 }
 
+double movingPressCost(const PlanPress& press, bool isHeld) {
+    return isHeld ? std::min(kMovePress, press.miss) : press.miss;
+}
+
 double movePressCost(const PlanRules& rules, const RealRect& from, const RealRect& to, std::int32_t fromStep,
                      std::int32_t toStep) {
     double cost = 0.0;
     for (std::size_t i = firstPress(rules, fromStep); i < firstPress(rules, toStep); ++i) {
         const PlanPress& press = rules.presses[i];
         const bool isHeld = holdsPress(rules, from, press) && holdsPress(rules, to, press);
-        cost += isHeld ? std::min(kMovePress, press.miss) : press.miss;
+        cost += movingPressCost(press, isHeld);
     }
     return cost;
 }
 
-double moveCost(const PlanRules& rules, const RealRect& from, const RealRect& to) {
-    const double octaves = std::abs(binaryLog(width(to) / width(from)));
+MoveExtent moveExtent(const RealRect& from, const RealRect& to) {
     const double dx = centreX(to) - centreX(from);
     const double dy = centreY(to) - centreY(from);
     const RealRect& larger = width(to) > width(from) ? to : from;
     const double diagonal = std::sqrt(width(larger) * width(larger) + height(larger) * height(larger));
-    const double way = std::sqrt(dx * dx + dy * dy) / diagonal;
-    const DirectorWeights& w = rules.weights;
-    return rules.calm * (w.move + w.moveZoom * octaves + w.moveWay * way);
+    return {std::abs(binaryLog(width(to) / width(from))), std::sqrt(dx * dx + dy * dy) / diagonal};
 }
 
 double shortRestCost(const PlanRules& rules) { return rules.calm * rules.weights.shortRest; }
@@ -104,8 +105,10 @@ double restCost(const PlanRules& rules, const RealRect& frame, std::int32_t arri
 
 double moveStretchCost(const PlanRules& rules, const RealRect& from, const RealRect& to, std::int32_t arrival) {
     const std::int32_t departure = arrival - rules.moveSteps;
+    const MoveExtent extent = moveExtent(from, to);
     return 0.5 * (rules.losses->loss(from, departure, arrival) + rules.losses->loss(to, departure, arrival)) +
-           blurCost(rules, arrival) + moveCost(rules, from, to) + movePressCost(rules, from, to, departure, arrival);
+           blurCost(rules, arrival) * blurShare(extent) + moveCost(rules, extent) +
+           movePressCost(rules, from, to, departure, arrival);
 }
 
 double planCost(const PlanRules& rules, const std::vector<PlanShot>& shots) {
@@ -131,7 +134,7 @@ double movesCost(const PlanRules& rules, const std::vector<PlanShot>& shots) {
     for (std::size_t i = 1; i < shots.size(); ++i) {
         const bool isLast = i + 1 == shots.size();
         const std::int32_t departure = isLast ? rules.steps : shots[i + 1].arrival - rules.moveSteps;
-        cost += moveCost(plain, shots[i - 1].rect, shots[i].rect);
+        cost += moveCost(plain, moveExtent(shots[i - 1].rect, shots[i].rect));
         cost += isShortRest(rules, shots[i].arrival, departure) ? shortRestCost(plain) : 0.0;
     }
     return cost;

@@ -1,6 +1,7 @@
 // What a plan costs, written plainly: the search and the adjustment of shots go by these rules.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -47,13 +48,30 @@ ORVANTA_CAMERA_EXPORT double restPressCost(const PlanRules& rules, const RealRec
 /// Cost of the presses of steps [from, to) while the camera moves between two frames.
 ORVANTA_CAMERA_EXPORT double movePressCost(const PlanRules& rules, const RealRect& from, const RealRect& to,
                                            std::int32_t fromStep, std::int32_t toStep);
+/// Cost of one press while the camera moves, by whether both frames hold it.
+double movingPressCost(const PlanPress& press, bool isHeld);
 /// True when a frame holds a press, with a pixel to spare.
 ORVANTA_CAMERA_EXPORT bool holdsPress(const PlanRules& rules, const RealRect& frame, const PlanPress& press);
+/// How far a move goes.
+struct MoveExtent {
+    double octaves = 0.0; ///< Of zoom.
+    double way = 0.0;     ///< Of the centre, in diagonals of the larger frame.
+};
+ORVANTA_CAMERA_EXPORT MoveExtent moveExtent(const RealRect& from, const RealRect& to);
 /// Cost of a move for itself, calm included.
-ORVANTA_CAMERA_EXPORT double moveCost(const PlanRules& rules, const RealRect& from, const RealRect& to);
+inline double moveCost(const PlanRules& rules, const MoveExtent& extent) {
+    const DirectorWeights& w = rules.weights;
+    return rules.calm * (w.move + w.moveZoom * extent.octaves + w.moveWay * extent.way);
+}
+/// The part of the sight that a move blurs, 0 to 1: while the camera shifts a little, one can go on reading.
+inline double blurShare(const MoveExtent& extent) {
+    // Octaves of zoom, or diagonals of way, from which nothing can be read while the camera moves.
+    constexpr double kBlurred = 0.5;
+    return std::min(1.0, (extent.octaves + extent.way) / kBlurred);
+}
 /// Cost of a rest that is not long enough to be calm.
 ORVANTA_CAMERA_EXPORT double shortRestCost(const PlanRules& rules);
-/// Cost of what is missed during the move that arrives at a step, beyond what both ends miss.
+/// Cost of what a long move that arrives at a step misses, beyond what both ends miss.
 double blurCost(const PlanRules& rules, std::int32_t arrival);
 
 /// Cost of resting on a frame from `arrival` to `departure`.

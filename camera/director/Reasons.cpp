@@ -110,13 +110,15 @@ DirectorShot reasonedShot(const PlanRules& rules, const std::vector<Evidence>& e
 
     std::array<Tally, kEvidenceKinds> tallies;
     for (std::int32_t step = arrival; step < departure; ++step) {
-        for (const Weighed* item = rules.losses->begin(step); item != rules.losses->end(step); ++item) {
-            Tally& tally = tallies[static_cast<std::size_t>(evidence[item->source].kind)];
-            const double weight = item->weight * rules.losses->stepSeconds();
-            tally.box = tally.sources.empty() ? item->rect : boundingUnion(tally.box, item->rect);
+        const LossTable& losses = *rules.losses;
+        for (const std::uint32_t* i = losses.begin(step); i != losses.end(step); ++i) {
+            const Weighed& item = losses.piece(*i);
+            Tally& tally = tallies[static_cast<std::size_t>(evidence[*i].kind)];
+            const double weight = item.weight * losses.scale(step) * losses.stepSeconds();
+            tally.box = tally.sources.empty() ? item.rect : boundingUnion(tally.box, item.rect);
             tally.weight += weight;
-            tally.seen += weight * LossTable::sight(frame, *item);
-            tally.sources.insert(item->source);
+            tally.seen += weight * LossTable::sight(frame, item);
+            tally.sources.insert(*i);
         }
     }
     std::vector<std::pair<EvidenceKind, DirectorReason>> kinds;

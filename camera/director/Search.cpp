@@ -13,6 +13,8 @@ namespace {
 constexpr double kNever = 1e300;
 // Steps between two reports.
 constexpr std::int32_t kReportSteps = 64;
+// Presses within a move for which each candidate has a bit; no hand presses more often.
+constexpr std::size_t kHeldBits = 64;
 
 /// How the camera came to rest on a candidate at a step.
 enum class Came : std::uint8_t {
@@ -32,6 +34,7 @@ struct Life {
     double rest = kNever;         ///< Least cost of resting here at the present step, free to go.
     std::vector<double> spent;    ///< Ring: loss of resting here up to a step.
     std::vector<double> arrivals; ///< Ring: least cost of arriving at a step.
+    std::uint64_t held = 0;       ///< A bit for each press of the moves that begin now: set where the frame holds it.
 };
 
 class Search {
@@ -156,6 +159,44 @@ private:
         return cost;
     }
 
+    /// The presses that fall into moves which begin at one step and end at another.
+    struct PressWindow {
+        std::size_t first;
+        std::size_t last;
+    };
+
+    /// Finds them, and notes for each candidate which of them it holds: every pair of candidates asks for it.
+    PressWindow pressesFrom(std::int32_t step, std::int32_t arrival) {
+        const PressWindow window{step == 0 ? 0 : rules_.pressEnds[static_cast<std::size_t>(step) - 1],
+                                 rules_.pressEnds[static_cast<std::size_t>(arrival) - 1]};
+        if (window.first == window.last || window.last - window.first > kHeldBits) {
+            return window;
+        }
+        for (const std::uint32_t k : alive_) {
+            std::uint64_t held = 0;
+            for (std::size_t i = window.first; i < window.last; ++i) {
+                const bool isHeld = holdsPress(rules_, candidates_[k].rect, rules_.presses[i]);
+                held |= static_cast<std::uint64_t>(isHeld) << (i - window.first);
+            }
+            lives_[k].held = held;
+        }
+        return window;
+    }
+
+    /// What `movePressCost` says.
+    double pressCost(const PressWindow& window, std::uint32_t from, std::uint32_t to, std::int32_t step,
+                     std::int32_t arrival) const {
+        if (window.last - window.first > kHeldBits) {
+            return movePressCost(rules_, candidates_[from].rect, candidates_[to].rect, step, arrival);
+        }
+        const std::uint64_t held = lives_[from].held & lives_[to].held;
+        double cost = 0.0;
+        for (std::size_t i = window.first; i < window.last; ++i) {
+            cost += movingPressCost(rules_.presses[i], (held >> (i - window.first) & 1) != 0);
+        }
+        return cost;
+    }
+
     /// All moves that begin now.
     void depart(std::int32_t step) {
         const std::int32_t arrival = step + rules_.moveSteps;
@@ -172,11 +213,9 @@ private:
         std::sort(leaving_.begin(), leaving_.end(), [](const Leaving& a, const Leaving& b) {
             return a.cost != b.cost ? a.cost < b.cost : a.candidate < b.candidate;
         });
-        const bool hasPresses = (step == 0 ? 0 : rules_.pressEnds[static_cast<std::size_t>(step) - 1]) !=
-                                rules_.pressEnds[static_cast<std::size_t>(arrival) - 1];
+        const PressWindow presses = pressesFrom(step, arrival);
         const double blur = blurCost(rules_, arrival);
-        const DirectorWeights& w = rules_.weights;
-        const double least = rules_.calm * w.move;
+        const double least = rules_.calm * rules_.weights.move;
         for (const std::uint32_t k : alive_) {
             Life& life = lives_[k];
             if (arrival < life.from || arrival + rules_.restSteps >= life.to) {
@@ -194,16 +233,19 @@ private:
                 }
                 const RealRect& rect = candidates_[one.candidate].rect;
                 const Life& other = lives_[one.candidate];
+                MoveExtent extent{std::abs(life.zoomLog - other.zoomLog), 0.0};
+                if (one.cost + moveCost(rules_, extent) + blur * blurShare(extent) >= best) {
+                    continue; // dearer already without its way, whose root takes time
+                }
                 const double dx = centreX(to) - centreX(rect);
                 const double dy = centreY(to) - centreY(rect);
-                double cost = one.cost + rules_.calm * (w.move + w.moveZoom * std::abs(life.zoomLog - other.zoomLog) +
-                                                        w.moveWay * (std::sqrt(dx * dx + dy * dy) /
-                                                                     std::max(life.diagonal, other.diagonal)));
+                extent.way = std::sqrt(dx * dx + dy * dy) / std::max(life.diagonal, other.diagonal);
+                double cost = one.cost + moveCost(rules_, extent) + blur * blurShare(extent);
                 if (cost >= best) {
                     continue;
                 }
-                if (hasPresses) {
-                    cost += movePressCost(rules_, rect, to, step, arrival);
+                if (presses.first != presses.last) {
+                    cost += pressCost(presses, one.candidate, k, step, arrival);
                 }
                 if (cost < best) {
                     best = cost;
@@ -211,7 +253,7 @@ private:
                 }
             }
             if (best < kNever) {
-                life.arrivals[slot(arrival)] = best + blur + 0.5 * (life.spent[slot(arrival)] - life.spent[slot(step)]);
+                life.arrivals[slot(arrival)] = best + 0.5 * (life.spent[slot(arrival)] - life.spent[slot(step)]);
                 origin_[state(k, arrival)] = from;
             }
         }

@@ -9,7 +9,7 @@ struct DirectorWeights {
     // ---- Evidence: weights ----
     double press = 1.2;       ///< Around a press.
     double drag = 1.5;        ///< The box of a drag.
-    double typing = 0.8;      ///< Around the caret where it moved.
+    double typing = 1.2;      ///< Around the caret where it moved.
     double change = 1.2;      ///< What was drawn, shared among the areas of a step.
     double smallWindow = 2.0; ///< A window in front that a readable frame holds, while it is there.
     double windowOpens = 2.8; ///< A window that was not there before.
@@ -25,11 +25,14 @@ struct DirectorWeights {
     double whole = 0.01;      ///< The whole screen.
 
     // ---- Loss ----
-    double unread = 0.7;        ///< What a thing seen too small to read loses of its weight.
+    double unread = 1.0;        ///< What a thing seen too small to read loses of its weight.
     double unreadStep = 0.55;   ///< The part of that loss that begins at once below the readable zoom.
-    double unreadOctaves = 1.5; ///< Octaves below the readable zoom at which the rest of it is complete.
+    double unreadOctaves = 1.0; ///< Octaves below the readable zoom at which the rest of it is complete.
+    double unreadWhole = 0.5;   ///< The part of it that counts for windows and pages: they are seen first of all.
+    double wholeAsks = 2.0;     ///< How much of the others' reading a window or page takes, for each of its weight.
     double cropLarge = 1.5;     ///< How much faster than its share the sight of a cropped thing is lost.
-    double cropSmall = 4.0;     ///< The same for presses, dialogs and menus.
+    double cropSmall = 4.0;     ///< The same for presses and drags.
+    double cropWindow = 8.0;    ///< The same for windows, dialogs, menus and pages: an edge that is cut off is noticed.
 
     // ---- Moves ----
     double move = 0.5;      ///< Any move.

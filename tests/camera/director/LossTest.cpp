@@ -51,7 +51,7 @@ TEST(LossTest, CroppedThing_LosesFasterThanItsShare) {
     DirectorWeights weights;
     weights.cropSmall = 4.0;
     const LossTable table(scene, kShape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
-    const Weighed& item = *table.begin(0);
+    const Weighed& item = table.piece(*table.begin(0));
     // 95, 90 and 60 of its 100 columns are inside.
     EXPECT_NEAR(LossTable::sight({55, 0, 695, 400}, item), 1.0 - 4.0 * 0.05, 1e-12);
     EXPECT_NEAR(LossTable::sight({50, 0, 690, 400}, item), 1.0 - 4.0 * 0.10, 1e-12);
@@ -76,6 +76,58 @@ TEST(LossTest, WindowThatNoReadableFrameHolds_IsReadAtTheLargestZoomThatHoldsIt)
     const LossTable table(scene, kShape, {}, {{EvidenceKind::Page, 0, 1, {0, 0, 1100, 600}, 1.0}});
     EXPECT_EQ(table.loss({0, 0, 1112, 695}, 0, 1), 0.0);
     EXPECT_GT(table.loss({0, 0, 1280, 800}, 0, 1), 0.0);
+}
+
+TEST(LossTest, CroppedWindow_LosesFasterStill) {
+    const camera::Scene scene = twoSteps();
+    DirectorWeights weights;
+    weights.cropWindow = 10.0;
+    const LossTable table(scene, kShape, weights, {{EvidenceKind::SmallWindow, 0, 1, {600, 100, 700, 200}, 1.0}});
+    const Weighed& item = table.piece(*table.begin(0));
+    EXPECT_NEAR(LossTable::sight({55, 0, 695, 400}, item), 1.0 - 10.0 * 0.05, 1e-12);
+    EXPECT_EQ(LossTable::sight({40, 0, 680, 400}, item), 0.0);
+}
+
+/// Below its readable zoom a thing loses half of its weight at once, and nothing more.
+DirectorWeights halfUnread() {
+    DirectorWeights weights;
+    weights.unread = 0.5;
+    weights.unreadStep = 1.0;
+    weights.unreadWhole = 0.4;
+    weights.wholeAsks = 1.0;
+    return weights;
+}
+
+TEST(LossTest, LargeWindow_LosesLessBySmallnessThanItsParts) {
+    const camera::Scene scene = twoSteps();
+    // 640 columns would be readable in whole; the frame of 1280 shows them at half the output's size.
+    const RealRect window{0, 0, 600, 350};
+    const LossTable whole(scene, kShape, halfUnread(), {{EvidenceKind::Page, 0, 1, window, 1.0}});
+    EXPECT_NEAR(whole.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.5 * 0.4, 1e-12);
+    const LossTable part(scene, kShape, halfUnread(), {{EvidenceKind::Press, 0, 1, window, 1.0}});
+    EXPECT_NEAR(part.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.5, 1e-12);
+}
+
+TEST(LossTest, LargeWindowThatOpens_TakesItsShareOfWhatItsPartsAskToBeRead) {
+    const camera::Scene scene = twoSteps();
+    const RealRect window{0, 0, 1200, 780}; // no frame tighter than the whole screen holds it
+    const RealRect field{100, 100, 200, 150};
+    const RealRect screen{0, 0, 1280, 800};
+    // The window has 0.6 of the step's weight, so 0.4 of the reading of the press's 0.4 is left. The window itself is as
+    // readable as it can be.
+    const LossTable table(scene, kShape, halfUnread(),
+                          {{EvidenceKind::WindowOpens, 0, 1, window, 3.0}, {EvidenceKind::Press, 0, 2, field, 2.0}});
+    EXPECT_NEAR(table.loss(screen, 0, 1), 0.25 * 0.4 * 0.4 * 0.5, 1e-12);
+    // Once it stands, the press counts in full: alone, with a weight of 1.
+    EXPECT_NEAR(table.loss(screen, 1, 2), 0.25 * 0.5, 1e-12);
+}
+
+TEST(LossTest, SmallWindowThatOpens_LeavesItsPartsTheirReading) {
+    const camera::Scene scene = twoSteps();
+    const LossTable table(scene, kShape, halfUnread(),
+                          {{EvidenceKind::WindowOpens, 0, 1, {90, 90, 210, 160}, 3.0},
+                           {EvidenceKind::Press, 0, 1, {100, 100, 200, 150}, 2.0}});
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.5 * (0.6 * 0.4 + 0.4), 1e-12);
 }
 
 TEST(LossTest, LargeChange_IsSeenInAReadableFrameFullOfIt) {

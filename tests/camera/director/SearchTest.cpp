@@ -49,6 +49,12 @@ struct World {
         weights.moveWay = random.real(0.0, 0.1);
         weights.shortRest = random.real(0.0, 0.1);
         weights.moveBlur = random.real(0.0, 0.2);
+        weights.unread = random.real(0.5, 1.0);
+        weights.unreadOctaves = random.real(1.0, 3.0);
+        weights.unreadWhole = random.real(0.3, 1.0);
+        weights.wholeAsks = random.real(0.0, 2.0);
+        weights.cropSmall = random.real(1.0, 3.0);
+        weights.cropWindow = random.real(1.0, 3.0);
         losses = std::make_unique<LossTable>(scene, shape, weights, evidence);
         rules.losses = losses.get();
         rules.weights = weights;
@@ -70,12 +76,13 @@ struct World {
             rules.pressEnds.push_back(rules.presses.size());
         }
         candidates.push_back({shape.frame(128, 80, 256), 0, scene.steps});
-        const int count = random.range(1, 3);
+        const int count = random.range(1, 3); // of frames, most of them on a piece of evidence
         for (int i = 0; i < count; ++i) {
             const std::int32_t from = random.chance(0.5) ? 0 : random.range(0, scene.steps - 1);
-            const double x = random.range(0, 256);
-            const double y = random.range(0, 160);
-            const RealRect rect = shape.frame(x, y, random.range(64, 200));
+            const RealRect place = random.chance(0.7)
+                                       ? evidence[static_cast<std::size_t>(random.range(0, pieces - 1))].rect
+                                       : RealRect{0.0, 0.0, random.range(1, 512) * 1.0, random.range(1, 320) * 1.0};
+            const RealRect rect = shape.frame(centreX(place), centreY(place), random.range(64, 200));
             candidates.push_back({rect, from, random.chance(0.5) ? scene.steps : random.range(from + 1, scene.steps)});
         }
     }
