@@ -20,10 +20,6 @@ constexpr int kShortestBar = 5;   // Columns: a shorter bar says less than the n
 constexpr int kUsualColumns = 80;
 constexpr const char* kEraseLine = "\r\033[K"; // To the line's start, and clear it.
 
-double steadySeconds() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 /// A bar with its number and text in at most `columns` columns.
 std::string lineText(double share, std::string_view text, int columns) {
     std::string line = fmt::format("{:3}%", static_cast<int>(share * 100.0));
@@ -40,6 +36,10 @@ std::string lineText(double share, std::string_view text, int columns) {
 }
 
 } // namespace
+
+double steadySeconds() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
 
 ProgressScreen progressScreen() {
     ProgressScreen screen;
@@ -68,18 +68,26 @@ ProgressLine::~ProgressLine() {
 
 bool ProgressLine::isDue() const { return screen_.out != nullptr && screen_.seconds() >= next_; }
 
-void ProgressLine::show(double share, std::string_view text) {
-    // Written so that a share that is not a number shows nothing.
-    if (!(share >= 0.0) || !isDue()) {
-        return;
-    }
+void ProgressLine::draw(const std::string& line) {
     next_ = screen_.seconds() + kInterval;
-    // The last column stays free: a terminal would go on to the next line.
-    const std::string line = lineText(std::min(share, 1.0), text, screen_.columns() - 1);
     if (line != shown_) {
         std::fputs((kEraseLine + line).c_str(), screen_.out);
         std::fflush(screen_.out);
         shown_ = line;
+    }
+}
+
+void ProgressLine::show(double share, std::string_view text) {
+    // Written so that a share that is not a number shows nothing.
+    if (share >= 0.0 && isDue()) {
+        // The last column stays free: a terminal would go on to the next line.
+        draw(lineText(std::min(share, 1.0), text, screen_.columns() - 1));
+    }
+}
+
+void ProgressLine::showText(std::string_view text) {
+    if (isDue()) {
+        draw(std::string(text.substr(0, static_cast<std::size_t>(std::max(screen_.columns() - 1, 0)))));
     }
 }
 

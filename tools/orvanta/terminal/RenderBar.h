@@ -1,10 +1,11 @@
-// A line on the standard error that says how far a rendering is.
+// Shows how far a rendering is.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
-#include <cstdio>
+#include <functional>
 #include <string>
+
+#include "terminal/ProgressLine.h"
 
 namespace OrvantaNS::command {
 
@@ -17,29 +18,23 @@ struct RenderPosition {
     int passes = 1;
 };
 
-/// The line for a position after `elapsed` seconds, at most `columns` long: share done, position, pictures a second and
-/// the time left.
-std::string renderLine(const RenderPosition& position, double elapsed, int columns);
+/// The share of the whole rendering that is done, 0 to 1; 0 when nobody knows.
+double renderShare(const RenderPosition& position);
 
-/// Draws the line when it has a terminal to draw on: after half a second, at most ten times a second. One thread at a time.
+/// What stands behind the share after `elapsed` seconds: position, pictures a second and the time left.
+std::string renderText(const RenderPosition& position, double elapsed);
+
+/// Draws both on a progress line. One thread at a time.
 class RenderBar {
 public:
-    /// `out` is the terminal; null draws nothing. It must outlive the bar.
-    explicit RenderBar(std::FILE* out);
-    /// Takes the line off the screen.
-    ~RenderBar();
-    RenderBar(const RenderBar&) = delete;
-    RenderBar& operator=(const RenderBar&) = delete;
+    explicit RenderBar(ProgressScreen screen);
 
     void show(const RenderPosition& position);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
-    std::FILE* out_;
-    Clock::time_point start_;
-    Clock::time_point next_;
-    bool shown_ = false;
+    std::function<double()> seconds_;
+    double start_; // Seconds of that clock.
+    ProgressLine line_;
 };
 
 } // namespace OrvantaNS::command
