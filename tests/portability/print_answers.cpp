@@ -1,5 +1,5 @@
-// Prints the answers of both engines to the last bit, so that builds can be compared: those to the requests of a file
-// written by write_requests, if one is named, and to generated sessions.
+// Prints the answers of both engines to the last bit, and frames of the camera's path through them, so that builds can be
+// compared: those to the requests of a file written by write_requests, if one is named, and to generated sessions.
 //
 //   print_answers COUNT [FILE]
 #include <cstdint>
@@ -8,8 +8,11 @@
 #include <exception>
 #include <fstream>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
+#include "CameraPath.h"
 #include "GeneratedRequest.h"
 #include "OrvantaException.h"
 #include "OrvantaVotingAlgorithm.h"
@@ -59,6 +62,44 @@ void printSlices(const OV_DATA_STORE& store) {
     }
 }
 
+void print(const CameraFrame& frame) {
+    print(frame.left);
+    print(frame.top);
+    print(frame.width);
+    print(frame.height);
+    std::printf(" %d\n", frame.overhangs ? 1 : 0);
+}
+
+constexpr std::size_t kPrintedMoves = 4; // Of each path: more would make files of gigabytes.
+
+// Frames of the path through the keyframes: a move's start, shares of it in ticks and in seconds, and its end, for each
+// preset and for a curve of its own.
+void printPath(const Params& params, const std::vector<OV_TIME_RECT>& keyframes) {
+    std::vector<CameraEasing> easings{CameraEasing(0.9, -0.3, 0.2, 1.4)};
+    for (const std::string_view name : CameraEasing::names()) {
+        easings.push_back(*CameraEasing::named(name));
+    }
+    for (const CameraEasing& easing : easings) {
+        std::printf("path %s\n", std::string(easing.name()).c_str());
+        try {
+            const CameraPath path(keyframes, CameraSetup::of(params, easing));
+            print(path.wholeFrame());
+            for (std::size_t i = 0; i < path.moves().size() && i < kPrintedMoves; ++i) {
+                const CameraMove& move = path.moves()[i];
+                const long long length = move.stop - move.start;
+                for (int eighth = 0; eighth <= 8; eighth += 2) {
+                    print(path.frameAt(move.start + length / 8 * eighth));
+                }
+                const double start = static_cast<double>(move.start) / params.timeScale();
+                print(path.frameAtSeconds(start + static_cast<double>(length) / params.timeScale() / 3.0));
+                print(move.to);
+            }
+        } catch (const std::invalid_argument& failure) {
+            std::printf("%s\n", failure.what());
+        }
+    }
+}
+
 // Prints what the question answers, or how it fails.
 template <typename Question> void printAnswer(const char* question, const Question& ask) {
     std::printf("%s\n", question);
@@ -85,12 +126,17 @@ void printAnswers(const Params& params) {
                 printSlices(now);
             }
         });
+        printPath(params, store.keyframes);
         return std::make_shared<std::vector<OV_TIME_RECT>>(store.keyframes);
     });
     printAnswer("value engine, plain", [&] { return value.calcOrvantaKeyframes(params, nullptr); });
     const OrvantaVotingAlgorithm voting;
     // Without a reporter: it would hear of every tick.
-    printAnswer("voting engine, keyframes", [&] { return voting.calcOrvantaKeyframes(params, nullptr); });
+    printAnswer("voting engine, keyframes", [&] {
+        const auto keyframes = voting.calcOrvantaKeyframes(params, nullptr);
+        printPath(params, *keyframes);
+        return keyframes;
+    });
     for (int eighth = 0; eighth <= 8; ++eighth) {
         const long long time = params.clipStart() + (params.clipStop() - params.clipStart()) / 8 * eighth;
         printAnswer("value engine, moment", [&] { return value.calcOrvantaKeyframeAtTime(params, time); });
