@@ -22,8 +22,7 @@ TEST_P(CRecordingsTest, EveryQuestion_AnswersAsInCpp) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Golden, CRecordingsTest,
-                         ::testing::Values("tests/golden/recordings/editor.jsonl",
-                                           "tests/golden/recordings/browser.jsonl",
+                         ::testing::Values("tests/golden/recordings/editor.jsonl", "examples/recordings/browser.jsonl",
                                            "examples/recordings/files_terminal.jsonl"));
 
 } // namespace

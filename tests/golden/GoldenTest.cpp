@@ -30,14 +30,14 @@ struct Session {
 void PrintTo(const Session& session, std::ostream* out) { *out << session.name; }
 
 std::vector<Session> sessions() {
-    const std::string recordings = ORVANTA_GOLDEN_FOLDER "/recordings/";
+    const std::string examples = ORVANTA_EXAMPLES_FOLDER "/recordings/";
     return {
         // Reading, the drop-down list of a form, the animation, the window on the whole screen.
-        {"browser", recordings + "browser.jsonl", {6.0, 50.0, 85.0, 110.0}},
+        {"browser", examples + "browser.jsonl", {6.0, 50.0, 85.0, 110.0}},
         // Reading, a menu of the window, the calculator, the window in motion.
-        {"editor", recordings + "editor.jsonl", {8.0, 25.0, 70.0, 104.0}},
+        {"editor", ORVANTA_GOLDEN_FOLDER "/recordings/editor.jsonl", {8.0, 25.0, 70.0, 104.0}},
         // Folders, the context menu, the terminal, the terminal on the whole screen.
-        {"files_terminal", ORVANTA_EXAMPLES_FOLDER "/recordings/files_terminal.jsonl", {5.0, 21.0, 60.0, 110.0}},
+        {"files_terminal", examples + "files_terminal.jsonl", {5.0, 21.0, 60.0, 110.0}},
     };
 }
 

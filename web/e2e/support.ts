@@ -11,7 +11,7 @@ export const kRoot = fileURLToPath(new URL("../..", import.meta.url));
 export const kProgram = process.env["ORVANTA_PROGRAM"] ?? join(kRoot, "build/dev/tools/orvanta/orvanta");
 export const kSite = join(kRoot, "web/dist/index.html");
 
-export const kRecordings = ["tests/golden/recordings/editor.jsonl", "tests/golden/recordings/browser.jsonl", "examples/recordings/files_terminal.jsonl"].map((name) => join(kRoot, name));
+export const kRecordings = ["tests/golden/recordings/editor.jsonl", "examples/recordings/browser.jsonl", "examples/recordings/files_terminal.jsonl"].map((name) => join(kRoot, name));
 
 /** Runs the command; throws with its message when it fails. */
 export function orvanta(...words: string[]): string {

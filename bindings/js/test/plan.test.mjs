@@ -5,8 +5,9 @@ import { test } from "node:test";
 import { gzipSync } from "node:zlib";
 import { ErrorCode, OrvantaError, load, parseRecording, plan, planInWorker } from "orvanta";
 
+const folders = { editor: "tests/golden/recordings", browser: "examples/recordings" };
 const golden = (name) =>
-  parseRecording(readFileSync(new URL(`../../../tests/golden/recordings/${name}.jsonl`, import.meta.url), "utf8"));
+  parseRecording(readFileSync(new URL(`../../../${folders[name]}/${name}.jsonl`, import.meta.url), "utf8"));
 const size = { width: 640, height: 400 };
 
 // Two clicks on a screen of 1280x800, in milliseconds.
