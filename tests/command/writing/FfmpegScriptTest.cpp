@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "reading/CameraPlan.h"
+#include "render/ExactCut.h"
 #include "support/Process.h"
 #include "writing/PathFormat.h"
 
@@ -61,23 +62,12 @@ double likeness(std::string_view a, std::string_view b) {
     return 10 * std::log10(255.0 * 255.0 * static_cast<double>(a.size()) / std::max(sum, 1e-9));
 }
 
-/// One picture of the source cut and scaled on its own: padded, enlarged eight times, cut to the nearest pixel of that.
+/// One picture of the source cut and scaled on its own.
 std::string cutOnItsOwn(const testing::TemporaryDirectory& directory, int picture, const CameraFrame& frame,
                         const CameraSetup& setup) {
-    constexpr int kMargin = 1200;
-    constexpr double kEnlarged = 8;
-    const int left = static_cast<int>(std::floor(frame.left));
-    const int top = static_cast<int>(std::floor(frame.top));
-    const int width = static_cast<int>(std::ceil(frame.left + frame.width)) - left;
-    const int height = static_cast<int>(std::ceil(frame.top + frame.height)) - top;
-    return greyPictures(
-        directory,
-        fmt::format(
-            "{} -vf \"select=eq(n\\,{}),format=yuv444p,pad=iw+{}:ih+{}:{}:{},crop={}:{}:{}:{},"
-            "scale=iw*8:ih*8:flags=bicubic,crop={:.0f}:{:.0f}:{:.0f}:{:.0f},scale={}:{}:flags=bicubic\" -frames:v 1",
-            kSource, picture, 2 * kMargin, 2 * kMargin, kMargin, kMargin, width, height, left + kMargin, top + kMargin,
-            frame.width * kEnlarged, frame.height * kEnlarged, (frame.left - left) * kEnlarged,
-            (frame.top - top) * kEnlarged, setup.targetWidth, setup.targetHeight));
+    return greyPictures(directory,
+                        fmt::format("{} -vf \"select=eq(n\\,{}),{}\" -frames:v 1", kSource, picture,
+                                    testing::enlargedCutFilters(frame, {setup.targetWidth, setup.targetHeight})));
 }
 
 void expectShows(const CameraPlan& plan, std::initializer_list<int> pictures) {

@@ -23,6 +23,16 @@ bool isFile(const fs::path& path) {
     return fs::exists(path, error) && !fs::is_directory(path, error);
 }
 
+/// "session.jsonl" for "session.jsonl.gz".
+fs::path unpackedName(fs::path name) {
+    for (const char* ending : kCompressed) {
+        if (name.extension() == ending) {
+            name.replace_extension();
+        }
+    }
+    return name;
+}
+
 } // namespace
 
 std::string findVideo(const std::string& given, const std::string& recordingPath, const Recording& recording) {
@@ -46,11 +56,7 @@ std::string findVideo(const std::string& given, const std::string& recordingPath
     if (standardInput) {
         throw InputError("a recording from the standard input has no video beside it; name the video after it");
     }
-    for (const char* ending : kCompressed) {
-        if (base.extension() == ending) {
-            base.replace_extension();
-        }
-    }
+    base = unpackedName(base);
     for (const char* ending : kEndings) {
         fs::path candidate = base;
         candidate.replace_extension(ending);
@@ -62,6 +68,18 @@ std::string findVideo(const std::string& given, const std::string& recordingPath
         fmt::format("{}: no video lies beside it ({} with .mp4, .mkv, .webm or .mov); name the video after "
                     "the recording",
                     recordingPath, base.stem().string()));
+}
+
+std::string videoNameFor(const std::string& recordingPath, const Recording& recording) {
+    try {
+        return findVideo({}, recordingPath, recording);
+    } catch (const InputError&) {
+        if (recordingPath == "-" || recordingPath.empty()) {
+            return "VIDEO.mp4";
+        }
+        return recording.video ? (fs::path(recordingPath).parent_path() / *recording.video).string()
+                               : unpackedName(recordingPath).replace_extension(kEndings.front()).string();
+    }
 }
 
 } // namespace OrvantaNS::command

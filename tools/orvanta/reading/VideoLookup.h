@@ -12,4 +12,8 @@ namespace OrvantaNS::command {
 /// order. Throws `InputError` when there is none.
 std::string findVideo(const std::string& given, const std::string& recordingPath, const Recording& recording);
 
+/// The same for those who only name the video: where there is none, a file of the recording's name with .mp4 beside it, and
+/// "VIDEO.mp4" for the standard input.
+std::string videoNameFor(const std::string& recordingPath, const Recording& recording);
+
 } // namespace OrvantaNS::command

@@ -1,9 +1,12 @@
 #include "subcommands/KeyframesCommand.h"
 
+#include <filesystem>
+
 #include <fmt/format.h>
 
 #include "asking/Planning.h"
 #include "reading/PathFile.h"
+#include "reading/VideoLookup.h"
 #include "subcommands/PathOptions.h"
 #include "terminal/Messages.h"
 #include "writing/Output.h"
@@ -12,6 +15,8 @@ namespace OrvantaNS::command {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 class KeyframesCommand : public Subcommand {
 public:
     KeyframesCommand()
@@ -19,6 +24,7 @@ public:
                      "  orvanta keyframes session.jsonl --size 640x400 -o keyframes.csv\n"
                      "  orvanta keyframes session.jsonl --size 9:16 --whole 30:34 -o path.json\n"
                      "  orvanta keyframes --path path.json --sample 30 -o frames.csv\n"
+                     "  orvanta keyframes session.jsonl --size 1280x720 -o session.mlt\n"
                      "  orvanta keyframes *.jsonl --size 0.5 --out-dir keyframes --jobs 2") {}
 
 protected:
@@ -72,6 +78,7 @@ private:
             output.output.path = item.output;
             CameraPlan plan = planned({item.recording, recordings_.strict});
             wishes_.layOver(plan);
+            output.video = output_.video;
             output.write(plan);
             const std::size_t count = plan.keyframes.size();
             return fmt::format("{} keyframe{}", count, count == 1 ? "" : "s");
@@ -91,6 +98,7 @@ private:
             }
             tellNote(answer.remark);
         }
+        output_.video = videoNameFor(argument.path, recording);
         return planOf(recording, request.engine, answer.keyframes, easing.value_or(CameraEasing()));
     }
 
@@ -98,6 +106,9 @@ private:
         const auto easing = easing_.value();
         CameraPlan plan = readPathFile(path_);
         plan.setup.easing = easing.value_or(plan.setup.easing);
+        // A path tells the recording's name; the two lie side by side, as far as anybody knows.
+        const fs::path recording = fs::path(path_).parent_path() / fs::path(plan.recording).filename();
+        output_.video = videoNameFor(plan.recording.empty() || path_ == "-" ? "-" : recording.string(), {});
         return plan;
     }
 

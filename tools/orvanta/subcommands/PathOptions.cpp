@@ -10,8 +10,10 @@
 #include "asking/Planning.h"
 #include "asking/TimeOption.h"
 #include "reading/WishesFile.h"
+#include "terminal/Messages.h"
 #include "terminal/Terminal.h"
 #include "terminal/TextFormat.h"
+#include "writing/MltProject.h"
 #include "writing/Output.h"
 
 namespace OrvantaNS::command {
@@ -124,7 +126,10 @@ void PathOutputArguments::addTo(CLI::App& app) {
            fmt::format("{} (default: by the ending of -o, else table on a terminal and csv elsewhere)", listed(names)))
         ->type_name("FORMAT")
         ->check(CLI::IsMember(names));
-    app.add_option("--sample", sample, "The frame at every picture of this rate, moves included, instead of keyframes")
+    app.add_option(
+           "--sample", sample,
+           "The frame at every picture of this rate, moves included, instead of keyframes; for mlt the project's rate "
+           "(default 30)")
         ->type_name("RATE");
     app.add_flag("--even", even, "Whole even pixels of exactly the output's shape, as encoders want them");
     output.addTo(app);
@@ -160,6 +165,7 @@ PathOutputOptions PathOutputArguments::options() const {
         throw OptionError(fmt::format("--even: only for the format csv, not for {}", chosen.name));
     }
     options.even = even;
+    options.video = mltVideoName(video, output.path);
     return options;
 }
 
@@ -168,7 +174,7 @@ void PathOutputArguments::write(const CameraPlan& plan) const {
     const PathOutputOptions asked = options();
     writeOutput(output.path, chosen.text(plan, asked));
     if (chosen.advice != nullptr) {
-        fmt::print(stderr, "{}", chosen.advice(plan, asked, output.path));
+        tellNote(chosen.advice(plan, asked, output.path));
     }
 }
 

@@ -47,6 +47,7 @@ struct PathOutputArguments {
     std::string sample;
     bool even = false;
     OutputArgument output;
+    std::string video; ///< The video's file, for formats that name it; no option.
 
     void addTo(CLI::App& app);
     /// The format asked for; without one that of the file's ending; else a table on a terminal and CSV elsewhere.

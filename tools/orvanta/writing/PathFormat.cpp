@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <cctype>
 
+#include <fmt/format.h>
+
+#include "terminal/TextFormat.h"
 #include "writing/FfmpegScript.h"
+#include "writing/MltProject.h"
 
 namespace OrvantaNS::command {
 
@@ -32,7 +36,16 @@ std::span<const PathFormat> pathFormats() {
          false,
          [](Plan plan, Options) { return ffmpegScript(plan); },
          [](Plan plan, Options, const std::string& file) {
-             return "Use it like this: " + ffmpegCommandLine(plan, file) + "\n";
+             return "use it like this: " + ffmpegCommandLine(plan, file);
+         }},
+        {"mlt",
+         {".mlt"},
+         true,
+         false,
+         [](Plan plan, Options options) { return mltProject(plan, options.sample.value_or(kMltRate), options.video); },
+         [](Plan, Options options, const std::string& file) {
+             return fmt::format("the project shows {}; use it like this: {}", printableName(options.video),
+                                mltCommandLine(file));
          }},
     };
     return formats;

@@ -13,8 +13,10 @@ namespace OrvantaNS::command {
 
 /// What may be asked of a format beside its name.
 struct PathOutputOptions {
-    std::optional<PictureRate> sample; ///< The frame at every picture of this rate, instead of keyframes.
-    bool even = false;                 ///< Whole even pixels of the exact shape.
+    std::optional<PictureRate>
+        sample;          ///< The frame at every picture of this rate, instead of keyframes; a project's rate.
+    bool even = false;   ///< Whole even pixels of the exact shape.
+    std::string video{}; ///< The video's file, for formats that name it.
 };
 
 struct PathFormat {
@@ -23,8 +25,8 @@ struct PathFormat {
     bool takesSample = false;              ///< Understands `PathOutputOptions::sample`.
     bool takesEven = false;                ///< Understands `PathOutputOptions::even`.
     std::string (*text)(const CameraPlan& plan, const PathOutputOptions& options);
-    /// What to do with the result, for the standard error; null where it speaks for itself. `file` is where it was
-    /// written to, empty for the standard output.
+    /// What to do with the result, a note of one line; null where it speaks for itself. `file` is where it was written to,
+    /// empty for the standard output.
     std::string (*advice)(const CameraPlan& plan, const PathOutputOptions& options, const std::string& file) = nullptr;
 };
 
