@@ -1,4 +1,5 @@
 // `orvanta render` end to end: what a user gets for a video, and what for a broken one.
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <string>
@@ -336,6 +337,116 @@ TEST_F(RenderProgramTest, Stills_AreNamedAfterTheirMoments) {
     }
     // Colours went to RGB and back; the next picture differs by ten times as much.
     EXPECT_LT(difference / static_cast<double>(shown.size()), 2.0);
+}
+
+TEST_F(RenderProgramTest, Batch_EachRecordingHasItsVideo_AndFailuresAreListed) {
+    const std::string good = session("mp4", "-t 1 -c:v libx264 -preset ultrafast");
+    const std::string cut = directory_.write("cut.jsonl", kSession);
+    const std::string whole = readFile(video_);
+    directory_.write("cut.mp4", whole.substr(0, whole.size() * 9 / 10)); // Without its index: no video at all.
+    const std::string alone = directory_.write("alone.jsonl", kSession);
+    const std::string out = directory_.path("videos");
+    const ProcessResult result = runOrvanta({"render", good, cut, alone, "--out-dir", out, "--jobs", "2", "--preset",
+                                             "ultrafast", "--container", "mkv", "--size", "160x100"});
+    EXPECT_EQ(result.status, 2);
+    std::vector<std::string> lines = linesOf(result.out);
+    std::sort(lines.begin(), lines.end());
+    EXPECT_THAT(lines, ElementsAre(alone + ": failed", cut + ": failed",
+                                   good + ": 160x100, 1.0 s -> " + directory_.path("videos/session.mkv")));
+    EXPECT_THAT(result.err, HasSubstr("orvanta: 2 of 3 recordings failed:\n  " + cut + ": "));
+    EXPECT_THAT(result.err, HasSubstr("\n  " + alone + ": no video lies beside it"));
+    EXPECT_EQ(stamps(directory_.path("videos/session.mkv")).size(), 20U);
+    EXPECT_EQ(shell("ls '" + out + "'"), "session.mkv\n");
+}
+
+TEST_F(RenderProgramTest, Batch_VideoCutShort_IsKeptAndAFailure) {
+    const std::string recording = session("mkv", "-g 10 -c:v libx264 -preset ultrafast");
+    const std::string whole = readFile(video_);
+    std::ofstream(video_, std::ios::binary | std::ios::trunc) << whole.substr(0, whole.size() * 6 / 10);
+    const std::string out = directory_.path("videos");
+    const ProcessResult result = runOrvanta({"render", recording, "--out-dir", out, "--preset", "ultrafast"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, HasSubstr("as far as it goes"));
+    EXPECT_GT(stamps(directory_.path("videos/session.mp4")).size(), 20U);
+}
+
+TEST_F(RenderProgramTest, Batch_Stills_HaveAFolderForEachRecording) {
+    const std::string recording = session();
+    const ProcessResult result =
+        runOrvanta({"render", recording, "--out-dir", directory_.path("stills"), "--frames-at", "1,2"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(shell("ls '" + directory_.path("stills/session") + "'"),
+              "session-0001.000s.png\nsession-0002.000s.png\n");
+}
+
+TEST_F(RenderProgramTest, Batch_WhatCannotWork_IsRefusedBeforeTheWork) {
+    const std::string recording = session("mp4", "-t 0.2 -c:v libx264 -preset ultrafast", "");
+    const std::string other = directory_.write("other.jsonl", kSession);
+    const std::string folder = directory_.path("videos");
+    struct Case {
+        std::vector<std::string> arguments;
+        const char* message;
+    };
+    const Case cases[] = {
+        {{recording, video_, other, "-o", "x.mp4"}, "--out-dir DIR"},
+        {{recording}, "-o FILE is missing"},
+        {{recording, "-o", "x.mp4", "--out-dir", folder}, "--out-dir"},
+        {{recording, "-o", "x.mp4", "--container", "mkv"}, "--container"},
+        {{recording, other, "--out-dir", folder, "--path", "x.json"}, "--path"},
+        {{recording, other, "--out-dir", folder, "--fill", "plaid"}, "--fill plaid"},
+        {{recording, "--out-dir", folder, "--container", "avi"}, "--container"},
+    };
+    for (const Case& each : cases) {
+        std::vector<std::string> arguments{"render"};
+        arguments.insert(arguments.end(), each.arguments.begin(), each.arguments.end());
+        const ProcessResult result = runOrvanta(arguments);
+        EXPECT_EQ(result.status, 2) << each.message;
+        EXPECT_THAT(result.err, HasSubstr(each.message));
+        EXPECT_EQ(result.out, "");
+    }
+    // The videos would take the place of those that they are made of.
+    const std::string before = readFile(video_);
+    const ProcessResult own = runOrvanta({"render", recording, "--out-dir", directory_.path(".")});
+    EXPECT_EQ(own.status, 1);
+    EXPECT_THAT(own.err, HasSubstr("is the video itself"));
+    EXPECT_EQ(readFile(video_), before);
+}
+
+TEST_F(RenderProgramTest, Messages_AreObjectsWhenAskedFor) {
+    const std::string recording = session("mp4", "-t 0.2 -c:v libx264 -preset ultrafast", "");
+    const auto errorOf = [](const std::vector<std::string>& arguments) {
+        return nlohmann::json::parse(runOrvanta(arguments).err).at("error");
+    };
+    const std::string out = directory_.path("out.mp4");
+    EXPECT_EQ(errorOf({"render", recording, "-o", out, "--fill", "plaid", "--messages", "json"}).at("exitStatus"), 2);
+    EXPECT_EQ(errorOf({"render", recording, "-o", out, "--messages=json", "--nonsense"}).at("exitStatus"), 2);
+    const std::string missing = directory_.path("none.jsonl");
+    EXPECT_EQ(errorOf({"render", missing, "-o", out, "--messages", "json"}).at("file"), missing);
+    EXPECT_EQ(errorOf({"report", missing, "--size", "0.5", "-o", out, "--messages", "json"}).at("exitStatus"), 2);
+    EXPECT_EQ(errorOf({"score", missing, "--size", "0.5", "--format", "json"}).at("file"), missing);
+    // Text though the result is JSON.
+    const ProcessResult text =
+        runOrvanta({"score", missing, "--size", "0.5", "--format", "json", "--messages", "text"});
+    EXPECT_THAT(text.err, ::testing::StartsWith("orvanta: "));
+}
+
+TEST_F(RenderProgramTest, Output_IsLookedAtBeforeTheWork) {
+    const std::string missing = directory_.path("none.jsonl"); // Would be told first if it were read first.
+    const std::string nowhere = directory_.path("no/out");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"render", missing, "-o", nowhere + ".mp4"},
+          std::vector<std::string>{"score", missing, "--size", "0.5", "-o", nowhere + ".txt"}}) {
+        const ProcessResult result = runOrvanta(arguments);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.err, "orvanta: " + arguments.back() + ": cannot be written: No such file or directory\n");
+    }
+    const std::string folder = directory_.path(".");
+    EXPECT_THAT(runOrvanta({"score", missing, "--size", "0.5", "-o", folder}).err, HasSubstr("is a directory"));
+    const std::string path = directory_.write("path.csv", "seconds,left,top,width,height\n");
+    const std::string recording = directory_.write("session.jsonl", kSession);
+    EXPECT_THAT(runOrvanta({"score", recording, path, "--size", "0.5", "-o", path}).err,
+                HasSubstr("is the path itself"));
+    EXPECT_EQ(readFile(path), "seconds,left,top,width,height\n");
 }
 
 TEST_F(RenderProgramTest, Preview_HasAQuarterOfTheSize) {

@@ -59,16 +59,24 @@ std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
 
 std::string versionText() { return fmt::format("orvanta {}\n", toolVersion()); }
 
-/// True when the command line asks for JSON, whether or not the rest of it can be understood.
-bool asksForJson(int argc, const char* const* argv) {
+/// The value that the command line gives an option, whether or not the rest of it can be understood; empty when none.
+std::string_view valueOf(std::string_view option, int argc, const char* const* argv) {
     for (int i = 1; i < argc; ++i) {
         const std::string_view word = argv[i];
-        if (word == "--format=json" ||
-            (word == "--format" && i + 1 < argc && std::string_view(argv[i + 1]) == "json")) {
-            return true;
+        if (word == option && i + 1 < argc) {
+            return argv[i + 1];
+        }
+        if (word.starts_with(option) && word.substr(option.size()).starts_with("=")) {
+            return word.substr(option.size() + 1);
         }
     }
-    return false;
+    return {};
+}
+
+/// True when the command line asks for messages in JSON.
+bool asksForJson(int argc, const char* const* argv) {
+    const std::string_view messages = valueOf("--messages", argc, argv);
+    return messages.empty() ? valueOf("--format", argc, argv) == "json" : messages == "json";
 }
 
 std::vector<std::string> optionNames(const CLI::App& app) {

@@ -1,11 +1,16 @@
 #include "subcommands/RenderCommand.h"
 
+#include <algorithm>
+#include <stdexcept>
+#include <thread>
+
 #include <fmt/format.h>
 
 #include "asking/OptionError.h"
 #include "subcommands/OptionGroups.h"
 #include "subcommands/PathOptions.h"
 #include "subcommands/RenderRun.h"
+#include "terminal/Messages.h"
 
 namespace OrvantaNS::command {
 
@@ -22,42 +27,56 @@ public:
                      "  orvanta render session.jsonl video.mkv --size 1080x1920 --fps 30 -o portrait.mp4\n"
                      "  orvanta render session.jsonl --clip 0:30:1:00 --size 480x300 --fps 10 -o short.gif\n"
                      "  orvanta render session.jsonl --preview -o look.mp4\n"
+                     "  orvanta render *.jsonl --out-dir videos --jobs 2\n"
                      "  orvanta render session.jsonl --frames-at 5,12.5,1:30 -o stills") {}
 
     ExitStatus run() override {
-        RenderRequest request;
-        request.recordingPath = recording_.path;
-        request.videoPath = video_;
-        request.output = output_;
-        request.request = request_.value();
-        request.easing = easing_.value();
-        request.pathFile = path_;
-        request.layWishes = [this](CameraPlan& plan) { wishes_.layOver(plan); };
-        request.maxZoom = maxZoom();
-        request.fill = fill_;
-        request.crf = crf();
-        request.bitrate = bitrate_;
-        request.preset = preset_;
-        request.rate = rate_;
-        request.preview = preview_;
-        request.stills = stills();
-        request.threads = threads_;
-        return runRender(request, recording_.read());
+        if (!batch_.folder.empty()) {
+            return runFolder();
+        }
+        if (output_.empty()) {
+            throw OptionError("-o FILE is missing (or --out-dir DIR for several recordings)");
+        }
+        if (!ending_.empty()) {
+            throw OptionError("--container: is for --out-dir; the ending of -o decides here");
+        }
+        if (videos_.size() > 1) {
+            throw OptionError(
+                fmt::format("{} files: one recording and its video are expected; several recordings need a folder for "
+                            "their videos, --out-dir DIR",
+                            videos_.size() + 1));
+        }
+        RenderRequest request = requestOf(recording_.path, output_);
+        request.videoPath = videos_.empty() ? "" : videos_.front();
+        checkRenderOptions(request);
+        checkRenderOutput(request);
+        const RenderResult result = runRender(request, recording_.read());
+        if (!result.complaint.empty()) {
+            tellNote(result.complaint);
+            return kFailed;
+        }
+        return kDone;
     }
 
 protected:
     void addOptions(CLI::App& app) override {
         recording_.addTo(app);
         app.add_option(
-            "VIDEO", video_,
-            "Video of the recording (default: the one that its header names, or a file of its name with .mp4, "
-            ".mkv, .webm or .mov)");
+               "VIDEO", videos_,
+               "Video of the recording (default: the one that its header names, or a file of its name with .mp4, "
+               ".mkv, .webm or .mov); with --out-dir more recordings, of which each finds its own")
+            ->type_name("FILE");
         app.add_option(
                "-o,--output", output_,
                "File to make: .mp4, .mov, .webm, .mkv or .gif; with --frames-at a folder. It appears whole or not "
                "at all")
-            ->type_name("FILE")
-            ->required();
+            ->type_name("FILE");
+        batch_.addTo(app);
+        app.get_option("--out-dir")->excludes("--output");
+        app.add_option("--container", ending_,
+                       "Kind of the videos in --out-dir: mp4, mov, mkv, webm or gif (default mp4)")
+            ->type_name("NAME")
+            ->check(CLI::IsMember({"mp4", "mov", "mkv", "webm", "gif"}));
         app.add_option(
                "-s,--size", request_.size.text,
                "Output picture: WIDTHxHEIGHT, a scale of the video such as 0.5, or an aspect such as 9:16 (default: "
@@ -99,6 +118,52 @@ protected:
     }
 
 private:
+    RenderRequest requestOf(const std::string& recording, const std::string& output) {
+        RenderRequest request;
+        request.recordingPath = recording;
+        request.output = output;
+        request.request = request_.value();
+        request.easing = easing_.value();
+        request.pathFile = path_;
+        request.layWishes = [this](CameraPlan& plan) { wishes_.layOver(plan); };
+        request.maxZoom = maxZoom();
+        request.fill = fill_;
+        request.crf = crf();
+        request.bitrate = bitrate_;
+        request.preset = preset_;
+        request.rate = rate_;
+        request.preview = preview_;
+        request.stills = stills();
+        request.threads = threads_;
+        return request;
+    }
+
+    ExitStatus runFolder() {
+        if (!path_.empty()) {
+            throw OptionError("--path: is the camera of one recording, and cannot serve all of --out-dir");
+        }
+        std::vector<std::string> recordings{recording_.path};
+        recordings.insert(recordings.end(), videos_.begin(), videos_.end());
+        // Stills go into a folder for each recording.
+        const std::string ending = !stills_.empty() ? "" : "." + (ending_.empty() ? "mp4" : ending_);
+        const std::vector<BatchItem> items = batch_.items(recordings, ending);
+        const int processors = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+        const int jobs = std::min(batch_.jobs > 0 ? batch_.jobs : processors, static_cast<int>(items.size()));
+        checkRenderOptions(requestOf(items.front().recording, items.front().output)); // Told once, and before the work.
+        return runBatch(items, jobs, [&](const BatchItem& item) {
+            RenderRequest request = requestOf(item.recording, item.output);
+            if (request.threads == 0) {
+                request.threads = std::max(1, processors / jobs);
+            }
+            checkRenderOutput(request);
+            const RenderResult result = runRender(request, RecordingArgument{item.recording, recording_.strict}.read());
+            if (!result.complaint.empty()) {
+                throw std::runtime_error(result.complaint);
+            }
+            return result.text;
+        });
+    }
+
     double maxZoom() const {
         const auto zoom = parseDecimal(maxZoom_);
         if (!zoom || *zoom <= 0.0 || *zoom > kMostZoom) {
@@ -136,8 +201,10 @@ private:
 
     RecordingArgument recording_;
     RequestArguments request_;
-    std::string video_;
+    std::vector<std::string> videos_; // With --out-dir: recordings behind the first one.
     std::string output_;
+    BatchArguments batch_;
+    std::string ending_; // Of the videos in a folder, without its point; empty: mp4.
     std::string maxZoom_ = "2";
     std::string fill_ = "blur";
     EasingArgument easing_;

@@ -6,9 +6,16 @@
 
 namespace OrvantaNS::command {
 
-ExitStatus runRender(const RenderRequest&, Recording) {
+void checkRenderOptions(const RenderRequest&) {
     throw OptionError("this orvanta was built without the libraries that make videos; build it where pkg-config finds "
                       "libavformat, libavcodec, libavfilter, libswscale and zimg");
+}
+
+void checkRenderOutput(const RenderRequest&) {}
+
+RenderResult runRender(const RenderRequest& request, Recording) {
+    checkRenderOptions(request);
+    return {};
 }
 
 } // namespace OrvantaNS::command
@@ -41,6 +48,7 @@ extern "C" {
 #include "terminal/Messages.h"
 #include "terminal/ProgressLine.h"
 #include "terminal/RenderBar.h"
+#include "terminal/TextFormat.h"
 #include "writing/Output.h"
 
 namespace OrvantaNS::command {
@@ -58,15 +66,50 @@ AVRational parseRate(const std::string& text) {
     return rate;
 }
 
+/// Makes the folder of the stills.
+void makeFolder(const std::string& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (!fs::is_directory(folder)) {
+        throw OutputError(
+            fmt::format("{}: is no folder, and the stills of --frames-at need one", printableName(folder)));
+    }
+}
+
+/// What the options alone say of a rendering.
+render::RenderJob settingsOf(const RenderRequest& request) {
+    render::RenderJob job;
+    if (request.stills.empty()) {
+        const auto form = render::mediaFormOf(request.output);
+        if (!form) {
+            throw OptionError(fmt::format("-o {}: the ending decides the kind of video; expected one of {}",
+                                          request.output, render::mediaEndings()));
+        }
+        job.form = *form;
+    }
+    job.fill = render::parseFill(request.fill);
+    if (!request.rate.empty()) {
+        job.rate = parseRate(request.rate);
+    }
+    job.encoding.crf = request.crf;
+    if (!request.bitrate.empty()) {
+        job.encoding.bitrate = render::parseBitrate(request.bitrate);
+    }
+    job.encoding.preset = !request.preset.empty() ? request.preset : request.preview ? "ultrafast" : "medium";
+    render::checkPreset(job.encoding.preset);
+    job.threads =
+        request.threads > 0 ? request.threads : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+    job.encoding.threads = job.threads;
+    return job;
+}
+
 /// One rendering, with what its parts share.
 class Rendering {
 public:
     Rendering(const RenderRequest& request, Recording recording)
-        : request_(request), recording_(std::move(recording)),
-          threads_(request.threads > 0 ? request.threads
-                                       : std::max(1, static_cast<int>(std::thread::hardware_concurrency()))),
-          job_(settings()), video_(findVideo(request.videoPath, request.recordingPath, recording_)),
-          reader_(video_, threads_, interrupted) {
+        : request_(request), recording_(std::move(recording)), job_(settingsOf(request)),
+          video_(findVideo(request.videoPath, request.recordingPath, recording_)),
+          reader_(video_, job_.threads, interrupted) {
         if (recording_.params.recordingRegions().empty()) {
             throw InputError(fmt::format("{}: has no region, so nobody knows what the video shows", recording_.name));
         }
@@ -76,10 +119,10 @@ public:
         }
     }
 
-    ExitStatus run() {
-        const std::string target = request_.stills.empty() ? request_.output : std::string();
-        refuseOverwriting(target, request_.recordingPath);
-        refuseOverwriting(target, video_);
+    RenderResult run() {
+        if (request_.stills.empty()) {
+            refuseOverwriting(request_.output, video_, "video");
+        }
         const FrameSize size = sizeOf(job_);
         warnOfMismatch();
         setCamera(job_, size);
@@ -87,31 +130,6 @@ public:
     }
 
 private:
-    render::RenderJob settings() const {
-        render::RenderJob job;
-        if (request_.stills.empty()) {
-            const auto form = render::mediaFormOf(request_.output);
-            if (!form) {
-                throw OptionError(fmt::format("-o {}: the ending decides the kind of video; expected one of {}",
-                                              request_.output, render::mediaEndings()));
-            }
-            job.form = *form;
-        }
-        job.fill = render::parseFill(request_.fill);
-        if (!request_.rate.empty()) {
-            job.rate = parseRate(request_.rate);
-        }
-        job.encoding.crf = request_.crf;
-        if (!request_.bitrate.empty()) {
-            job.encoding.bitrate = render::parseBitrate(request_.bitrate);
-        }
-        job.encoding.preset = !request_.preset.empty() ? request_.preset : request_.preview ? "ultrafast" : "medium";
-        render::checkPreset(job.encoding.preset);
-        job.encoding.threads = threads_;
-        job.threads = threads_;
-        return job;
-    }
-
     FrameSize videoSize() const { return {reader_.sample().width, reader_.sample().height}; }
 
     FrameSize sizeOf(render::RenderJob& job) const {
@@ -254,11 +272,11 @@ private:
         }
     }
 
-    ExitStatus renderFile(const render::RenderJob& job) {
+    RenderResult renderFile(const render::RenderJob& job) {
         render::OutputFile file(request_.output);
         render::RenderOutcome outcome;
         {
-            RenderBar bar(progressScreen().out);
+            RenderBar bar(progressScreen());
             const auto tell = [&bar](const render::RenderState& state) {
                 bar.show({state.pictures, state.seconds, state.ofSeconds, state.pass, state.passes});
             };
@@ -269,21 +287,16 @@ private:
         for (const std::string& note : outcome.notes) {
             tellNote(note);
         }
+        RenderResult result{fmt::format("{}x{}, {:.1f} s", job.width, job.height, outcome.seconds)};
         if (!outcome.complaint.empty()) {
-            tellNote(fmt::format("{}\n{} was made as far as it goes ({:.1f} s)", outcome.complaint, request_.output,
-                                 outcome.seconds));
-            return kFailed;
+            result.complaint = fmt::format("{}; {} was made as far as it goes ({:.1f} s)", outcome.complaint,
+                                           printableName(request_.output), outcome.seconds);
         }
-        return kDone;
+        return result;
     }
 
-    ExitStatus renderStills(const render::RenderJob& job) {
-        std::error_code error;
+    RenderResult renderStills(const render::RenderJob& job) {
         const fs::path folder(request_.output);
-        fs::create_directories(folder, error);
-        if (!fs::is_directory(folder)) {
-            throw OutputError(fmt::format("{}: is no folder, and the stills of --frames-at need one", request_.output));
-        }
         const std::string stem =
             request_.recordingPath == "-" ? "still" : fs::path(request_.recordingPath).stem().string();
         for (const double moment : request_.stills) {
@@ -292,14 +305,13 @@ private:
             throwIfInterrupted();
             writeOutput((folder / fmt::format("{}-{:08.3f}s.png", stem, moment)).string(), png);
         }
-        return kDone;
+        return {fmt::format("{} still{}", request_.stills.size(), request_.stills.size() == 1 ? "" : "s")};
     }
 
     static constexpr double kChoppyRate = 20.0; // Pictures a second: below that a move is seen to go in steps.
 
     const RenderRequest& request_;
     Recording recording_;
-    int threads_; // Options are looked at before files are opened.
     render::RenderJob job_;
     std::string video_;
     render::VideoReader reader_;
@@ -309,7 +321,27 @@ private:
 
 } // namespace
 
-ExitStatus runRender(const RenderRequest& request, Recording recording) {
+void checkRenderOptions(const RenderRequest& request) {
+    render::keepAvMessages(); // The libraries would say the same in their own words.
+    try {
+        settingsOf(request);
+    } catch (const render::SettingError& error) {
+        throw OptionError(error.what());
+    }
+}
+
+void checkRenderOutput(const RenderRequest& request) {
+    if (request.stills.empty()) {
+        checkOutput(request.output);
+        refuseOverwriting(request.output, request.recordingPath);
+        refuseOverwriting(request.output, request.videoPath, "video");
+        refuseOverwriting(request.output, request.pathFile, "path");
+    } else {
+        makeFolder(request.output);
+    }
+}
+
+RenderResult runRender(const RenderRequest& request, Recording recording) {
     try {
         return Rendering(request, std::move(recording)).run();
     } catch (const render::VideoError& error) {

@@ -10,7 +10,6 @@
 #include "asking/Engine.h"
 #include "reading/CameraPlan.h"
 #include "reading/Recording.h"
-#include "terminal/ExitStatus.h"
 
 namespace OrvantaNS::command {
 
@@ -34,8 +33,19 @@ struct RenderRequest {
     int threads = 0;            ///< 0: as many as processors.
 };
 
-/// Throws `OptionError`, `InputError`, `OrvantaException`, `Interrupted` and what writing throws. Gives `kFailed` when the
-/// video was cut short or damaged and the output was kept.
-ExitStatus runRender(const RenderRequest& request, Recording recording);
+/// What became of it.
+struct RenderResult {
+    std::string text{}; ///< What was made, such as "1077 pictures, 134.6 s".
+    std::string
+        complaint{}; ///< The video was cut short or damaged; what could be made of it was kept. Empty: all went well.
+};
+
+/// Looks at the options that the video's side understands, before anything is read. Throws `OptionError`.
+void checkRenderOptions(const RenderRequest& request);
+/// Looks at the place of the output before the work, and makes the folder of stills. Throws `OutputError`.
+void checkRenderOutput(const RenderRequest& request);
+
+/// Throws `OptionError`, `InputError`, `OrvantaException`, `Interrupted` and what writing throws.
+RenderResult runRender(const RenderRequest& request, Recording recording);
 
 } // namespace OrvantaNS::command

@@ -48,7 +48,8 @@ public:
                               "configure with -DORVANTA_BUILD_PAGE=ON and build again");
         }
         const RequestOptions request = request_.value();
-        refuseOverwriting(output_.path, recording_.path);
+        output_.check(recording_);
+        refuseOverwriting(output_.path, video_, "video");
         Recording recording = recording_.read();
         completeRequest(recording, request);
         std::optional<ReportVideo> video = findVideo();

@@ -53,10 +53,9 @@ protected:
         if (path_ == "-" && recording_.path == "-") {
             throw OptionError("RECORDING and PATH cannot both be the standard input");
         }
-        refuseOverwriting(output_.path, recording_.path);
-        if (!path_.empty()) {
-            refuseOverwriting(output_.path, path_);
-        }
+        output_.check(recording_);
+        refuseOverwriting(output_.path, path_, "path");
+        refuseOverwriting(output_.path, moments_, "list of moments");
         Recording recording = recording_.read();
         completeRequest(recording, request);
         const Params& params = recording.params;

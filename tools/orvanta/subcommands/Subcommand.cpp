@@ -17,10 +17,14 @@ void Subcommand::addTo(CLI::App& root) {
     addOptions(*app_);
     app_->add_flag("-q,--quiet", quiet_, "No warnings, notes and progress; errors are told all the same");
     app_->add_flag("--no-progress", noProgress_, "No progress bar");
+    app_->add_option("--messages", messages_,
+                     "Messages on the standard error as text, or as json, an object a line (default: as the result is)")
+        ->type_name("FORM")
+        ->check(CLI::IsMember({"text", "json"}));
 }
 
 ExitStatus Subcommand::execute() {
-    messageStyle() = {quiet_, speaksJson(), !noProgress_};
+    messageStyle() = {quiet_, messages_.empty() ? speaksJson() : messages_ == "json", !noProgress_};
     return run();
 }
 

@@ -16,7 +16,8 @@ public:
     Subcommand(const Subcommand&) = delete;
     Subcommand& operator=(const Subcommand&) = delete;
 
-    /// Adds the subcommand with its options, and with those that all of them take (--quiet, --no-progress).
+    /// Adds the subcommand with its options, and with those that all of them take (--quiet, --no-progress,
+    /// --messages).
     void addTo(CLI::App& root);
     /// True once the command line that was parsed names it.
     bool isChosen() const { return app_ != nullptr && app_->parsed(); }
@@ -41,6 +42,7 @@ private:
     CLI::App* app_ = nullptr;
     bool quiet_ = false;
     bool noProgress_ = false;
+    std::string messages_; // "text", "json", or empty: as speaksJson tells.
 };
 
 } // namespace OrvantaNS::command

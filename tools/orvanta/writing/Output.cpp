@@ -235,6 +235,11 @@ void checkOutput(const std::string& path) {
     if (!fs::exists(status) && !folder.empty() && !fs::is_directory(folder, error)) {
         throw failure(path, ENOENT);
     }
+#if defined(ORVANTA_HAS_DESCRIPTORS)
+    if (!fs::exists(status) && access(folder.empty() ? "." : folder.c_str(), W_OK) != 0) {
+        throw failure(path, errno);
+    }
+#endif
 }
 
 void writeOutput(const std::string& path, std::string_view text) {
@@ -269,11 +274,11 @@ void writeOutput(const std::string& path, std::string_view text) {
     }
 }
 
-void refuseOverwriting(const std::string& path, const std::string& recordingPath) {
+void refuseOverwriting(const std::string& path, const std::string& inputPath, std::string_view input) {
     std::error_code error;
-    if (!isStandardOutput(path) && recordingPath != "-" && fs::is_regular_file(path, error) &&
-        fs::equivalent(path, recordingPath, error)) {
-        throw OutputError(fmt::format("{}: is the recording itself and would be overwritten", printableName(path)));
+    if (!isStandardOutput(path) && !isStandardOutput(inputPath) && fs::is_regular_file(path, error) &&
+        fs::equivalent(path, inputPath, error)) {
+        throw OutputError(fmt::format("{}: is the {} itself and would be overwritten", printableName(path), input));
     }
 }
 

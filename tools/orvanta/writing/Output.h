@@ -27,11 +27,12 @@ bool isStandardOutput(const std::string& path);
 /// Throws `OutputError`, also for what `checkOutput` refuses, and `Interrupted` when Ctrl-C came before the end.
 void writeOutput(const std::string& path, std::string_view text);
 
-/// Throws `OutputError` when `path` is a directory, a link to nothing, or a file that is read-only: what is found out before
-/// the work costs nobody an hour. Writes nothing.
+/// Throws `OutputError` when `path` is a directory, a link to nothing or a file that is read-only, or when its folder is missing
+/// or takes no files: what is found out before the work costs nobody an hour. Writes nothing.
 void checkOutput(const std::string& path);
 
-/// Throws `OutputError` when `path` names the recording itself: the result would take the place of its own source.
-void refuseOverwriting(const std::string& path, const std::string& recordingPath);
+/// Throws `OutputError` when `path` names what is read: the result would take the place of its own source. `input` is what
+/// that is called. The standard output and input, and no name, are no such case.
+void refuseOverwriting(const std::string& path, const std::string& inputPath, std::string_view input = "recording");
 
 } // namespace OrvantaNS::command
