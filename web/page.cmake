@@ -8,12 +8,12 @@ set(orvanta_page_default OFF)
 if(ORVANTA_NPM AND ORVANTA_NODE)
   execute_process(COMMAND ${ORVANTA_NODE} --version OUTPUT_VARIABLE orvanta_node_version OUTPUT_STRIP_TRAILING_WHITESPACE)
   string(REPLACE "v" "" orvanta_node_version "${orvanta_node_version}")
-  # What the page's build tool asks for.
-  if(orvanta_node_version VERSION_GREATER_EQUAL 20.19)
+  # What the page's build tool asks for, and Debian 12 has.
+  if(orvanta_node_version VERSION_GREATER_EQUAL 18.19)
     set(orvanta_page_default ON)
   endif()
 endif()
-option(ORVANTA_BUILD_PAGE "Build the page of `orvanta report` (needs Node.js 20 and npm)" ${orvanta_page_default})
+option(ORVANTA_BUILD_PAGE "Build the page of `orvanta report` (needs Node.js 18.19 and npm)" ${orvanta_page_default})
 
 function(orvanta_page_source variable)
   set(web ${PROJECT_SOURCE_DIR}/web)
@@ -25,7 +25,7 @@ function(orvanta_page_source variable)
     return()
   endif()
   if(NOT ORVANTA_NPM)
-    message(FATAL_ERROR "ORVANTA_BUILD_PAGE needs npm: install Node.js 20 or later, or configure with -DORVANTA_BUILD_PAGE=OFF")
+    message(FATAL_ERROR "ORVANTA_BUILD_PAGE needs npm: install Node.js 18.19 or later, or configure with -DORVANTA_BUILD_PAGE=OFF")
   endif()
 
   # The packages lie beside the page's sources, where npm and editors look for them; all build folders share them.

@@ -3,7 +3,6 @@
 import { createHash } from "node:crypto";
 import { existsSync } from "node:fs";
 import { fileURLToPath } from "node:url";
-import preact from "@preact/preset-vite";
 import type { Plugin } from "vite";
 import { viteSingleFile } from "vite-plugin-singlefile";
 import { defineConfig } from "vitest/config";
@@ -50,10 +49,11 @@ export default defineConfig(({ mode }) => {
         throw new Error(`the static page needs the engines' module, and there is none at ${engine}; build bindings/js first, or name it with ORVANTA_ENGINE`);
     }
     return {
-        plugins: [preact({ devToolsEnabled: false }), viteSingleFile({ removeViteModuleLoader: true }), contentPolicy(mode)],
+        plugins: [viteSingleFile({ removeViteModuleLoader: true }), contentPolicy(mode)],
         resolve: { alias: { "orvanta-engine": engine } },
         publicDir: mode === "report" ? false : "public",
-        worker: { format: "iife" },
+        // The engines' module would load what only Node.js has; nothing of it may become a file of its own.
+        worker: { format: "iife", rollupOptions: { output: { inlineDynamicImports: true } } },
         build: {
             outDir: mode === "report" ? "dist-report" : "dist",
             target: "es2022",

@@ -44,7 +44,7 @@ public:
 
     ExitStatus run() override {
         if (!hasReportPage()) {
-            throw OptionError("report: this command was built without the page; install Node.js 20 or later with npm, "
+            throw OptionError("report: this command was built without the page; install Node.js 18.19 or later with npm, "
                               "configure with -DORVANTA_BUILD_PAGE=ON and build again");
         }
         const RequestOptions request = request_.value();
