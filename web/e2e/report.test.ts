@@ -1,10 +1,11 @@
 // The page of `orvanta report` in a real browser, against what the command says.
+import { execFileSync } from "node:child_process";
 import { copyFileSync, readFileSync, statSync, writeFileSync } from "node:fs";
 import { basename, join } from "node:path";
 import type { Browser } from "playwright-core";
 import { afterAll, beforeAll, describe, expect, it } from "vitest";
 import {
-    accessibilityFaults, commandKeyframes, keyframeTable, knows, kRecordings, open, openReport, orvanta, saved, seek,
+    accessibilityFaults, commandKeyframes, keyframeTable, knows, knowsFormat, kProgram, kRecordings, open, openReport, orvanta, saved, seek,
     shownFrame, startBrowser, temporaryFolder,
 } from "./support";
 
@@ -199,7 +200,7 @@ describe("changes", () => {
         await page.keyboard.press("Tab");
         const wishes = await saved(page, () => page.getByRole("button", { name: "Save changes" }).click());
         await page.getByRole("button", { name: "Take along" }).click();
-        const path = await saved(page, () => page.getByRole("button", { name: "JSON" }).click());
+        const path = await saved(page, () => page.getByRole("button", { name: "JSON", exact: true }).click());
         const expected = commandKeyframes(kEditor, "--size", "640x400", "--wishes", wishes.path);
         const shown = (JSON.parse(path.text()) as { keyframes: typeof expected }).keyframes;
         const facts = (keyframe: (typeof expected)[number]): unknown[] => [keyframe.tick, keyframe.left, keyframe.top, keyframe.width, keyframe.height, keyframe.reason];
@@ -221,12 +222,43 @@ describe("take along", () => {
     it.runIf(knows("keyframes", "--path"))("a path that the command reads back to the same path", async () => {
         const { page } = await openReport(browser, kEditor);
         await page.getByRole("button", { name: "Take along" }).click();
-        const file = await saved(page, () => page.getByRole("button", { name: "JSON" }).click());
+        const file = await saved(page, () => page.getByRole("button", { name: "JSON", exact: true }).click());
         const again = JSON.parse(orvanta("keyframes", "--path", file.path, "--format", "json")) as object;
         const direct = JSON.parse(orvanta("keyframes", kEditor, "--size", "640x400", "--format", "json")) as object;
         expect({ ...again, recording: null }).toEqual({ ...direct, recording: null });
         const csv = await saved(page, () => page.getByRole("button", { name: "CSV" }).click());
         expect(csv.text()).toBe(orvanta("keyframes", kEditor, "--size", "640x400", "--format", "csv"));
+    });
+
+    it.each([
+        ["640x400", "ease-in-out"],
+        ["360x640", "smooth"], // with black beside the whole screen
+        ["1280x640", "linear"], // nearly the whole screen
+    ])("the ffmpeg script and the MLT project that the command writes, at %s", async (size, easing) => {
+        const { page, complaints } = await openReport(browser, kEditor, ["--size", size]);
+        await page.getByLabel("Easing").selectOption(easing);
+        await seek(page, 76);
+        await page.getByRole("textbox", { name: "From" }).fill("30");
+        await page.getByRole("textbox", { name: "To" }).fill("33.4");
+        await page.getByRole("button", { name: "Pin this frame" }).click();
+        const wishes = await saved(page, () => page.getByRole("button", { name: "Save changes" }).click());
+        await page.getByRole("button", { name: "Take along" }).click();
+        const command = (format: string): string => orvanta("keyframes", kEditor, "--size", size, "--easing", easing, "--wishes", wishes.path, "--format", format);
+        const script = await saved(page, () => page.getByRole("button", { name: "ffmpeg script" }).click());
+        expect(script.name).toBe("editor.ffmpeg");
+        expect(script.text()).toBe(command("ffmpeg"));
+        expect(await page.locator(".command code").textContent()).toMatch(/^ffmpeg -i editor.mp4 -filter_script:v editor.ffmpeg .*-c:a copy editor.camera.mp4$/);
+        const project = await saved(page, () => page.getByRole("button", { name: "MLT project" }).click());
+        expect(project.text()).toContain('<property name="resource">editor.mp4</property>');
+        expect(await page.locator(".command code").textContent()).toBe("melt editor.mlt -consumer avformat:editor.camera.mp4 rescale=bicubic");
+        if (knowsFormat("mlt")) {
+            // The video's name counts from the project's folder, the recording's is as it was told.
+            const folder = temporaryFolder();
+            copyFileSync(kEditor, join(folder, "editor.jsonl"));
+            execFileSync(kProgram, ["keyframes", "editor.jsonl", "--size", size, "--easing", easing, "--wishes", wishes.path, "-o", "editor.mlt"], { cwd: folder, stdio: "ignore" });
+            expect(project.text()).toBe(readFileSync(join(folder, "editor.mlt"), "utf8"));
+        }
+        expect(complaints).toEqual([]);
     });
 
     it("a finished video, of the drawn screen and then of that video", async () => {

@@ -27,6 +27,11 @@ export function knows(subcommand: string, option: string): boolean {
     return orvanta(subcommand, "--help").includes(option);
 }
 
+/** True where the command writes paths in a format. */
+export function knowsFormat(format: string): boolean {
+    return new RegExp(`--format FORMAT[^(]*\\b${format}\\b`).test(orvanta("keyframes", "--help"));
+}
+
 export async function startBrowser(): Promise<Browser> {
     const executablePath = ["/usr/bin/chromium", "/usr/bin/chromium-browser", "/usr/bin/google-chrome"].find((path) => existsSync(path));
     if (!executablePath) throw new Error("there is no Chromium; install the package chromium");

@@ -31,6 +31,7 @@ export interface VideoSource {
 }
 
 export interface PlannedKeyframe extends PathKeyframe, WishedKeyframe {
+    tick: number;
     reason: string | null;
     /** Index in the engine's keyframes; null for one that a wish made. */
     engine: number | null;
@@ -96,6 +97,7 @@ export class Session {
                 fade: stages.fade,
                 clipStart: stages.clip.start,
                 easing: kEasings[this.easing.value],
+                timeScale: recording.timeScale,
             });
         this.path = computed(() => pathOf(this.keyframes.value));
         this.current = computed(() => this.keyframeAt(this.time.value));

@@ -1,7 +1,8 @@
 // What the picture shows at every moment: the keyframes, and the moves between them. The same rules as the library's
-// CameraPath (docs/camera-path.md), in seconds.
+// CameraPath (docs/camera-path.md), to the last bit: what is saved here equals what the command writes.
 import type { Rect, Size } from "../model/geometry";
 import { ease, kDefaultEasing, type Easing } from "./easing";
+import { evenStep } from "./evenStep";
 
 export interface Frame extends Rect {
     /** The frame is wider or higher than the recording, and stands out evenly on both sides. */
@@ -9,6 +10,8 @@ export interface Frame extends Rect {
 }
 
 export interface Move {
+    /** Ticks. */
+    startTick: number;
     /** Seconds. */
     start: number;
     /** Seconds: where the move is over, or where the next one takes over. */
@@ -28,10 +31,14 @@ export interface PathSetup {
     /** Seconds. */
     clipStart: number;
     easing?: Easing;
+    /** Ticks a second; without it, ticks are seconds. */
+    timeScale?: number;
 }
 
 export interface PathKeyframe {
     seconds: number;
+    /** Ticks of `timeScale`, where they are known exactly. */
+    tick?: number;
     rect: Rect;
 }
 
@@ -49,16 +56,12 @@ function placed(low: number, size: number, limit: number): number {
     return size > limit ? (limit - size) / 2 : clamp(low, 0, limit - size);
 }
 
-/** The share of the way from `from` to `to` at which a size stands whose logarithm has come the share `progress`. */
-function evenShare(from: number, to: number, progress: number): number {
-    const stretch = Math.log(to / from);
-    // For nearly equal sizes the quotient below would divide rounding by rounding.
-    return Math.abs(stretch) < 1e-9 ? progress : Math.expm1(stretch * progress) / Math.expm1(stretch);
-}
+/** A moment counts as a whole tick when it is that near, as a share of itself: dividing and multiplying rounds off no more. */
+const kTickRounding = 4 * Number.EPSILON;
 
-function sizeBetween(from: number, to: number, share: number): number {
-    const size = from + (to - from) * share;
-    return share >= 0 && share <= 1 ? clamp(size, Math.min(from, to), Math.max(from, to)) : size;
+function sizeBetween(from: number, to: number, scale: number, progress: number): number {
+    const size = from * scale;
+    return progress >= 0 && progress <= 1 ? clamp(size, Math.min(from, to), Math.max(from, to)) : size;
 }
 
 function lowBetween(from: Span, to: Span, size: number, share: number, limit: number): number {
@@ -79,6 +82,8 @@ export class CameraPath {
     readonly moves: Move[] = [];
     readonly whole: Frame;
     private readonly easing: Easing;
+    private readonly timeScale: number;
+    private readonly fadeTicks: number;
 
     /** Keyframes may come in any order; of several at one time the last one given counts. */
     constructor(
@@ -86,42 +91,65 @@ export class CameraPath {
         readonly setup: PathSetup,
     ) {
         this.easing = setup.easing ?? kDefaultEasing;
+        this.timeScale = setup.timeScale ?? 1;
+        // Whole on a clock of ticks: the fade in seconds was made of them.
+        this.fadeTicks = setup.timeScale === undefined ? setup.fade : Math.round(setup.fade * setup.timeScale);
+        const clipStart = this.toTicks(setup.clipStart);
         this.whole = this.frameOf({ left: 0, top: 0, ...setup.recording });
         const order = keyframes.map((_, index) => index).sort((a, b) => {
             return (keyframes[a] as PathKeyframe).seconds - (keyframes[b] as PathKeyframe).seconds || a - b;
         });
-        const startOf = (index: number): number =>
-            Math.max((keyframes[index] as PathKeyframe).seconds, setup.clipStart);
+        const startOf = (index: number): number => {
+            const { tick, seconds } = keyframes[index] as PathKeyframe;
+            return Math.max(tick ?? this.toTicks(seconds), clipStart);
+        };
         order.forEach((index, i) => {
             const next = order[i + 1];
-            const start = startOf(index);
-            if (next !== undefined && startOf(next) === start) return;
-            const from = this.frameAt(start);
+            const startTick = startOf(index);
+            if (next !== undefined && startOf(next) === startTick) return;
+            const from = this.frameAtTick(startTick);
+            const start = startTick / this.timeScale;
             const last = this.moves[this.moves.length - 1];
             if (last && last.stop > start) {
                 last.stop = start;
                 last.cutShort = true;
             }
             const to = this.frameOf((keyframes[index] as PathKeyframe).rect);
-            this.moves.push({ start, stop: start + setup.fade, from, to, cutShort: false, keyframe: index });
+            const stop = (startTick + this.fadeTicks) / this.timeScale;
+            this.moves.push({ startTick, start, stop, from, to, cutShort: false, keyframe: index });
         });
     }
 
     /** The index of the last move that has begun; -1 before the first. */
     moveAt(seconds: number): number {
+        return this.moveAtTick(this.toTicks(seconds));
+    }
+
+    frameAt(seconds: number): Frame {
+        return this.frameAtTick(this.toTicks(seconds));
+    }
+
+    private toTicks(seconds: number): number {
+        const ticks = seconds * this.timeScale;
+        if (this.timeScale === 1) return ticks;
+        const nearest = Math.round(ticks);
+        return Math.abs(ticks - nearest) <= Math.abs(ticks) * kTickRounding ? nearest : ticks;
+    }
+
+    private moveAtTick(tick: number): number {
         let low = 0;
         let high = this.moves.length;
         while (low < high) {
             const middle = (low + high) >>> 1;
-            if ((this.moves[middle] as Move).start <= seconds) low = middle + 1;
+            if ((this.moves[middle] as Move).startTick <= tick) low = middle + 1;
             else high = middle;
         }
         return low - 1;
     }
 
-    frameAt(seconds: number): Frame {
-        const move = this.moves[this.moveAt(seconds)];
-        return move ? this.between(move, seconds - move.start) : this.whole;
+    private frameAtTick(tick: number): Frame {
+        const move = this.moves[this.moveAtTick(tick)];
+        return move ? this.between(move, tick - move.startTick) : this.whole;
     }
 
     isMoving(seconds: number): boolean {
@@ -145,13 +173,13 @@ export class CameraPath {
     }
 
     private between(move: Move, elapsed: number): Frame {
-        const { recording, fade } = this.setup;
-        // Times are tick / scale, so a move that is over may lack a rounding of it.
-        if (elapsed >= fade - 1e-9) return move.to;
+        const { recording } = this.setup;
+        if (elapsed >= this.fadeTicks) return move.to;
         const { from, to } = move;
-        const share = evenShare(from.width, to.width, ease(this.easing, elapsed / fade));
-        const width = sizeBetween(from.width, to.width, share);
-        const height = sizeBetween(from.height, to.height, share);
+        const progress = ease(this.easing, elapsed / this.fadeTicks);
+        const { scale, share } = evenStep(from.width, to.width, progress);
+        const width = sizeBetween(from.width, to.width, scale, progress);
+        const height = sizeBetween(from.height, to.height, scale, progress);
         return {
             left: lowBetween({ low: from.left, size: from.width }, { low: to.left, size: to.width }, width, share, recording.width),
             top: lowBetween({ low: from.top, size: from.height }, { low: to.top, size: to.height }, height, share, recording.height),

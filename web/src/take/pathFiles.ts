@@ -2,21 +2,8 @@
 import { kEasings } from "../camera/easing";
 import type { Session } from "../session";
 import { version } from "../../package.json";
-
-/** Six significant digits, without zeros at the end. */
-function short(value: number): string {
-    return String(Number(value.toPrecision(6)));
-}
-
-function videoOffsetTicks(session: Session): number | null {
-    const { videoOffset, timeScale } = session.model.recording;
-    return videoOffset === null ? null : Math.round(videoOffset * timeScale);
-}
-
-/** Seconds on the video's clock; a video whose offset is not known starts at tick 0. */
-function videoSeconds(session: Session, tick: number): number {
-    return (tick - (videoOffsetTicks(session) ?? 0)) / session.model.recording.timeScale;
-}
+import { shortest, sixDigits } from "./numbers";
+import { videoOffsetTicks, videoSeconds } from "./videoClock";
 
 export function pathJson(session: Session): string {
     const { recording, stages } = session.model;
@@ -50,7 +37,7 @@ export function pathJson(session: Session): string {
 export function pathCsv(session: Session): string {
     const { target } = session.model.stages;
     const lines = session.keyframes.peek().map(({ tick, seconds, rect, reason }) =>
-        [tick, seconds, rect.left, rect.top, rect.width, rect.height, short(target.width / rect.width), reason ?? "", videoSeconds(session, tick)].join(","),
+        [tick, shortest(seconds), rect.left, rect.top, rect.width, rect.height, sixDigits(target.width / rect.width), reason ?? "", shortest(videoSeconds(session, tick))].join(","),
     );
     return `${["tick,seconds,left,top,width,height,zoom,reason,videoSeconds", ...lines].join("\n")}\n`;
 }
@@ -58,6 +45,11 @@ export function pathCsv(session: Session): string {
 /** The recording's name without its endings. */
 export function baseName(session: Session): string {
     return session.model.recording.name.replace(/\.(gz|zst|zstd)$/i, "").replace(/\.jsonl?$/i, "");
+}
+
+/** The video's file, as far as anybody knows: the one on show, the one that the recording names, or one of its name. */
+export function videoName(session: Session): string {
+    return session.video.value?.name ?? session.model.recording.video ?? `${baseName(session)}.mp4`;
 }
 
 /** A word as a shell takes it. */

@@ -3,23 +3,49 @@ import { useSignal } from "@preact/signals";
 import { useRef } from "preact/hooks";
 import type { JSX } from "preact";
 import type { Session } from "../session";
-import { baseName, pathCsv, pathJson, renderCommand } from "../take/pathFiles";
+import { ffmpegCommand, pathFfmpeg } from "../take/ffmpegScript";
+import { meltCommand, pathMlt } from "../take/mltProject";
+import { baseName, pathCsv, pathJson, renderCommand, shellWord, videoName } from "../take/pathFiles";
 import { still } from "../take/picture";
 import { saveBlob, saveText } from "../take/save";
 import { canMakeVideo, makeVideo, type VideoProgress } from "../take/video";
 import { timeText } from "../time/format";
 import { Icon } from "./icons";
 
+/** A command line that can be copied, and what it is for. */
+function Command({ words, label, attempt }: { words: string; label: string; attempt: (work: () => Promise<void>) => Promise<void> }): JSX.Element {
+    const copied = useSignal(false);
+    const copy = (): Promise<void> =>
+        attempt(async () => {
+            await navigator.clipboard.writeText(words);
+            copied.value = true;
+            setTimeout(() => (copied.value = false), 2000);
+        });
+    return (
+        <div class="command">
+            <code tabIndex={0} role="group" aria-label={label}>{words}</code>
+            <button type="button" class="small" aria-label="Copy the command" onClick={() => void copy()}>{copied.value ? "Copied" : "Copy"}</button>
+        </div>
+    );
+}
+
 export function TakeAlong({ session }: { session: Session }): JSX.Element {
     const dialog = useRef<HTMLDialogElement>(null);
     const file = useRef<HTMLInputElement>(null);
     const problem = useSignal<string | null>(null);
     const progress = useSignal<VideoProgress | null>(null);
-    const copied = useSignal(false);
     const running = useRef<AbortController | null>(null);
     const name = baseName(session);
     const video = session.video.value;
-    const command = renderCommand(session);
+    /** The saved path that stands beside the commands: the last one that was taken. */
+    const taken = useSignal<"json" | "ffmpeg" | "mlt">("json");
+    const rendered = shellWord(`${name}.camera.mp4`);
+    const commands = {
+        json: { label: "Renders the saved JSON", words: renderCommand(session) },
+        ffmpeg: { label: "Renders the saved ffmpeg script", words: ffmpegCommand(session, shellWord(videoName(session)), shellWord(`${name}.ffmpeg`), rendered) },
+        mlt: { label: "Renders the saved MLT project, which video editors open too", words: meltCommand(shellWord(`${name}.mlt`), rendered) },
+    };
+    const command = commands[taken.value];
 
     const attempt = async (work: () => Promise<void>): Promise<void> => {
         problem.value = null;
@@ -43,11 +69,11 @@ export function TakeAlong({ session }: { session: Session }): JSX.Element {
                 running.current = null;
             }
         });
-    const copy = (): Promise<void> =>
+    const take = (kind: keyof typeof commands, ending: string, type: string, text: () => string): Promise<void> =>
         attempt(async () => {
-            await navigator.clipboard.writeText(command);
-            copied.value = true;
-            setTimeout(() => (copied.value = false), 2000);
+            saveText(`${name}.${ending}`, text(), type);
+            taken.value = kind;
+            return Promise.resolve();
         });
     return (
         <>
@@ -61,14 +87,13 @@ export function TakeAlong({ session }: { session: Session }): JSX.Element {
                     </div>
                     <h3>The path, for other tools</h3>
                     <div class="button-row">
-                        <button type="button" class="plain" onClick={() => saveText(`${name}.path.json`, pathJson(session), "application/json")}>JSON</button>
+                        <button type="button" class="plain" onClick={() => void take("json", "path.json", "application/json", () => pathJson(session))}>JSON</button>
                         <button type="button" class="plain" onClick={() => saveText(`${name}.path.csv`, pathCsv(session), "text/csv")}>CSV</button>
+                        <button type="button" class="plain" onClick={() => void take("ffmpeg", "ffmpeg", "text/plain", () => pathFfmpeg(session))}>ffmpeg script</button>
+                        <button type="button" class="plain" onClick={() => void take("mlt", "mlt", "application/xml", () => pathMlt(session, videoName(session)))}>MLT project</button>
                     </div>
-                    <h3>The command that renders it, from the saved JSON</h3>
-                    <div class="command">
-                        <code tabIndex={0}>{command}</code>
-                        <button type="button" class="small" onClick={() => void copy()}>{copied.value ? "Copied" : "Copy"}</button>
-                    </div>
+                    <h3>{command.label}</h3>
+                    <Command key={taken.value} attempt={attempt} {...command} />
                     <h3>Pictures</h3>
                     <div class="button-row">
                         <button type="button" class="plain" onClick={() => void attempt(async () => saveBlob(`${name}.${timeText(session.time.peek(), 2).replaceAll(":", "-")}.png`, await still(session)))}>Still at {timeText(session.time.value, 2)}</button>
