@@ -11,6 +11,8 @@
 
 namespace OrvantaNS {
 
+class WindowTimes;
+
 /// One stretch of the timeline during which the recording shows one region.
 struct OV_LIVE_ZONE {
     Rectangle rect;     ///< The region that is shown, screen pixels.
@@ -33,6 +35,8 @@ struct OV_DATA_STORE {
     std::vector<OV_TIME_RECT> keyframes;        ///< The result: ticks and local pixels.
     std::vector<OV_FOCUS_SLICE> slices;         ///< Filled by `sliceTime`, worked on by merging.
     std::vector<OV_VALUE_OBJECT> windowObjects; ///< Copies of the window objects, in `valueObjects` order.
+    /// When the entries of `windowObjects` stand; null unless `runPipeline` is past reading them. Not owned.
+    const WindowTimes* windowTimes = nullptr;
     std::uint32_t scrollLocation = 0;     ///< Where in `cursorLocations` the rectangle search of wheel runs goes on.
     std::uint32_t firstActiveObject = 0;  ///< Oldest object that may still be in the value space.
     std::uint32_t nextObject = 0;         ///< Newest object loaded into the value space; the next to test.

@@ -3,8 +3,10 @@
 #include "OrvantaWorker.h"
 
 #include "frame/DataStore.h"
+#include "frame/InForce.h"
 #include "parser/DataParser.h"
 #include "parser/walk/ComputationClock.h"
+#include "worker/slicing/WindowTimes.h"
 #include "worker/zones/RequestChecks.h"
 
 namespace OrvantaNS {
@@ -53,6 +55,8 @@ void OrvantaWorker::runPipeline(const Params& params, ProgressReporter* reporter
     complete(OV_PIPELINE_ZONES);
     DataParser parser; // lives to the end: keyframe creation reads its strokes
     parseObjectData(params, store, parser);
+    const WindowTimes windowTimes(store.windowObjects);
+    const InForce<const WindowTimes*> inForce(store.windowTimes, &windowTimes);
     complete(OV_PIPELINE_OBJECTS);
     sliceTime(store);
     complete(OV_PIPELINE_SLICES);

@@ -1,21 +1,12 @@
 // Finds where the cursor set off on its way to a moment.
 
-#include "parser/DataParser.h"
+#include <cstddef>
 
 #include "frame/WrappingArithmetic.h"
+#include "parser/DataParser.h"
+#include "parser/cursor/StrokePauses.h"
 
 namespace OrvantaNS {
-
-namespace {
-
-// A rest between two strokes longer than this is a pause, seconds. Also how soon after the moment a stroke may begin
-// to count as leading to it.
-constexpr double kPauseSeconds = 0.2;
-
-long long firstTime(const MOUSE_STROKE& stroke) { return stroke.points.front().time; }
-long long lastTime(const MOUSE_STROKE& stroke) { return stroke.points.back().time; }
-
-} // namespace
 
 // From the stroke at the moment, the way leads back over all strokes that follow each other without a pause. A pause
 // stands between two neighbours, whichever stroke the way began at, so one walk forward that remembers the latest pause
@@ -26,7 +17,7 @@ double DataParser::findLastMousePause(double time) {
     const MOUSE_STROKE* afterPause = nullptr;
     for (std::size_t i = 0; i < keptStrokes.size(); ++i) {
         const MOUSE_STROKE& stroke = keptStrokes[i];
-        if (i > 0 && wrapAdd(lastTime(keptStrokes[i - 1]), pause) < firstTime(stroke)) {
+        if (isAfterPause(keptStrokes, i, pause)) {
             afterPause = &stroke;
         }
         if (i < pauseStroke || lastTime(stroke) < moment || firstTime(stroke) > wrapAdd(moment, pause)) {

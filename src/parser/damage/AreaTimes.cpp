@@ -1,8 +1,6 @@
 #include "parser/damage/AreaTimes.h"
 
 #include <algorithm>
-#include <bit>
-#include <limits>
 
 namespace OrvantaNS {
 
@@ -14,40 +12,15 @@ bool liveInOrder(const std::vector<DR_OBJECT>& areas) {
            std::all_of(areas.begin(), areas.end(), [](const DR_OBJECT& area) { return area.start <= area.stop; });
 }
 
+std::vector<long long> stopsOf(const std::vector<DR_OBJECT>& areas) {
+    std::vector<long long> stops(areas.size());
+    std::transform(areas.begin(), areas.end(), stops.begin(), [](const DR_OBJECT& area) { return area.stop; });
+    return stops;
+}
+
 } // namespace
 
-AreaTimes::AreaTimes(const std::vector<DR_OBJECT>& areas)
-    : size_(areas.size()), isInOrder_(liveInOrder(areas)), leafCount_(std::bit_ceil(areas.size())) {
-    latestStops_.assign(2 * leafCount_, std::numeric_limits<long long>::lowest());
-    for (std::size_t i = 0; i < size_; ++i) {
-        latestStops_[leafCount_ + i] = areas[i].stop;
-    }
-    for (std::size_t node = leafCount_ - 1; node > 0; --node) {
-        latestStops_[node] = std::max(latestStops_[2 * node], latestStops_[2 * node + 1]);
-    }
-}
-
-std::size_t AreaTimes::firstAlive(std::size_t from, long long time) const {
-    if (from >= size_) {
-        return size_;
-    }
-    std::size_t node = leafCount_ + from;
-    // Up and to the right until a branch has an area that lives long enough, ...
-    while (latestStops_[node] < time) {
-        while (node % 2 == 1) {
-            node /= 2;
-        }
-        if (node == 0) {
-            return size_; // the root has no branch to its right
-        }
-        ++node;
-    }
-    // ... then down to the first one in it.
-    while (node < leafCount_) {
-        node = latestStops_[2 * node] >= time ? 2 * node : 2 * node + 1;
-    }
-    return std::min(node - leafCount_, size_);
-}
+AreaTimes::AreaTimes(const std::vector<DR_OBJECT>& areas) : isInOrder_(liveInOrder(areas)), stops_(stopsOf(areas)) {}
 
 std::vector<std::uint32_t> areasInTime(const std::vector<DR_OBJECT>& areas, std::size_t from,
                                        Interval_Type<long long> interval, const AreaTimes* times) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Interval_Type.h"
+#include "frame/LatestStops.h"
 #include "parser/damage/DirtyRectObject.h"
 
 namespace OrvantaNS {
@@ -20,13 +21,11 @@ public:
     /// True when the areas stand in order of start and none stops before it starts.
     bool isInOrder() const { return isInOrder_; }
     /// Position of the first area from `from` on that stops at or after `time`, or the number of areas.
-    std::size_t firstAlive(std::size_t from, long long time) const;
+    std::size_t firstAlive(std::size_t from, long long time) const { return stops_.firstFrom(from, time); }
 
 private:
-    std::size_t size_;
     bool isInOrder_;
-    std::size_t leafCount_;
-    std::vector<long long> latestStops_; // A binary tree, the root at 1: the latest stop of the areas below each node.
+    LatestStops<long long> stops_;
 };
 
 /// Whether a span of time lies within the interval, ends included, or overlaps it by more than nothing. A span of no

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "frame/Geometry.h"
+#include "frame/InForce.h"
 #include "frame/Steps.h"
 #include "parser/meaning/MetaPassTiming.h"
 #include "parser/meaning/WorkingList.h"

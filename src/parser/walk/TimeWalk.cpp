@@ -2,6 +2,7 @@
 
 #include "parser/DataParser.h"
 
+#include "frame/InForce.h"
 #include "frame/Steps.h"
 #include "frame/WrappingArithmetic.h"
 #include "parser/meaning/MetaPassTiming.h"

@@ -8,6 +8,7 @@
 #include "frame/DataStore.h"
 #include "frame/Geometry.h"
 #include "parser/DataParser.h"
+#include "parser/cursor/StrokePauses.h"
 
 namespace OrvantaNS {
 
@@ -53,6 +54,18 @@ void appendKeyframe(OV_DATA_STORE& store, std::uint32_t slice, const Rectangle& 
     store.keyframeSlices.push_back(slice);
 }
 
+// Moves the start of a slice to where the viewer's eye will be ready. The cursor's way to the slice began at `pause`.
+void setOffEarly(OV_DATA_STORE& store, std::uint32_t slice, double pause) {
+    const double start = store.slices[slice].start;
+    // Keeps the move off the one before it, whatever became of that slice.
+    const double floor = slice < 2 ? start : store.slices[slice - 1].start + store.fadeSeconds + kViewSeconds;
+    const double candidate = std::min(std::max(start - kLongestLeadSeconds, pause), start - kShortestLeadSeconds);
+    const double time = std::max(floor, candidate);
+    if (time < start) {
+        store.slices[slice].start = time;
+    }
+}
+
 // The video starts with the whole recording on show, so the first slice gets a keyframe only if there is room for the
 // move and if it shows something else.
 void createFirstKeyframe(const OrvantaWorker& worker, const Params& params, OV_DATA_STORE& store) {
@@ -94,6 +107,7 @@ void OrvantaWorker::createKeyframeLoop(const Params& params, OV_DATA_STORE& stor
         return;
     }
     createFirstKeyframe(*this, params, store);
+    const StrokePauses pauses(parser);
     for (std::uint32_t i = 1; i < store.slices.size(); ++i) {
         const OV_FOCUS_SLICE& slice = store.slices[i];
         if (slice.mergeId == -1 || slice.blank) {
@@ -116,7 +130,7 @@ void OrvantaWorker::createKeyframeLoop(const Params& params, OV_DATA_STORE& stor
             frame = createOffWindowKeyframe(params, store, i);
             break;
         }
-        adjustZoomTime(store, parser, i);
+        setOffEarly(store, i, pauses.lastBefore(slice.start));
         if (store.keyframes.empty() || store.keyframes.back().rect != frame) {
             appendKeyframe(store, i, frame);
         }
@@ -143,15 +157,7 @@ Rectangle OrvantaWorker::createFullScreenKeyframe(const Params& params, OV_DATA_
 }
 
 void OrvantaWorker::adjustZoomTime(OV_DATA_STORE& store, DataParser& parser, unsigned int slice) const {
-    const double start = store.slices[slice].start;
-    // Keeps the move off the one before it, whatever became of that slice.
-    const double floor = slice < 2 ? start : store.slices[slice - 1].start + store.fadeSeconds + kViewSeconds;
-    const double pause = parser.findLastMousePause(start);
-    const double candidate = std::min(std::max(start - kLongestLeadSeconds, pause), start - kShortestLeadSeconds);
-    const double time = std::max(floor, candidate);
-    if (time < start) {
-        store.slices[slice].start = time;
-    }
+    setOffEarly(store, slice, parser.findLastMousePause(store.slices[slice].start));
 }
 
 } // namespace OrvantaNS

@@ -6,6 +6,7 @@
 #include "frame/Steps.h"
 #include "worker/merging/MergeEntry.h"
 #include "worker/merging/SliceTests.h"
+#include "worker/slicing/WindowTimes.h"
 
 namespace OrvantaNS {
 
@@ -22,7 +23,15 @@ bool takesPart(const OV_VALUE_OBJECT& object, const OV_FOCUS_SLICE& slice) {
 // slice's camera mode.
 void findWindow(const OV_DATA_STORE& store, OV_FOCUS_SLICE& slice, SLICE_BREAKDOWN& breakdown) {
     std::size_t best = 0;
+    const bool isQuick = store.windowTimes != nullptr && store.windowTimes->isInOrder();
     for (std::size_t i = 0; i < store.windowObjects.size(); ++i) {
+        if (isQuick) {
+            // A window that stops before the slice takes no part, nor does any behind the first that starts after it.
+            i = store.windowTimes->firstStanding(i, slice.start);
+            if (i == store.windowObjects.size() || store.windowObjects[i].start > slice.stop) {
+                break;
+            }
+        }
         const OV_VALUE_OBJECT& object = store.windowObjects[i];
         if (!takesPart(object, slice)) {
             continue;

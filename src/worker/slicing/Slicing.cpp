@@ -10,6 +10,7 @@
 #include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "valuespace/ValueSpace.h"
+#include "worker/slicing/WindowTimes.h"
 
 namespace OrvantaNS {
 
@@ -178,12 +179,16 @@ bool OrvantaWorker::detectMotion(Rectangle a, Rectangle b, int threshold) const 
 }
 
 double OrvantaWorker::getNextWindowTime(OV_DATA_STORE& store, double time) const {
-    for (const OV_VALUE_OBJECT& object : store.windowObjects) {
-        if (object.type == ActiveWindow && object.start > time) {
-            return object.start;
-        }
+    const auto& windows = store.windowObjects;
+    auto window = windows.begin();
+    if (store.windowTimes != nullptr && store.windowTimes->isInOrder()) {
+        window = std::upper_bound(windows.begin(), windows.end(), time,
+                                  [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; });
     }
-    return time;
+    window = std::find_if(window, windows.end(), [&](const OV_VALUE_OBJECT& object) {
+        return object.type == ActiveWindow && object.start > time;
+    });
+    return window == windows.end() ? time : window->start;
 }
 
 bool OrvantaWorker::getConstantWindow(OV_DATA_STORE& store, Interval_Type<double> interval, Rectangle& window) const {

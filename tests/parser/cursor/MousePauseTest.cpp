@@ -6,6 +6,7 @@
 
 #include "Random.h"
 #include "frame/WrappingArithmetic.h"
+#include "parser/cursor/StrokePauses.h"
 
 namespace OrvantaNS {
 namespace {
@@ -145,9 +146,11 @@ TEST_F(MousePauseTest, AnyStrokesInOrderOrNot_AgreeWithTheWalkBackFromEach) {
             stroke(first, now);
         }
         parser_.pauseStroke = random.chance(0.2) ? static_cast<std::uint32_t>(random.range(0, 12)) : 0;
+        const StrokePauses pauses(parser_);
         for (int i = 0; i < 10; ++i) {
             const double time = random.range(-300, 4000) / 1000.0;
             ASSERT_EQ(parser_.findLastMousePause(time), walkBackFromEach(parser_, time)) << "time " << time;
+            ASSERT_EQ(pauses.lastBefore(time), walkBackFromEach(parser_, time)) << "time " << time;
         }
     }
 }
@@ -156,9 +159,11 @@ TEST_F(MousePauseTest, StrokesAtTheEndsOfTheClock_Wrap) {
     constexpr long long last = std::numeric_limits<long long>::max();
     stroke(0, 100);
     stroke(last - 50, last);
-    EXPECT_EQ(parser_.findLastMousePause(5.0), walkBackFromEach(parser_, 5.0));
-    EXPECT_EQ(parser_.findLastMousePause(1e300), walkBackFromEach(parser_, 1e300));
-    EXPECT_EQ(parser_.findLastMousePause(-1e300), walkBackFromEach(parser_, -1e300));
+    const StrokePauses pauses(parser_);
+    for (const double time : {5.0, 1e300, -1e300}) {
+        EXPECT_EQ(parser_.findLastMousePause(time), walkBackFromEach(parser_, time)) << time;
+        EXPECT_EQ(pauses.lastBefore(time), walkBackFromEach(parser_, time)) << time;
+    }
 }
 
 } // namespace
