@@ -86,7 +86,7 @@ struct NamedWeight {
 /// All of the director's weights.
 const std::vector<NamedWeight>& namedWeights();
 
-/// The same weights for any sessions: plain guesses, made before any session was looked at.
+/// Round numbers from which tuning begins, so that it owes nothing to the session that is left out.
 camera::DirectorWeights plainWeights();
 
 /// How far figures at 640x400 and 360x640, on the screen as it is and on a finer one, reach the aims for them; larger is

@@ -4,8 +4,8 @@
 //   director_weights curve   FOLDER              CSV: seen and read against calm, all sessions together
 //   director_weights vary    FOLDER [N [SEED]]   weights multiplied at random by 0.6 to 1.6, N times (20)
 //   director_weights screens FOLDER              the same sessions on screens with finer pixels
-//   director_weights leave   FOLDER NAME [ROUNDS]  tunes on all sessions but NAME, from plain weights, and judges NAME
-//   director_weights tune    FOLDER [ROUNDS]     tunes on all sessions and prints the weights
+//   director_weights leave   FOLDER NAME [ROUNDS]  tunes on all sessions but NAME, from round numbers, and judges NAME
+//   director_weights tune    FOLDER [ROUNDS]     the same on all sessions
 //
 // NAME=VALUE arguments change the weight of that name first. Portrait figures leave out moments that no frame holds.
 #include <algorithm>
