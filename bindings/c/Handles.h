@@ -24,7 +24,8 @@ struct orvanta_result {
     std::vector<orvanta_space> sliceSpaces;
     std::vector<orvanta_slice> shots;
     std::vector<orvanta_space> shotSpaces;
-    std::vector<std::string> reasons; // of the keyframes, where there are more than their modes
+    std::vector<std::string> reasons;                   // of the keyframes, where there are more than their modes
+    std::vector<OrvantaNS::DirectorShot> directorShots; // one for each keyframe of the director, where stages are kept
 };
 
 struct orvanta_path {

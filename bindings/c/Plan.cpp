@@ -100,9 +100,9 @@ void planByDirector(const orvanta_request& request, const orvanta_run& run, orva
     const OrvantaDirector director(request.director);
     try {
         if (run.keep_stages != 0) {
-            const DirectorPlan plan = director.plan(params, listener);
+            result.directorShots = director.plan(params, listener).shots;
             std::vector<OV_TIME_RECT> keyframes;
-            for (const DirectorShot& shot : plan.shots) {
+            for (const DirectorShot& shot : result.directorShots) {
                 keyframes.push_back(shot.keyframe);
                 result.reasons.push_back(shot.text);
             }

@@ -1,6 +1,6 @@
 // The page of `orvanta report` in a real browser, against what the command says.
 import { execFileSync } from "node:child_process";
-import { copyFileSync, readFileSync, statSync, writeFileSync } from "node:fs";
+import { copyFileSync, readdirSync, readFileSync, statSync, writeFileSync } from "node:fs";
 import { basename, join } from "node:path";
 import type { Browser } from "playwright-core";
 import { afterAll, beforeAll, describe, expect, it } from "vitest";
@@ -18,6 +18,8 @@ afterAll(() => browser.close());
 const kEditor = kRecordings[0] as string;
 /** It has no video: its samples lie on whole tenths of a second, where the slider can go. */
 const kSample = kRecordings[2] as string;
+/** Further recordings to try: ORVANTA_RECORDINGS names their folder. */
+const kFolder = process.env["ORVANTA_RECORDINGS"] ?? "";
 const kLanes = ["keyframes", "slices", "shots", "cursor", "strokes", "presses", "wheel", "changes", "caret", "windows"];
 
 interface Inspection {
@@ -91,6 +93,36 @@ describe("a report", () => {
         await expect.poll(() => details.locator("h2").textContent()).toBe("Keyframe 3");
         expect(complaints).toEqual([]);
     });
+
+    it("of the director shows its evidence and what it weighed", async () => {
+        const { page, complaints } = await openReport(browser, kSample, ["--size", "640x400", "--engine", "director"]);
+        const lanes = await page.locator(".lane-names li").evaluateAll((items) => items.map((item) => (item as HTMLElement).dataset["lane"] ?? ""));
+        expect(lanes).toEqual(expect.arrayContaining(["keyframes", "cursor", "evidence-press", "evidence-change", "evidence-whole"]));
+        const shown = await keyframeTable(page);
+        expect(shown.map((row) => row.reason)).toEqual(commandKeyframes(kSample, "--size", "640x400", "--engine", "director").map(({ reason }) => reason));
+        await page.locator(".keyframes tbody tr").nth(1).click();
+        await expect.poll(() => page.locator(".details").textContent()).toContain("Missed sight");
+        expect(complaints).toEqual([]);
+    });
+
+    // All recordings of a folder that is not the project's own.
+    it.runIf(kFolder)("opens for every recording of the folder, shows every lane and scrubs", async () => {
+        for (const name of readdirSync(kFolder).filter((file) => file.endsWith(".jsonl"))) {
+            const { page, complaints } = await openReport(browser, join(kFolder, name));
+            const inspection = JSON.parse(orvanta("inspect", join(kFolder, name), "--size", "640x400", "--format", "json")) as Inspection;
+            const lanes = await page.locator(".lane-names li").evaluateAll((items) => items.map((item) => (item as HTMLElement).dataset["lane"] ?? ""));
+            expect(lanes, name).toEqual(expect.arrayContaining([...kLanes, ...Object.keys(inspection.objectCounts).map((type) => `object-${type}`)]));
+            const expected = commandKeyframes(join(kFolder, name), "--size", "640x400");
+            expect((await keyframeTable(page)).map((row) => [row.place, row.reason]), name).toEqual(expected.map((keyframe) => [`${keyframe.left}, ${keyframe.top}`, keyframe.reason]));
+            const stop = inspection.clip.stopTick / inspection.ticksPerSecond;
+            for (let i = 0; i < 10; ++i) {
+                await seek(page, (stop * (i + 0.5)) / 10);
+                expect((await shownFrame(page)).every(Number.isFinite), name).toBe(true);
+            }
+            expect(complaints, name).toEqual([]);
+            await page.context().close();
+        }
+    }, 600_000);
 
     it("says why the camera is where it is", async () => {
         const { page } = await openReport(browser, kEditor);

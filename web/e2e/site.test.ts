@@ -1,4 +1,5 @@
 // The static page in a real browser: from an empty page to an edited path, without a network.
+import { execFileSync, spawnSync } from "node:child_process";
 import { createServer, type Server } from "node:http";
 import { existsSync, readFileSync, writeFileSync } from "node:fs";
 import type { AddressInfo } from "node:net";
@@ -6,9 +7,10 @@ import { basename, dirname, join } from "node:path";
 import { gzipSync } from "node:zlib";
 import type { Browser } from "playwright-core";
 import { afterAll, beforeAll, describe, expect, it } from "vitest";
-import { accessibilityFaults, commandKeyframes, keyframeTable, kRecordings, kSite, open, startBrowser, temporaryFolder } from "./support";
+import { accessibilityFaults, commandKeyframes, keyframeTable, kRecordings, kSite, open, orvanta, startBrowser, temporaryFolder } from "./support";
 
 const kEditor = kRecordings[0] as string;
+const hasZstd = spawnSync("zstd", ["--version"]).status === 0;
 const kAnyFile = 'input[type="file"][multiple]';
 
 describe.runIf(existsSync(kSite))("the static page", () => {
@@ -60,6 +62,64 @@ describe.runIf(existsSync(kSite))("the static page", () => {
         await page.getByLabel("Shape").selectOption("9:16");
         await expect.poll(() => page.locator(".viewer figcaption").textContent(), { timeout: 20_000 }).toContain("450×800");
         expect((await keyframeTable(page)).map((row) => row.reason)).toContain("whole");
+    });
+
+    it("asks the director, with what it can be told, and shows its evidence", async () => {
+        const { page, complaints } = await open(browser, kSite);
+        await page.setInputFiles(kAnyFile, kEditor);
+        await page.waitForSelector(".keyframes");
+        await page.getByLabel("Shape").selectOption("0.5");
+        await page.getByLabel("Engine").selectOption("director");
+        const facts = async (): Promise<string[][]> => (await keyframeTable(page)).map((row) => [row.place, row.size, row.reason]);
+        const command = (...words: string[]): (string | null)[][] =>
+            commandKeyframes(kEditor, "--size", "0.5", "--engine", "director", ...words).map((keyframe) => [`${keyframe.left}, ${keyframe.top}`, `${keyframe.width}×${keyframe.height}`, keyframe.reason]);
+        await expect.poll(facts, { timeout: 20_000 }).toEqual(command());
+        const plan = JSON.parse(orvanta("inspect", kEditor, "--size", "0.5", "--engine", "director", "--format", "json")) as { shots: { evidence: { kind: string; weight: number }[] }[] };
+        const kinds = new Set(plan.shots.flatMap(({ evidence }) => evidence.map(({ kind }) => `evidence-${kind.replaceAll(" ", "-")}`)));
+        const lanes = await page.locator(".lane-names li").evaluateAll((items) => items.map((item) => (item as HTMLElement).dataset["lane"] ?? ""));
+        expect(new Set(lanes.filter((lane) => lane.startsWith("evidence-")))).toEqual(kinds);
+        await page.locator(".keyframes tbody tr").nth(1).click();
+        const most = plan.shots[1]?.evidence[0];
+        await page.locator(".details").getByRole("button", { name: new RegExp(`^${most?.kind ?? ""}, ${most?.weight.toFixed(1) ?? ""} s`, "i") }).click();
+        await expect.poll(() => page.locator(".details h2").textContent()).toBe(`Evidence: ${most?.kind ?? ""}`);
+        expect(await page.locator(".why").textContent()).toContain("The best other frame");
+        expect(await accessibilityFaults(page)).toEqual([]);
+
+        await page.getByLabel("Calm").fill("3");
+        await page.getByLabel("Readable from zoom").fill("0.9");
+        await page.getByRole("combobox", { name: "Presses" }).selectOption("cheap");
+        await page.getByLabel("Clip start").fill("20");
+        await page.getByLabel("Clip end").fill("1:30");
+        await page.keyboard.press("Tab");
+        const expected = command("--calm", "3", "--readable", "0.9", "--presses", "cheap", "--clip", "20:90");
+        expect(expected).not.toEqual(command());
+        await expect.poll(facts, { timeout: 20_000 }).toEqual(expected);
+        await page.getByLabel("Clip end").fill("soon");
+        await page.keyboard.press("Tab");
+        await expect.poll(() => page.getByRole("alert").textContent()).toContain("“soon” is no time");
+        expect(complaints).toEqual([]);
+    });
+
+    it.runIf(hasZstd)("takes a recording packed with zstd", async () => {
+        const file = join(temporaryFolder(), "editor.jsonl.zst");
+        execFileSync("zstd", ["-q", kEditor, "-o", file]);
+        const { page } = await open(browser, kSite);
+        await page.setInputFiles(kAnyFile, file);
+        await page.waitForSelector(".keyframes tbody tr");
+        expect(await page.title()).toContain("editor.jsonl");
+    });
+
+    it("tells of what is no recording what it is, and what to do", async () => {
+        const { page } = await open(browser, kSite);
+        const bring = (name: string, content: Buffer): Promise<void> => page.setInputFiles(kAnyFile, { name, mimeType: "application/octet-stream", buffer: content });
+        await bring("request.txt", Buffer.from("640 400 10000000\n1\n"));
+        await expect.poll(() => page.getByRole("alert").textContent()).toContain("captured request, which this page does not read; make a page of it with: orvanta report request.txt");
+        await bring("all.jsonl", Buffer.from("PK\x03\x04rest"));
+        await expect.poll(() => page.getByRole("alert").textContent()).toContain("all.jsonl is a zip archive");
+        await bring("cut.jsonl.zst", Buffer.from([0x28, 0xb5, 0x2f, 0xfd, 0x24, 0xff, 0x01]));
+        await expect.poll(() => page.getByRole("alert").textContent()).toContain("cannot be unpacked");
+        await bring("cut.jsonl.gz", gzipSync(readFileSync(kEditor)).subarray(0, 999));
+        await expect.poll(() => page.getByRole("alert").textContent()).toContain("cut.jsonl.gz cannot be unpacked");
     });
 
     it("tells of a broken file which line is wrong, and stays usable", async () => {

@@ -2,7 +2,7 @@
 import { Machine, compile } from "./machine.js";
 import { CameraPath } from "./path.js";
 import { ticksOf, withRequest } from "./request.js";
-import { readKeyframes, readRect, readStages } from "./tables.js";
+import { readEvidence, readKeyframes, readRect, readStages } from "./tables.js";
 import type { Easing, Keyframe, Options, Plan, PlanOptions, Recording, Rect } from "./types.js";
 
 const NO_KEYFRAMES = 7;
@@ -38,6 +38,9 @@ export class Orvanta {
           const plan: Plan = { keyframes: readKeyframes(machine, result) };
           if (stages) {
             plan.stages = readStages(machine, result);
+            if (options.engine === "director") {
+              plan.evidence = readEvidence(machine, result, plan.keyframes.length);
+            }
           }
           return plan;
         } finally {

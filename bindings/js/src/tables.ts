@@ -1,6 +1,6 @@
 // The tables of a result as objects.
 import type { Address, Machine } from "./machine.js";
-import type { Keyframe, Mode, Rect, Slice, Space, Stages, ValueObject, Zone } from "./types.js";
+import type { DirectorEvidence, Keyframe, Mode, Rect, Slice, Space, Stages, ValueObject, Zone } from "./types.js";
 
 // The numbers of the tables, and the flags of a slice, in the C interface.
 const KEYFRAMES = 0;
@@ -116,6 +116,35 @@ function readSlices(machine: Machine, result: Address, sliceTable: number, space
       mode: mode(view.getInt32(at + 68, true)),
       revision: view.getInt32(at + 64, true),
     };
+  });
+}
+
+const EVIDENCE_SIZE = 80;
+
+/** What the director's shots are for. */
+export function readEvidence(machine: Machine, result: Address, shots: number): DirectorEvidence[] {
+  return machine.using((allocate) => {
+    const row = allocate(EVIDENCE_SIZE);
+    const evidence: DirectorEvidence[] = [];
+    for (let shot = 0; shot < shots; ++shot) {
+      for (let i = 0; machine.callPlain("orvanta_js_evidence", result, shot, i, row) !== 0; ++i) {
+        const view = machine.view();
+        const found: DirectorEvidence = {
+          keyframe: shot,
+          kind: "",
+          weight: view.getFloat64(row, true),
+          seen: view.getFloat64(row + 8, true),
+          count: view.getUint32(row + 64, true),
+          rect: readRect(view, row + 32),
+          cost: view.getFloat64(row + 16, true),
+          runnerUp: view.getInt32(row + 68, true) !== 0 ? readRect(view, row + 48) : null,
+          runnerUpCost: view.getFloat64(row + 24, true),
+        };
+        found.kind = machine.text(machine.callPlain("orvanta_js_evidence_kind", result, shot, i));
+        evidence.push(found);
+      }
+    }
+    return evidence;
   });
 }
 

@@ -196,10 +196,34 @@ export type Easing =
   | "smooth"
   | readonly [x1: number, y1: number, x2: number, y2: number];
 
+/** One kind of evidence that a shot of the director was made for. */
+export interface DirectorEvidence {
+  /** Index of the shot's keyframe. */
+  keyframe: number;
+  /** "press", "drag", "typing", "change", "small window", "page" and so on. */
+  kind: string;
+  /** Seconds of a viewer's interest during the shot. */
+  weight: number;
+  /** The share of them that the frame shows, 0 to 1. */
+  seen: number;
+  /** Pieces of evidence. */
+  count: number;
+  /** The box around all of it. */
+  rect: Rect;
+  /** Of the whole shot: seconds of missed sight, the moves at both ends included. */
+  cost: number;
+  /** The best other frame for the shot's time; null where there is none. */
+  runnerUp: Rect | null;
+  /** What the shot would have cost with it. */
+  runnerUpCost: number;
+}
+
 /** What a plan came to. Plain data: it may be sent between threads. */
 export interface Plan {
   /** By time. Empty where nothing is worth a move: the whole recording then stays on show. */
   keyframes: Keyframe[];
-  /** There when `stages` was asked for; empty for the voting engine. */
+  /** There when `stages` was asked for; empty for the other engines. */
   stages?: Stages;
+  /** What the shots are for, by shot and then by weight; there when `stages` was asked of the director. */
+  evidence?: DirectorEvidence[];
 }

@@ -19,6 +19,7 @@
 #include "writing/Inspection.h"
 #include "writing/KeyframeOutput.h"
 #include "writing/Output.h"
+#include "writing/PlanReport.h"
 
 namespace OrvantaNS::command {
 
@@ -44,8 +45,9 @@ public:
 
     ExitStatus run() override {
         if (!hasReportPage()) {
-            throw OptionError("report: this command was built without the page; install Node.js 18.19 or later with npm, "
-                              "configure with -DORVANTA_BUILD_PAGE=ON and build again");
+            throw OptionError(
+                "report: this command was built without the page; install Node.js 18.19 or later with npm, "
+                "configure with -DORVANTA_BUILD_PAGE=ON and build again");
         }
         const RequestOptions request = request_.value();
         output_.check(recording_);
@@ -72,6 +74,13 @@ protected:
 
 private:
     static Json inspect(const Recording& recording, const EngineSetup& engine) {
+        if (engine == EngineChoice::Director) {
+            Json document = planDocument(askPlan(recording.params, engine.director), recording);
+            document["failure"] = Json();
+            document["keyframes"] = std::move(document["shots"]);
+            document.erase("shots");
+            return document;
+        }
         if (engine != EngineChoice::Value) {
             Json document = requestDocument(recording, engine);
             document["failure"] = Json();

@@ -32,7 +32,7 @@ std::string planText(const DirectorPlan& plan, const Recording& recording) {
     return text;
 }
 
-std::string planJson(const DirectorPlan& plan, const Recording& recording) {
+Json planDocument(const DirectorPlan& plan, const Recording& recording) {
     Json document = requestDocument(recording, EngineChoice::Director);
     document["cost"] = plan.cost;
     Json& shots = document["shots"] = Json::array();
@@ -51,7 +51,11 @@ std::string planJson(const DirectorPlan& plan, const Recording& recording) {
         }
         shots.push_back(std::move(entry));
     }
-    return jsonText(document);
+    return document;
+}
+
+std::string planJson(const DirectorPlan& plan, const Recording& recording) {
+    return jsonText(planDocument(plan, recording));
 }
 
 } // namespace OrvantaNS::command

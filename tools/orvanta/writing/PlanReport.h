@@ -5,6 +5,7 @@
 
 #include "OrvantaDirector.h"
 #include "reading/Recording.h"
+#include "writing/Json.h"
 
 namespace OrvantaNS::command {
 
@@ -12,6 +13,9 @@ namespace OrvantaNS::command {
 std::string planText(const DirectorPlan& plan, const Recording& recording);
 
 /// The request, then `cost` and `shots`. Costs and weights are in seconds; rectangles have local pixels.
+Json planDocument(const DirectorPlan& plan, const Recording& recording);
+
+/// The same as text.
 std::string planJson(const DirectorPlan& plan, const Recording& recording);
 
 } // namespace OrvantaNS::command

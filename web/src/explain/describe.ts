@@ -3,7 +3,8 @@ import { rectText, sizeText, isEmpty, type Rect } from "../model/geometry";
 import type { Item } from "../model/items";
 import { rectAt } from "../model/recording";
 import {
-    keyframesOfShot, kDecay, kWorth, objectsOfSlice, shotOfSlice, slicesOfObject, slicesOfShot,
+    evidenceOfKeyframe, keyframesOfShot, kDecay, kWorth, objectsOfSlice, shotOfSlice, slicesOfObject, slicesOfShot,
+    type ShotCost,
 } from "../model/stages";
 import { wishList } from "../edit/edits";
 import type { Session } from "../session";
@@ -54,6 +55,10 @@ export function linkTo(session: Session, item: Item): Link {
             const object = stages.objects[item.index];
             return { item, text: `${capital(typeName(object?.type ?? ""))} at ${at(object?.start)}` };
         }
+        case "evidence": {
+            const evidence = stages.evidence[item.index];
+            return { item, text: `${capital(evidence?.kind ?? "")}, ${(evidence?.weight ?? 0).toFixed(1)} s of interest` };
+        }
         case "slice":
             return { item, text: `Slice ${item.index} at ${at(stages.slices[item.index]?.start)}` };
         case "shot": {
@@ -100,6 +105,14 @@ function objectsAround(session: Session, start: number, stop: number, rect: Rect
     });
 }
 
+function costFields(cost: ShotCost | undefined): [string, string][] {
+    if (!cost) return [];
+    return [
+        ["Missed sight", `${cost.cost.toFixed(1)} s, moves included`],
+        ["Best other frame", cost.other ? `${rectText(cost.other.rect)}, would miss ${cost.other.cost.toFixed(1)} s` : "none to rest on for so long"],
+    ];
+}
+
 /** What the page tells of an item; null when there is no such item any more. */
 export function describe(session: Session, item: Item): Details | null {
     const { stages, recording } = session.model;
@@ -123,11 +136,14 @@ export function describe(session: Session, item: Item): Details | null {
                 ["Move", move ? `${spanText(move.start, move.stop)}${move.cutShort ? ", cut short by the next" : ""}` : "none: another keyframe at this time replaces it"],
                 ["Holds until", timeText(stop, 2)],
                 ["Tick", String(keyframe.tick)],
+                ...costFields(stages.costs[keyframe.engine ?? -1]),
             ];
             const wish = keyframe.origin === "pin" || keyframe.origin === "whole"
                 ? wishList(session.edits.value.value).findIndex((ref) => ref.kind === keyframe.origin && ref.index === keyframe.index)
                 : -1;
-            const from = wish >= 0 ? [group("Change", links(session, "wish", [wish]))] : shot === null ? [] : [
+            const from = wish >= 0 ? [group("Change", links(session, "wish", [wish]))] : shot === null ? [
+                group("Evidence", links(session, "evidence", evidenceOfKeyframe(stages, keyframe.engine ?? -1))),
+            ] : [
                 group("Shot", links(session, "shot", [shot])),
                 group("Slices merged into it", links(session, "slice", slicesOfShot(stages, shot))),
             ];
@@ -191,6 +207,24 @@ export function describe(session: Session, item: Item): Details | null {
                     group("Windows", links(session, "window", windows)),
                 ],
                 became: [group("Slices that it gives value", links(session, "slice", slicesOfObject(stages, i)))],
+            };
+        }
+        case "evidence": {
+            const evidence = stages.evidence[i];
+            if (!evidence) return null;
+            const within = <T extends { time: number }>(list: readonly T[]): number[] =>
+                list.flatMap(({ time }, k) => (time >= evidence.start && time < evidence.stop ? [k] : []));
+            return {
+                title: `Evidence: ${evidence.kind}`, start: evidence.start, stop: evidence.stop, rect: evidence.rect,
+                fields: [
+                    ["Time", spanText(evidence.start, evidence.stop)],
+                    ["Interest", `${evidence.weight.toFixed(2)} s of a viewer’s`],
+                    ["In the frame", `${Math.round(100 * evidence.seen)} % of it`],
+                    ["Pieces", String(evidence.count)],
+                    ["Around all of them", rectText(evidence.rect)],
+                ],
+                from: evidence.kind === "press" || evidence.kind === "drag" ? [group("Presses", links(session, "press", within(recording.presses)))] : [],
+                became: [group("Keyframe", links(session, "keyframe", plannedFrom(session, [evidence.keyframe])))],
             };
         }
         case "press": {

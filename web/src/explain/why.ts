@@ -1,6 +1,6 @@
 // "Why here?": the camera's place at a moment, in sentences.
 import { area, intersection, isEmpty, sizeText, type Rect } from "../model/geometry";
-import { slicesOfShot, type Stages, type ValueObject, type Shot } from "../model/stages";
+import { evidenceOfKeyframe, slicesOfShot, type Stages, type Shot, type ShotCost, type ValueObject } from "../model/stages";
 import type { PlannedKeyframe, Session } from "../session";
 import { lengthText, timeText } from "../time/format";
 import { kReadable } from "../camera/figures";
@@ -104,6 +104,39 @@ function modeSentence(stages: Stages, shot: Shot, frame: Rect, screen: { width: 
     }
 }
 
+/** What people call the director's evidence; what is always there a little says nothing. */
+const kEvidenceWords: Readonly<Record<string, string>> = {
+    press: "presses", drag: "dragging", typing: "typing", change: "changes", "small window": "a small window",
+    "window opens": "a window that opened", page: "a page that changed", linger: "what was of interest last",
+};
+
+function directorSentences(stages: Stages, keyframe: PlannedKeyframe, screen: { width: number; height: number }): string[] {
+    const engine = keyframe.engine as number;
+    const where = `${sizeText(keyframe.rect)} ${placeText(keyframe.rect, screen)}`;
+    const told = evidenceOfKeyframe(stages, engine)
+        .flatMap((i) => {
+            const evidence = stages.evidence[i];
+            const words = kEvidenceWords[evidence?.kind ?? ""];
+            return evidence && words ? [{ ...evidence, words }] : [];
+        })
+        .slice(0, kMostKinds);
+    const parts = told.map(({ weight, words }) => `${lengthText(weight)} of ${words}`);
+    const list = parts.length > 1 ? `${parts.slice(0, -1).join(", ")} and ${parts[parts.length - 1] as string}` : (parts[0] ?? keyframe.reason ?? "");
+    const sentences = [`On ${where}${list ? ` for ${list}` : ""}.`];
+    const weight = told.reduce((sum, evidence) => sum + evidence.weight, 0);
+    if (weight > 0) {
+        const seen = told.reduce((sum, evidence) => sum + evidence.weight * evidence.seen, 0) / weight;
+        sentences.push(seen > 0.985 ? "The frame shows all of it." : `The frame shows ${Math.round(100 * seen)} % of it.`);
+    }
+    const { cost, other } = stages.costs[engine] as ShotCost;
+    if (other) {
+        const smaller = other.rect.width < keyframe.rect.width - 1;
+        const kind = smaller ? "closer" : other.rect.width > keyframe.rect.width + 1 ? "wider" : "moved";
+        sentences.push(`The best other frame, ${kind} with ${sizeText(other.rect)}, would miss ${other.cost.toFixed(1)} s of what matters; this one misses ${cost.toFixed(1)} s.`);
+    }
+    return sentences;
+}
+
 /** Why the camera stands where a keyframe puts it; asked for at every moment, worked out once. */
 const known = new WeakMap<PlannedKeyframe, string[]>();
 
@@ -131,6 +164,8 @@ function explain(session: Session, keyframe: PlannedKeyframe, frame: Rect): stri
         sentences.push(`Pinned by hand on ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
     } else if (keyframe.origin === "whole") {
         sentences.push("On the whole screen, as asked for by hand.");
+    } else if (keyframe.engine !== null && stages.costs[keyframe.engine]) {
+        sentences.push(...directorSentences(stages, keyframe, recording));
     } else if (keyframe.reason) {
         sentences.push(`${keyframe.reason.charAt(0).toUpperCase()}${keyframe.reason.slice(1)}: ${sizeText(keyframe.rect)} ${placeText(keyframe.rect, recording)}.`);
     } else {

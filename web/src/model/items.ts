@@ -8,6 +8,7 @@ export type ItemKind =
     | "changes"
     | "stroke"
     | "object"
+    | "evidence"
     | "slice"
     | "shot"
     | "keyframe"

@@ -49,6 +49,32 @@ export interface Keyframe {
     shot: number | null;
 }
 
+/** One kind of evidence that the director made a shot for. */
+export interface Evidence {
+    /** "press", "typing", "page" and so on. */
+    kind: string;
+    /** Index of the shot's keyframe. */
+    keyframe: number;
+    /** Seconds: the shot's time. */
+    start: number;
+    stop: number;
+    /** Around all of it. */
+    rect: Rect;
+    /** Seconds of a viewer's interest. */
+    weight: number;
+    /** The share of them that the frame shows. */
+    seen: number;
+    /** Pieces. */
+    count: number;
+}
+
+/** What the director weighed a shot with, seconds of missed sight. */
+export interface ShotCost {
+    cost: number;
+    /** The best other frame for the shot's time. */
+    other: { rect: Rect; cost: number } | null;
+}
+
 export interface Stages {
     engine: string;
     target: Size;
@@ -63,12 +89,31 @@ export interface Stages {
     objects: ValueObject[];
     slices: Slice[];
     shots: Shot[];
+    /** The director's, by shot and then by weight; empty for the other engines. */
+    evidence: Evidence[];
+    /** The director's, one for each keyframe. */
+    costs: ShotCost[];
     keyframes: Keyframe[];
+}
+
+export interface RawEvidence {
+    kind: string;
+    weight: number;
+    seen: number;
+    count: number;
+    rect: Edges;
 }
 
 interface RawSpan {
     start: number;
     stop: number;
+}
+
+interface RawShotCost {
+    cost?: number;
+    runnerUp?: Edges | null;
+    runnerUpCost?: number | null;
+    evidence?: RawEvidence[];
 }
 
 /** The object that `inspect --format json` prints. */
@@ -92,7 +137,7 @@ export interface Inspection {
         windowRect: Edges;
         hotRect: Edges;
     })[];
-    keyframes?: (Rect & { tick: number; seconds: number; reason?: string | null; slice?: number | null })[];
+    keyframes?: (Rect & { tick: number; seconds: number; reason?: string | null; slice?: number | null } & RawShotCost)[];
 }
 
 /** How far before its slice a keyframe may lie: the camera sets off with the hand. Seconds. */
@@ -107,6 +152,18 @@ function shotOf(shots: readonly Shot[], seconds: number, reason: string | null, 
         if (seconds >= shot.start - kLongestLead - kRounding && seconds <= shot.stop + kRounding) return i;
     }
     return null;
+}
+
+/** Evidence with the time of its shot: from its keyframe to the next. */
+export function placedEvidence(raw: readonly (RawEvidence & { keyframe: number })[], keyframes: readonly Keyframe[], stop: number): Evidence[] {
+    return raw.map(({ kind, keyframe, rect, weight, seen, count }) => ({
+        kind, keyframe, weight, seen, count, rect: fromEdges(rect),
+        start: keyframes[keyframe]?.seconds ?? 0, stop: keyframes[keyframe + 1]?.seconds ?? stop,
+    }));
+}
+
+export function evidenceOfKeyframe(stages: Stages, keyframe: number): number[] {
+    return stages.evidence.flatMap((evidence, i) => (evidence.keyframe === keyframe ? [i] : []));
 }
 
 export function readStages(raw: Inspection): Stages {
@@ -144,6 +201,13 @@ export function readStages(raw: Inspection): Stages {
             spaces: slice.spaces.map((space) => ({ rect: fromEdges(space.rect), density: space.density })),
         })),
         shots,
+        evidence: placedEvidence(
+            (raw.keyframes ?? []).flatMap((keyframe, i) => (keyframe.evidence ?? []).map((evidence) => ({ ...evidence, keyframe: i }))),
+            keyframes, raw.clip.stopTick / scale,
+        ),
+        costs: (raw.keyframes ?? []).flatMap(({ cost, runnerUp, runnerUpCost }) =>
+            cost === undefined ? [] : [{ cost, other: runnerUp ? { rect: fromEdges(runnerUp), cost: runnerUpCost ?? 0 } : null }],
+        ),
         keyframes,
     };
 }

@@ -1,10 +1,11 @@
 // The static page: bring a recording, see the camera, change it, take it along.
-import { useSignal } from "@preact/signals";
+import { useSignal, type Signal } from "@preact/signals";
 import { useEffect, useRef } from "preact/hooks";
 import type { JSX } from "preact";
 import { App, Logo, ThemeButton } from "../ui/App";
 import { Icon } from "../ui/icons";
 import sample from "../../../examples/recordings/files_terminal.jsonl?raw";
+import { timeText } from "../time/format";
 import type { Workspace } from "./workspace";
 
 const kShapes = ["16:9", "4:3", "1:1", "4:5", "9:16", "0.5"];
@@ -37,6 +38,53 @@ function FileButton({ label, accept, onFiles, accent }: { label: string; accept:
     );
 }
 
+function TimeField({ label, value, placeholder }: { label: string; value: Signal<string>; placeholder: string }): JSX.Element {
+    return (
+        <label class="inline field">
+            <span>{label}</span>
+            <input type="text" size={6} value={value.value} placeholder={placeholder} onChange={(event) => (value.value = event.currentTarget.value)} />
+        </label>
+    );
+}
+
+/** A number that is taken over where it lies in its bounds, and else put back. */
+function NumberField({ label, value, min, max, step, unit }: { label: string; value: Signal<number>; min: number; max: number; step: number; unit: string }): JSX.Element {
+    return (
+        <label class="inline field">
+            <span>{label}</span>
+            <input
+                type="number"
+                min={min}
+                max={max}
+                step={step}
+                value={value.value}
+                onChange={(event) => {
+                    const wanted = Number(event.currentTarget.value);
+                    if (event.currentTarget.value !== "" && wanted >= min && wanted <= max) value.value = wanted;
+                    else event.currentTarget.value = String(value.value);
+                }}
+            />
+            {unit && <span>{unit}</span>}
+        </label>
+    );
+}
+
+function DirectorSettings({ workspace }: { workspace: Workspace }): JSX.Element {
+    return (
+        <>
+            <NumberField label="Calm" value={workspace.calm} min={0.05} max={20} step={0.25} unit="" />
+            <NumberField label="Readable from zoom" value={workspace.readable} min={0.05} max={1} step={0.05} unit="" />
+            <label class="inline">
+                <span>Presses</span>
+                <select value={workspace.presses.value} onChange={(event) => (workspace.presses.value = event.currentTarget.value === "cheap" ? "cheap" : "always")}>
+                    <option value="always">always in the picture</option>
+                    <option value="cheap">where it costs little</option>
+                </select>
+            </label>
+        </>
+    );
+}
+
 function Settings({ workspace }: { workspace: Workspace }): JSX.Element {
     const other = useSignal(!kShapes.includes(workspace.size.value));
     const resolved = workspace.resolved.value;
@@ -63,29 +111,22 @@ function Settings({ workspace }: { workspace: Workspace }): JSX.Element {
                     <input type="text" value={workspace.size.value} onChange={(event) => (workspace.size.value = event.currentTarget.value)} />
                 </label>
             )}
-            <label class="inline field">
-                <span>Fade</span>
-                <input
-                    type="number"
-                    min={0}
-                    max={10}
-                    step={0.1}
-                    value={workspace.fade.value}
-                    onChange={(event) => {
-                        const value = Number(event.currentTarget.value);
-                        if (event.currentTarget.value !== "" && value >= 0 && value <= 10) workspace.fade.value = value;
-                        else event.currentTarget.value = String(workspace.fade.value);
-                    }}
-                />
-                <span>s</span>
-            </label>
+            <NumberField label="Fade" value={workspace.fade} min={0} max={10} step={0.1} unit="s" />
             <label class="inline">
                 <span>Engine</span>
                 <select value={workspace.engine.value} onChange={(event) => (workspace.engine.value = event.currentTarget.value)}>
                     <option value="value">value</option>
                     <option value="voting">voting</option>
+                    <option value="director">director</option>
                 </select>
             </label>
+            {workspace.engine.value === "director" && <DirectorSettings workspace={workspace} />}
+            {workspace.engine.value !== "voting" && (
+                <>
+                    <TimeField label="Clip start" value={workspace.clipStart} placeholder="0:00" />
+                    <TimeField label="Clip end" value={workspace.clipStop} placeholder={timeText(workspace.brought.value?.recording.stop ?? 0, 0)} />
+                </>
+            )}
         </div>
     );
 }
@@ -129,7 +170,7 @@ export function Site({ workspace }: { workspace: Workspace }): JSX.Element {
     }, [workspace]);
     const session = workspace.session.value;
     const take = (files: File[]): void => void workspace.take(files);
-    const accept = ".jsonl,.gz,.mp4,.webm,.mov,.mkv,video/*";
+    const accept = ".jsonl,.gz,.zst,.zstd,.mp4,.webm,.mov,.mkv,video/*";
     const notices = (
         <>
             {workspace.problem.value && <p class="notice" role="alert">{workspace.problem.value}</p>}
@@ -164,7 +205,7 @@ export function Site({ workspace }: { workspace: Workspace }): JSX.Element {
                 {notices}
                 <section class="drop panel" aria-labelledby="drop-title">
                     <h2 id="drop-title">A camera for your screen recording</h2>
-                    <p>Drop a recording (<code>.jsonl</code>, <code>.jsonl.gz</code>) here, and its video if there is one.</p>
+                    <p>Drop a recording (<code>.jsonl</code>, <code>.jsonl.gz</code>, <code>.jsonl.zst</code>) here, and its video if there is one.</p>
                     <div class="button-row">
                         <FileButton label="Choose files" accept={accept} onFiles={take} accent />
                         <button type="button" class="plain" onClick={() => void workspace.takeRecording(new Blob([sample]), "files_terminal.jsonl")}>Try the example</button>

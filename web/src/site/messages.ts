@@ -9,6 +9,12 @@ export interface PlanRequest {
     engine: string;
     /** Seconds. */
     fade: number;
+    /** Seconds: from and to; all of it without. */
+    clip?: readonly [number, number];
+    /** For the director. */
+    calm?: number;
+    readable?: number;
+    presses?: "always" | "cheap";
 }
 
 export type PlanAnswer =

@@ -25,6 +25,7 @@ declare module "orvanta-engine" {
     }
     export interface EnginePlan {
         keyframes: { time: number; seconds: number; rect: Edges; reason: string | null; shot: number | null }[];
+        evidence?: { keyframe: number; kind: string; weight: number; seen: number; count: number; rect: Edges; cost: number; runnerUp: Edges | null; runnerUpCost: number }[];
         stages?: { objects: (EngineSpan & { type: string; rect: Edges })[]; slices: EngineSlice[]; shots: EngineSlice[] };
     }
     export interface EngineOptions {
@@ -33,6 +34,11 @@ declare module "orvanta-engine" {
         engine: string;
         /** Seconds. */
         fade: number;
+        /** Seconds: from and to. */
+        clip?: readonly [number, number];
+        calm?: number;
+        readable?: number;
+        presses?: "always" | "cheap";
         stages: boolean;
         onProgress?: (percent: number) => void;
     }

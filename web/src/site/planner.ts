@@ -2,7 +2,7 @@
 import type { EnginePlan } from "orvanta-engine";
 import { fromEdges } from "../model/geometry";
 import type { Recording } from "../model/recording";
-import type { Shot, Stages } from "../model/stages";
+import { placedEvidence, type Keyframe, type Shot, type ShotCost, type Stages } from "../model/stages";
 import EngineWorker from "./engineWorker?worker&inline";
 import type { PlanAnswer, PlanRequest } from "./messages";
 
@@ -18,14 +18,26 @@ export function stagesOf(plan: EnginePlan, request: PlanRequest, recording: Reco
             windowRect: fromEdges(slice.windowRect), hotRect: fromEdges(slice.hotRect),
         });
     });
+    const clip = {
+        start: request.clip ? Math.round(request.clip[0] * recording.timeScale) : 0,
+        stop: request.clip ? Math.round(request.clip[1] * recording.timeScale) : recording.stopTick,
+    };
+    const keyframes = plan.keyframes.map((keyframe): Keyframe => ({
+        tick: keyframe.time, seconds: keyframe.seconds, rect: fromEdges(keyframe.rect), reason: keyframe.reason,
+        shot: keyframe.shot === null ? null : (shotOfSlice.get(keyframe.shot) ?? null),
+    }));
+    const costs: ShotCost[] = [];
+    for (const { keyframe, cost, runnerUp, runnerUpCost } of plan.evidence ?? []) {
+        costs[keyframe] ??= { cost, other: runnerUp ? { rect: fromEdges(runnerUp), cost: runnerUpCost } : null };
+    }
     const fadeTicks = Math.trunc(request.fade * recording.timeScale);
     return {
         engine: request.engine,
         target: { width: request.width, height: request.height },
         fade: fadeTicks / recording.timeScale,
         fadeTicks,
-        clip: { start: 0, stop: recording.stop },
-        clipTicks: { start: 0, stop: recording.stopTick },
+        clip: { start: clip.start / recording.timeScale, stop: clip.stop / recording.timeScale },
+        clipTicks: clip,
         failure: null,
         objects: (plan.stages?.objects ?? []).map((object) => ({ type: object.type, start: object.start, stop: object.stop, rect: fromEdges(object.rect) })),
         slices: (plan.stages?.slices ?? []).map((slice) => ({
@@ -33,10 +45,9 @@ export function stagesOf(plan: EnginePlan, request: PlanRequest, recording: Reco
             spaces: slice.spaces.map((space) => ({ rect: fromEdges(space.rect), density: space.density })),
         })),
         shots,
-        keyframes: plan.keyframes.map((keyframe) => ({
-            tick: keyframe.time, seconds: keyframe.seconds, rect: fromEdges(keyframe.rect), reason: keyframe.reason,
-            shot: keyframe.shot === null ? null : (shotOfSlice.get(keyframe.shot) ?? null),
-        })),
+        evidence: placedEvidence(plan.evidence ?? [], keyframes, clip.stop / recording.timeScale),
+        costs,
+        keyframes,
     };
 }
 

@@ -1,10 +1,12 @@
 // The static page's state: what was brought, how the picture is to be, and what the engine makes of it.
 import { computed, effect, signal, type Signal } from "@preact/signals";
-import { inflate } from "../model/embedded";
+import { parseTime } from "../time/format";
 import { readRecording, RecordingError } from "../model/readRecording";
 import type { Recording } from "../model/recording";
 import { Session, type VideoSource } from "../session";
+import type { PlanRequest } from "./messages";
 import { plan, stagesOf } from "./planner";
+import { textOf, UnreadableFile } from "./unpack";
 import { resolveSize, SizeError } from "./size";
 
 interface Brought {
@@ -23,10 +25,29 @@ export class Workspace {
     readonly engine = signal("value");
     /** Seconds. */
     readonly fade = signal(1);
+    /** The stretch to work on, as times are written; empty for the recording's own ends. */
+    readonly clipStart = signal("");
+    readonly clipStop = signal("");
+    /** What the director is told: seconds of better sight that a move must earn, and the zoom from which text is readable. */
+    readonly calm = signal(1);
+    readonly readable = signal(0.75);
+    readonly presses: Signal<"always" | "cheap"> = signal("always");
     /** 0 to 100 while the engine works. */
     readonly progress: Signal<number | null> = signal(null);
     readonly problem: Signal<string | null> = signal(null);
     readonly session: Signal<Session | null> = signal(null);
+    /** The clip, seconds; null for all of the recording, a message where it cannot be used. */
+    readonly clip = computed((): readonly [number, number] | string | null => {
+        const brought = this.brought.value;
+        const [first, last] = [this.clipStart.value.trim(), this.clipStop.value.trim()];
+        if (!brought || (first === "" && last === "")) return null;
+        const start = first === "" ? 0 : parseTime(first);
+        const stop = last === "" ? brought.recording.stop : parseTime(last);
+        if (start === null || stop === null) return `“${start === null ? first : last}” is no time; write seconds, or minutes as 1:30.`;
+        if (start >= brought.recording.stop) return `The clip begins at ${first}, when the recording has ended.`;
+        if (start >= stop) return "The clip ends before it begins.";
+        return [start, Math.min(stop, brought.recording.stop)];
+    });
     private running: AbortController | null = null;
 
     /** The output size in pixels; null while the size cannot be used. */
@@ -48,14 +69,17 @@ export class Workspace {
             const resolved = this.resolved.value;
             const engine = this.engine.value;
             const fade = this.fade.value;
+            const clip = this.clip.value;
+            const director = engine === "director" ? { calm: this.calm.value, readable: this.readable.value, presses: this.presses.value } : {};
             clearTimeout(timer);
             if (!brought || resolved === null) return;
-            if (typeof resolved === "string") {
-                this.problem.value = resolved;
+            if (typeof resolved === "string" || typeof clip === "string") {
+                this.problem.value = typeof resolved === "string" ? resolved : (clip as string);
                 return;
             }
             const wait = this.session.peek() ? kSettle : 0;
-            timer = window.setTimeout(() => void this.compute(brought, { ...resolved, engine, fade }), wait);
+            const options = { ...resolved, engine, fade, ...director, ...(clip && engine !== "voting" ? { clip } : {}) };
+            timer = window.setTimeout(() => void this.compute(brought, options), wait);
         });
         effect(() => {
             const session = this.session.value;
@@ -67,7 +91,7 @@ export class Workspace {
         this.running?.abort();
     }
 
-    private async compute(brought: Brought, options: { width: number; height: number; engine: string; fade: number }): Promise<void> {
+    private async compute(brought: Brought, options: Omit<PlanRequest, "text">): Promise<void> {
         this.running?.abort();
         const running = new AbortController();
         this.running = running;
@@ -117,14 +141,16 @@ export class Workspace {
 
     async takeRecording(blob: Blob, name: string): Promise<void> {
         try {
-            const text = await inflate(blob);
-            const recording = readRecording(text, name.replace(/\.gz$/i, ""));
+            const text = await textOf(blob, name);
+            const recording = readRecording(text, name.replace(/\.(gz|zst|zstd)$/i, ""));
             if (this.video.peek() && this.brought.peek()) this.video.value = null; // It was the other recording's.
             this.session.peek()?.close();
             this.session.value = null;
+            this.clipStart.value = "";
+            this.clipStop.value = "";
             this.brought.value = { recording, text };
         } catch (error) {
-            this.problem.value = error instanceof RecordingError ? `${error.message}.` : `${name} cannot be read: ${String(error)}`;
+            this.problem.value = error instanceof RecordingError || error instanceof UnreadableFile ? `${error.message}.` : `${name} cannot be read: ${String(error)}`;
         }
     }
 }

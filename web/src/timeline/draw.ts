@@ -166,7 +166,7 @@ function drawSpans(ctx: Context, place: PlacedRow, row: SpanRow, scale: TimeScal
             ctx.fill();
         }
         if (row.text && count === 1 && height >= 14) {
-            const colour = row.hollow?.(i) ? palette.muted : palette.ink(`on-${row.id}`);
+            const colour = row.hollow?.(i) ? palette.muted : palette.ink(row.item === "evidence" ? "on-evidence" : `on-${row.id}`);
             drawLabel(ctx, row.text(i), left, right, (place.top + place.bottom) / 2 + 0.5, colour);
         }
     });

@@ -201,7 +201,35 @@ export function typesIn(stages: Stages): string[] {
     return present.sort((a, b) => rank(a) - rank(b) || (a < b ? -1 : 1));
 }
 
+/** The director's evidence, what people did first. */
+const kEvidenceInk: Readonly<Record<string, Ink>> = {
+    press: "press", drag: "press", typing: "caret", change: "changes", "small window": "menu", "window opens": "window",
+    page: "window", linger: "hover", context: "window", cursor: "cursor", whole: "other",
+};
+/** A frame that shows less of it made the shot in spite of it. */
+const kMostlySeen = 0.5;
+
+export function evidenceRows(stages: Stages): Row[] {
+    const order = Object.keys(kEvidenceInk);
+    const rank = (kind: string): number => (order.includes(kind) ? order.indexOf(kind) : order.length);
+    const kinds = [...new Set(stages.evidence.map(({ kind }) => kind))].sort((a, b) => rank(a) - rank(b) || (a < b ? -1 : 1));
+    return kinds.map((kind) => {
+        const label = kind.charAt(0).toUpperCase() + kind.slice(1);
+        return spanRow(
+            { id: `evidence-${kind.replaceAll(" ", "-")}`, label, height: 14, group: "objects", title: `Evidence: ${kind}; seconds of interest in each shot. Hollow where the frame shows less than half of it` },
+            "evidence", stages.evidence,
+            {
+                ink: () => kEvidenceInk[kind] ?? "other",
+                keep: (i) => stages.evidence[i]?.kind === kind,
+                hollow: (i) => (stages.evidence[i]?.seen ?? 1) < kMostlySeen,
+                text: (i) => `${(stages.evidence[i]?.weight ?? 0).toFixed(1)} s`,
+            },
+        );
+    });
+}
+
 export function objectRows(stages: Stages, together: boolean): Row[] {
+    if (stages.engine === "director") return evidenceRows(stages);
     if (together) {
         const text = { id: "objects", label: "Value objects", height: 18, group: "objects", title: "What the engine found worth seeing" } as const;
         return [spanRow(text, "object", stages.objects, { ink: (i) => typeInk(stages.objects[i]?.type ?? "") })];
@@ -225,6 +253,7 @@ export function modeInk(mode: string | null): Ink {
 }
 
 export function stageRows(stages: Stages): Row[] {
+    if (stages.engine === "director") return []; // Its shots are its keyframes.
     const slices = spanRow(
         { id: "slices", label: "Slices", height: 20, group: "engine", title: "Stretches with one focus; hollow ones are blank" },
         "slice", stages.slices,
