@@ -300,7 +300,7 @@ def main(arguments: Optional[list[str]] = None) -> int:
     parser.add_argument("--out", type=Path, required=True, metavar="DIR", help="folder for the results; made where it is not there")
     parser.add_argument("--size", type=_size, default=(640, 400), help="output frame, WIDTHxHEIGHT (default 640x400)")
     parser.add_argument("--fade", type=float, default=1.0, metavar="SECONDS", help="length of a move (default 1)")
-    parser.add_argument("--engine", default="value", help="engine that decides: value or voting (default value)")
+    parser.add_argument("--engine", default="value", help="engine that decides: value, voting or director (default value)")
     parser.add_argument("--easing", default="ease-in-out", help="how a move spreads over its time (default ease-in-out)")
     parser.add_argument("--render", action="store_true",
                         help="render the video that lies beside a recording (.mp4, .mkv, .webm or .mov of its name)")

@@ -2,7 +2,7 @@
 
 import functools
 from dataclasses import dataclass
-from typing import Any, Callable, Optional, Union
+from typing import Any, Callable, Literal, Optional, Union
 
 import numpy as np
 import numpy.typing as npt
@@ -18,8 +18,12 @@ Size = tuple[int, int]
 #: Start and stop, seconds.
 Clip = tuple[float, float]
 
+#: What presses of buttons may ask of the director: in the picture always, or only where that costs little.
+Presses = Literal["always", "cheap"]
+
+_PRESSES = {name: value for value, name in names_of("orvanta_presses", "ORVANTA_PRESSES_").items()}
 _ENGINES = {name: value for value, name in names_of("orvanta_engine", "ORVANTA_ENGINE_").items()}
-_REASON = "U11"  # The longest name is that of the full screen.
+_REASON = "U11"  # The longest name of a mode is that of the full screen.
 _OBJECT = "U24"
 _TABLES = {
     "keyframes": (lib.ORVANTA_TABLE_KEYFRAMES, "orvanta_keyframe"),
@@ -67,7 +71,7 @@ class Plan:
         engine: which engine decided.
         keyframes: time (ticks), left, top, right, bottom (local pixels: what is on show from `time` + fade on), seconds,
             reason, shot_mode, shot (row in `shots`, -1 without one), reason_name ("tight", "wide", "loose", "forced",
-            "off-window", "full screen" or "").
+            "off-window", "full screen" or ""; from the director a sentence, where the plan was asked for its stages).
         zones: start, stop (seconds), left, top, right, bottom (screen pixels): when which part of the screen was recorded.
         objects: start, stop (seconds), value, left, top, right, bottom (pixels relative to the zone), type, type_name:
             what happened.
@@ -129,13 +133,27 @@ def _ticks(seconds: float, recording: Recording, name: str) -> int:
     return int(ticks + 0.5) if ticks >= 0 else int(ticks - 0.5)
 
 
+@dataclass(frozen=True)
+class _Director:
+    """What the director is asked for."""
+
+    calm: float = 1.0
+    readable: float = 0.75
+    presses: str = "always"
+    overhang: bool = False
+
+
 class _Request:
     """A request of the C interface, with a recording's streams. Freed with the object."""
 
-    def __init__(self, recording: Recording, size: Size, fade: float, clip: Optional[Clip], engine: str) -> None:
+    def __init__(self, recording: Recording, size: Size, fade: float, clip: Optional[Clip], engine: str,
+                 director: _Director = _Director()) -> None:
         if engine not in _ENGINES:
             raise OrvantaError(f"there is no engine {engine!r}; there are {', '.join(sorted(_ENGINES))}",
                                lib.ORVANTA_BAD_ARGUMENT, "engine")
+        if director.presses not in _PRESSES:
+            raise OrvantaError(f"presses cannot be {director.presses!r}; there are {', '.join(sorted(_PRESSES))}",
+                               lib.ORVANTA_BAD_ARGUMENT, "presses")
         start, stop = (0.0, None) if clip is None else clip
         self.fade = fade
         self.clip = (_ticks(start, recording, "clip"),
@@ -148,6 +166,10 @@ class _Request:
         options.fade_duration = _ticks(fade, recording, "fade")
         options.clip_start, options.clip_stop = self.clip
         options.windows_flag = recording.windows_flag
+        options.calm = director.calm
+        options.readable = director.readable
+        options.presses = _PRESSES[director.presses]
+        options.overhang = director.overhang
         made = ffi.new("orvanta_request**")
         error = new_error()
         check(lib.orvanta_request_create(options, made, error), error)
@@ -202,7 +224,13 @@ def _table(result: Any, name: str) -> npt.NDArray[Any]:
     check(lib.orvanta_result_table(result, number, table, error), error)
     rows = rows_of(table.rows, table.count, table.stride, _row_type(c_name))
     if name == "keyframes":
-        return _with_names(rows, "reason_name", "reason", _REASON, lib.orvanta_mode_name)
+        reasons = [_text(lib.orvanta_result_reason(result, row)) for row in range(len(rows))]
+        width = max([int(_REASON[1:]), *map(len, reasons)])  # The director's are sentences.
+        named = np.empty(len(rows), packed(rows.dtype, [("reason_name", f"U{width}")]))
+        for field in rows.dtype.names or ():
+            named[field] = rows[field]
+        named["reason_name"] = reasons
+        return named
     if name == "objects":
         return _with_names(rows, "type_name", "type", _OBJECT, lib.orvanta_object_type_name)
     if name in ("slices", "shots"):
@@ -211,8 +239,8 @@ def _table(result: Any, name: str) -> npt.NDArray[Any]:
 
 
 def plan(recording: Recording, size: Size, *, fade: float = 1.0, clip: Optional[Clip] = None, engine: str = "value",
-         stages: bool = False, progress: Optional[Callable[[float], object]] = None,
-         cancelled: Optional[Callable[[], object]] = None) -> Plan:
+         calm: float = 1.0, readable: float = 0.75, presses: Presses = "always", overhang: bool = False, stages: bool = False,
+         progress: Optional[Callable[[float], object]] = None, cancelled: Optional[Callable[[], object]] = None) -> Plan:
     """Decides where the camera stands over the whole clip.
 
     Other Python threads go on running meanwhile; any number of plans may be made side by side.
@@ -223,7 +251,11 @@ def plan(recording: Recording, size: Size, *, fade: float = 1.0, clip: Optional[
             smaller than the recording in at least one dimension.
         fade: length of a move between two keyframes, seconds.
         clip: start and stop of the stretch to work on, seconds; all of the recording by default.
-        engine: "value" or "voting".
+        engine: "value", "voting" or "director".
+        calm: for the director: seconds of better sight that a move must earn; 1 is usual, 0.25 lively, 3 very calm; above 0.
+        readable: for the director: the zoom from which text counts as readable, 0.75 unless told; at most 1.
+        presses: for the director: "always" keeps every press of a button in the picture, "cheap" leaves out what costs much.
+        overhang: for the director: whether frames may be larger than the recording in one dimension.
         stages: whether to keep what the engine saw at each stage.
         progress: called with a percentage now and then, on this thread.
         cancelled: asked often; what counts as true ends the plan.
@@ -232,7 +264,7 @@ def plan(recording: Recording, size: Size, *, fade: float = 1.0, clip: Optional[
         OrvantaError: for a request that the engine refuses; its `parameter` says which part.
         Cancelled: where `cancelled` asked for it.
     """
-    request = _Request(recording, size, fade, clip, engine)
+    request = _Request(recording, size, fade, clip, engine, _Director(calm, readable, presses, overhang))
     callbacks = _Run(progress, cancelled)
     handle = ffi.new_handle(callbacks)
     run = ffi.new("orvanta_run*")
@@ -260,12 +292,14 @@ def _rect(frame: Any) -> tuple[int, int, int, int]:
 
 
 def frame_at(recording: Recording, size: Size, seconds: float, *, fade: float = 1.0, clip: Optional[Clip] = None,
-             engine: str = "value") -> tuple[int, int, int, int]:
+             engine: str = "value", calm: float = 1.0, readable: float = 0.75, presses: Presses = "always",
+             overhang: bool = False) -> tuple[int, int, int, int]:
     """The one frame that is best at a moment, from the 20 seconds around it: left, top, right, bottom in local pixels.
+    The director knows the whole recording and gives the frame of its path. The arguments are those of `plan`.
 
     Raises `OrvantaError` as `plan` does.
     """
-    request = _Request(recording, size, fade, clip, engine)
+    request = _Request(recording, size, fade, clip, engine, _Director(calm, readable, presses, overhang))
     frame = ffi.new("orvanta_rect*")
     error = new_error()
     check(lib.orvanta_frame_at(request.handle, _ticks(seconds, recording, "seconds"), frame, error), error)

@@ -85,6 +85,7 @@ def main():
         out = [f"request {count}"]
         print_plan(out, request, "value", 0)
         print_plan(out, request, "voting", 1)
+        print_plan(out, request, "director", 2)
         print("\n".join(out))
 
 

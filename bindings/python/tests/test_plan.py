@@ -54,9 +54,35 @@ def test_plan_voting_engine(sample):
     assert set(plan.keyframes["reason_name"]) == {""}
 
 
+def test_plan_director_tells_in_words_why(sample):
+    plan = orvanta.plan(sample, (640, 400), engine="director", stages=True)
+    assert len(plan.keyframes) > 0
+    assert all(" " in reason for reason in plan.keyframes["reason_name"])
+    assert len(plan.slices) == 0
+
+
+def test_plan_director_calmer_moves_less(sample):
+    lively, calm = (orvanta.plan(sample, (640, 400), engine="director", calm=calm) for calm in (0.25, 8.0))
+    assert len(calm.keyframes) < len(lively.keyframes)
+
+
+def test_plan_director_overhang_allows_frames_beyond_the_recording():
+    # A portrait picture of a wide recording in which all that happens fills the screen.
+    recording = orvanta.Recording(
+        regions=[(0, 0, 0, 1280, 800)], windows=[(0, 0, 0, 1280, 800)], stop=60_000,
+        dirty_rects=[(tick, 0, 0, 1280, 800) for tick in range(20_000, 40_000, 100)])
+    whole = orvanta.plan(recording, (400, 640), engine="director", overhang=True).keyframes
+    inside = orvanta.plan(recording, (400, 640), engine="director").keyframes
+    assert any(row["bottom"] - row["top"] > 800 for row in whole)
+    assert all(row["bottom"] - row["top"] <= 800 for row in inside)
+
+
 @pytest.mark.parametrize(
     ("arguments", "parameter", "value", "limit"),
     [
+        ({"size": (640, 400), "engine": "director", "calm": -1.0}, "calm", -1, 0),
+        ({"size": (640, 400), "engine": "director", "readable": 1.5}, "readable", 1.5, 0),
+        ({"size": (640, 400), "engine": "director", "presses": "some"}, "presses", None, None),
         ({"size": (63, 400)}, "target_width", 63, 64),
         ({"size": (640, 10)}, "target_height", 10, 64),
         ({"size": (640, 400), "fade": 1e300}, "fade", 1e300, None),
