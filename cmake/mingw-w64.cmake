@@ -13,9 +13,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 
-# What is built runs on a Windows that has no compiler: the runtime libraries go into it.
+# What is built runs on a Windows that has no compiler: the runtime libraries go into it, and what one library has of them
+# is nothing that another should link to.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static -Wl,--exclude-libs,ALL")
 
 find_program(ORVANTA_WINE NAMES wine64 wine PATHS /usr/lib/wine)
 if(ORVANTA_WINE)
