@@ -6,8 +6,6 @@ namespace OrvantaNS::render {
 
 namespace {
 
-constexpr int kRowAlignment = 64; // Bytes: what the widest vector instructions of today load at once.
-
 template <typename T> T owned(T pointer) {
     if (pointer == nullptr) {
         throw std::bad_alloc();

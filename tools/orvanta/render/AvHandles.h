@@ -27,6 +27,8 @@ using CodecPointer = std::unique_ptr<AVCodecContext, AvDeleter>;
 using GraphPointer = std::unique_ptr<AVFilterGraph, AvDeleter>;
 using SwsPointer = std::unique_ptr<SwsContext, AvDeleter>;
 
+inline constexpr int kRowAlignment = 64; // Bytes: what the widest vector instructions of today load at once.
+
 /// An empty frame. Throws `std::bad_alloc`.
 FramePointer newFrame();
 /// A frame with memory for its picture, rows aligned for the widest vectors. Throws `std::bad_alloc`.

@@ -32,8 +32,7 @@ Span coveredSpan(double start, double length, int sourceSide, int side, int step
 
 } // namespace
 
-FramePointer FramePainter::blank(int width, int height) const {
-    FramePointer picture = newPicture(width, height, form_.format);
+FramePointer FramePainter::described(FramePointer picture) const {
     picture->color_range = form_.range;
     picture->colorspace = form_.matrix;
     picture->color_primaries = form_.primaries;
@@ -61,7 +60,7 @@ FramePointer FramePainter::paint(const AVFrame& source, const PictureRegion& fra
     if (!planarLayout(static_cast<AVPixelFormat>(source.format))) {
         return paint(*toPlanar(source), frame);
     }
-    FramePointer target = blank(form_.width, form_.height);
+    FramePointer target = described(pool_.picture());
     if (frame.left >= -kEdgeTolerance && frame.top >= -kEdgeTolerance &&
         frame.left + frame.width <= source.width + kEdgeTolerance &&
         frame.top + frame.height <= source.height + kEdgeTolerance) {
@@ -87,7 +86,8 @@ void FramePainter::paintOverhanging(const AVFrame& source, const PictureRegion& 
     }
     fill_.paint(source, visible, target);
     // The recording is painted on whole pixels around the place that it covers, each sample where the exact frame has it.
-    const FramePointer picture = blank(across.last - across.first, down.last - down.first);
+    const FramePointer picture =
+        described(newPicture(across.last - across.first, down.last - down.first, form_.format));
     const double sizeX = frame.width / target.width; // Source pixels per output pixel.
     const double sizeY = frame.height / target.height;
     scaler_.scale(source,

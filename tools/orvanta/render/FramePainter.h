@@ -2,6 +2,7 @@
 #pragma once
 
 #include "render/FrameFill.h"
+#include "render/PicturePool.h"
 #include "render/PictureScaler.h"
 
 namespace OrvantaNS::render {
@@ -22,19 +23,22 @@ struct PictureForm {
 /// Makes pictures of one form. Not for two threads at once; each thread has a painter of its own.
 class FramePainter {
 public:
-    FramePainter(const PictureForm& form, const FillChoice& fill) : form_(form), fill_(fill) {}
+    FramePainter(const PictureForm& form, const FillChoice& fill)
+        : form_(form), fill_(fill), pool_(form.width, form.height, form.format) {}
 
     /// The part `frame` of `source` (any pixel format), scaled to a new picture. Where the frame reaches beyond the source
     /// shows the fill. Throws `RenderError`.
     FramePointer paint(const AVFrame& source, const PictureRegion& frame);
 
 private:
-    FramePointer blank(int width, int height) const;
+    /// Says of a picture what its samples mean.
+    FramePointer described(FramePointer picture) const;
     FramePointer toPlanar(const AVFrame& source);
     void paintOverhanging(const AVFrame& source, const PictureRegion& frame, AVFrame& target);
 
     PictureForm form_;
     FrameFill fill_;
+    PicturePool pool_;
     PictureScaler scaler_;
     SwsPointer unpack_; // From a format that zimg does not read.
 };

@@ -20,17 +20,22 @@ namespace {
 /// Speeds by H.264's names, with what VP9 calls the same.
 struct Preset {
     std::string_view name;
-    int vp9Speed; // libvpx's "cpu-used" in its good-quality mode; 5 is its fastest.
+    int vp9Speed;  // libvpx's "cpu-used" in its good-quality mode; 5 is its fastest.
+    int lookahead; // Pictures that x264 holds to look ahead, unless told.
 };
-constexpr std::array<Preset, 9> kPresets{{{"ultrafast", 5},
-                                          {"superfast", 5},
-                                          {"veryfast", 5},
-                                          {"faster", 4},
-                                          {"fast", 4},
-                                          {"medium", 3},
-                                          {"slow", 2},
-                                          {"slower", 1},
-                                          {"veryslow", 0}}};
+constexpr std::array<Preset, 9> kPresets{{{"ultrafast", 5, 0},
+                                          {"superfast", 5, 0},
+                                          {"veryfast", 5, 10},
+                                          {"faster", 4, 20},
+                                          {"fast", 4, 30},
+                                          {"medium", 3, 40},
+                                          {"slow", 2, 50},
+                                          {"slower", 1, 60},
+                                          {"veryslow", 0, 60}}};
+
+// Pictures. One costs x264 almost 7 MB at 1920x1080: with the 40 of its medium preset a rendering holds 540 MB, with these
+// less than 400, for a file that is hardly larger.
+constexpr int kMostLookahead = 12;
 
 // Constant quality unless told: x264's own default, and what VP9 needs for about the same look.
 constexpr double kH264Crf = 23.0;
@@ -56,6 +61,11 @@ void choose(AVCodecContext& context, const EncodingChoice& choice) {
         setOption(context, "row-mt", "1");
     } else {
         setOption(context, "preset", choice.preset);
+        for (const Preset& preset : kPresets) {
+            if (preset.name == choice.preset && preset.lookahead > kMostLookahead) {
+                setOption(context, "rc-lookahead", std::to_string(kMostLookahead));
+            }
+        }
     }
     if (choice.bitrate) {
         context.bit_rate = *choice.bitrate;

@@ -17,7 +17,7 @@ struct EncodingChoice {
     std::optional<double> crf;           ///< Constant quality; the encoder's own scale, smaller is better.
     std::optional<std::int64_t> bitrate; ///< Bits a second, instead of a quality.
     std::string preset = "medium"; ///< "ultrafast" to "veryslow", by H.264's names; VP9 gets the speed that matches.
-    int threads = 0;               ///< 0: as many as processors.
+    int threads = 0;               ///< 0: as many as the encoder finds right.
 };
 
 /// Bits a second of "2500k", "4M" or "800000". Throws `SettingError`.

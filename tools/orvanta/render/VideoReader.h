@@ -33,7 +33,7 @@ struct SoundPacket {
 /// Reads the best video stream and all sound streams, in the order in which the file has them.
 class VideoReader {
 public:
-    /// Opens the file and decodes the first picture. `threads` is that of the decoder, 0 as many as processors.
+    /// Opens the file and decodes the first picture. `threads` is that of the decoder, 0 as many as it finds right.
     /// Throws `VideoError` when there is no picture in it.
     VideoReader(const std::string& path, int threads, StopQuestion stop);
 

@@ -26,7 +26,7 @@ struct RenderJob {
     CameraView camera;
     double recordedWidth = 0.0; ///< Pixels of the recording that the video's width shows.
     double recordedHeight = 0.0;
-    int threads = 1; ///< That decode, scale and encode, each.
+    int threads = 1; ///< That scale.
 };
 
 /// How far a rendering is; told from another thread than the caller's.

@@ -99,7 +99,8 @@ render::RenderJob settingsOf(const RenderRequest& request) {
     render::checkPreset(job.encoding.preset);
     job.threads =
         request.threads > 0 ? request.threads : std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-    job.encoding.threads = job.threads;
+    job.encoding.threads =
+        request.threads; // Encoders have reasons of their own to take more than there are processors.
     return job;
 }
 
@@ -109,7 +110,7 @@ public:
     Rendering(const RenderRequest& request, Recording recording)
         : request_(request), recording_(std::move(recording)), job_(settingsOf(request)),
           video_(findVideo(request.videoPath, request.recordingPath, recording_)),
-          reader_(video_, job_.threads, interrupted) {
+          reader_(video_, request.threads, interrupted) {
         if (recording_.params.recordingRegions().empty()) {
             throw InputError(fmt::format("{}: has no region, so nobody knows what the video shows", recording_.name));
         }
