@@ -114,8 +114,11 @@ private:
     template <typename T> T raw() {
         T value{};
         const std::size_t count = remaining() < sizeof(T) ? remaining() : sizeof(T);
-        std::memcpy(&value, data_ + position_, count);
-        position_ += count;
+        // An empty input may come without an address.
+        if (count > 0) {
+            std::memcpy(&value, data_ + position_, count);
+            position_ += count;
+        }
         return value;
     }
 

@@ -82,11 +82,18 @@ TEST_F(CStreamsTest, StreamsThatCannotBe_AreRefused) {
     EXPECT_EQ(orvanta_request_set_carets(request.get(), &kScreen, std::numeric_limits<std::size_t>::max(), 0, &error),
               ORVANTA_BAD_ARGUMENT);
     EXPECT_EQ(error.parameter, ORVANTA_PARAMETER_CARETS);
+    // No samples need no pointer.
+    EXPECT_EQ(orvanta_request_set_dirty_rects(request.get(), nullptr, 0, 0, &error), ORVANTA_OK);
+}
+
+TEST_F(CStreamsTest, MoreSamplesThanThereIsMemory_AreRefused) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the address sanitizer ends the program where memory runs out";
+#else
     EXPECT_EQ(orvanta_request_set_dirty_rects(request.get(), &kScreen, std::numeric_limits<std::size_t>::max() / 64, 0,
                                               &error),
               ORVANTA_NO_MEMORY);
-    // No samples need no pointer.
-    EXPECT_EQ(orvanta_request_set_dirty_rects(request.get(), nullptr, 0, 0, &error), ORVANTA_OK);
+#endif
 }
 
 // A host that was built with a later header hands over longer records.
