@@ -313,6 +313,7 @@ TEST(CInterfaceTest, DirectorsControls_AreRefusedByName) {
         orvanta_request* request = nullptr;
         orvanta_error error = emptyError();
         EXPECT_EQ(orvanta_request_create(&options, &request, &error), ORVANTA_BAD_ARGUMENT);
+        EXPECT_EQ(error.limit, error.parameter == ORVANTA_PARAMETER_CALM ? 0.0 : 1.0);
         return error.parameter;
     };
     for (const double calm : {0.0, -1.0, std::numeric_limits<double>::infinity(), std::nan("")}) {
