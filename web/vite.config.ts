@@ -61,6 +61,7 @@ export default defineConfig(({ mode }) => {
             chunkSizeWarningLimit: 2000,
             reportCompressedSize: false,
         },
-        test: { include: ["src/**/*.test.ts"] },
+        // Laws over many cases take longer on a machine that does other things too.
+        test: { include: ["src/**/*.test.ts"], testTimeout: 60_000 },
     };
 });
