@@ -70,6 +70,17 @@ TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
     EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.8 * (0.5 + 0.5 * 0.5), 1e-12);
 }
 
+TEST(LossTest, BeyondTheEndOfTheSlope_LosesNoMore) {
+    const camera::Scene scene = twoSteps();
+    DirectorWeights weights;
+    weights.unread = 0.8;
+    weights.unreadStep = 0.5;
+    weights.unreadOctaves = 0.5;
+    const FrameShape shape(640, 400, 1280, 800, 1.0, false);
+    const LossTable table(scene, shape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.8, 1e-12);
+}
+
 TEST(LossTest, WindowThatNoReadableFrameHolds_IsReadAtTheLargestZoomThatHoldsIt) {
     const camera::Scene scene = twoSteps();
     // 1100 columns fit at 0.582; the frame of 1280 shows it a little smaller, that of 1112 does not.
@@ -135,6 +146,12 @@ TEST(LossTest, LargeChange_IsSeenInAReadableFrameFullOfIt) {
     const FrameShape shape(640, 400, 1280, 800, 0.8, false);
     const LossTable table(scene, shape, {}, {{EvidenceKind::Change, 0, 1, {0, 0, 1280, 800}, 1.0}});
     EXPECT_EQ(table.loss({100, 100, 900, 600}, 0, 1), 0.0);
+}
+
+TEST(LossTest, LargeChange_IsNotReadByShowingItWhole) {
+    const camera::Scene scene = twoSteps();
+    const LossTable table(scene, kShape, halfUnread(), {{EvidenceKind::Change, 0, 1, {0, 0, 1280, 800}, 1.0}});
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.5, 1e-12);
 }
 
 } // namespace
