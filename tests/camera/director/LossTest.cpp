@@ -70,6 +70,17 @@ TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
     EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.8 * (0.5 + 0.5 * 0.5), 1e-12);
 }
 
+TEST(LossTest, AHairBelowTheReadableZoom_LosesTheStepInProportion) {
+    const camera::Scene scene = twoSteps();
+    DirectorWeights weights;
+    weights.unread = 1.0;
+    weights.unreadStep = 1.0;
+    const FrameShape shape(640, 400, 1280, 800, 1.0, false);
+    const LossTable table(scene, shape, weights, {{EvidenceKind::Press, 0, 1, {100, 100, 200, 150}, 1.0}});
+    // The step is climbed within 0.08 octaves.
+    EXPECT_NEAR(table.loss({0, 0, 656, 410}, 0, 1), 0.25 * std::log2(656.0 / 640.0) / 0.08, 1e-9);
+}
+
 TEST(LossTest, BeyondTheEndOfTheSlope_LosesNoMore) {
     const camera::Scene scene = twoSteps();
     DirectorWeights weights;
@@ -146,6 +157,17 @@ TEST(LossTest, LargeChange_IsSeenInAReadableFrameFullOfIt) {
     const FrameShape shape(640, 400, 1280, 800, 0.8, false);
     const LossTable table(scene, shape, {}, {{EvidenceKind::Change, 0, 1, {0, 0, 1280, 800}, 1.0}});
     EXPECT_EQ(table.loss({100, 100, 900, 600}, 0, 1), 0.0);
+}
+
+TEST(LossTest, LargeChangeInPortrait_IsReadWhereAFrameHoldsALine) {
+    camera::Scene scene = twoSteps();
+    scene.width = 2560;
+    scene.height = 1600;
+    // A readable frame is 480 wide and 853 high; a square of its area, 640.
+    const FrameShape shape(360, 640, 2560, 1600, 0.75, false);
+    const LossTable table(scene, shape, halfUnread(), {{EvidenceKind::Change, 0, 1, {0, 0, 2560, 1600}, 1.0}});
+    EXPECT_EQ(table.loss({0, 0, 640, 1138}, 0, 1), 0.0);
+    EXPECT_GT(table.loss({0, 0, 900, 1600}, 0, 1), 0.0);
 }
 
 TEST(LossTest, LargeChange_IsNotReadByShowingItWhole) {
