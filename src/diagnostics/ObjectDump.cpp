@@ -62,7 +62,7 @@ void OrvantaWorker::printValueObjects(OV_DATA_STORE& store, bool toConsole, Inte
         dumpObjects(std::cout, store, toConsole, interval);
         return;
     }
-    std::ofstream out(kObjectDumpPath);
+    std::ofstream out(kObjectDumpPath, std::ios::binary); // The same bytes on every system.
     dumpObjects(out, store, toConsole, interval);
     out.close();
 }

@@ -25,7 +25,7 @@ void OrvantaWorker::printStuff(int targetWidth, int targetHeight, const std::vec
                                const std::vector<OV_MOUSE_LOCATION>& cursorLocations,
                                const std::vector<OV_TIME_RECT>& dirtyRects, const std::vector<OV_TIME_RECT>& caretRects,
                                const std::vector<OV_TIME_RECT>& recordingRegions, double timeScale) const {
-    std::ofstream out(kRequestDumpPath);
+    std::ofstream out(kRequestDumpPath, std::ios::binary); // The same bytes on every system.
     out << targetWidth << " " << targetHeight << " " << timeScale << std::endl;
     dumpRects(out, foreWindows);
     // The place of the time within a line differs by record: last here, first for locations.

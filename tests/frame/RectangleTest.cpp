@@ -398,9 +398,8 @@ TEST(RectangleTest, PrintRect_ToAFileStream_WritesTheSameText) {
         ASSERT_TRUE(out.is_open());
         Rectangle{kMin, kMax, 0, 7}.printRect(out);
     }
-    std::ifstream in(path);
     std::ostringstream text;
-    text << in.rdbuf();
+    text << std::ifstream(path).rdbuf();
     EXPECT_EQ(text.str(), "-2147483648 2147483647 0 7");
     EXPECT_EQ(std::remove(path.c_str()), 0);
 }
