@@ -18,5 +18,11 @@ export default tseslint.config(
         files: ["public/sw.js"],
         languageOptions: { globals: { self: "readonly", caches: "readonly", fetch: "readonly" } },
     },
+    {
+        files: ["bench/*.mjs"],
+        languageOptions: {
+            globals: Object.fromEntries(["process", "performance", "document", "requestAnimationFrame", "console", "Event", "WheelEvent"].map((name) => [name, "readonly"])),
+        },
+    },
     { files: ["**/*.js", "**/*.mjs"], ...tseslint.configs.disableTypeChecked },
 );

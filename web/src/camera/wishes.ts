@@ -102,7 +102,7 @@ function limitedBy(setup: WishSetup, wishes: Wishes): (rect: Rect) => Rect {
 function withoutOvertaken(keyframes: readonly WishedKeyframe[]): WishedKeyframe[] {
     const kept: WishedKeyframe[] = [];
     let next = Infinity;
-    for (const keyframe of keyframes.toReversed()) {
+    for (const keyframe of [...keyframes].reverse()) {
         if (keyframe.tick < next) {
             kept.push(keyframe);
             next = keyframe.tick;
@@ -139,7 +139,7 @@ function lay(keyframes: readonly WishedKeyframe[], stretch: Stretch, laid: Wishe
 /** Where a move that would touch a stretch without moves has to wait. */
 function waiting(stretches: readonly Stretch[], fade: number): (tick: number) => number {
     // In the order of their starts: what one stretch moves to its stop may fall into the next.
-    const sorted = stretches.toSorted((a, b) => a.start - b.start);
+    const sorted = [...stretches].sort((a, b) => a.start - b.start);
     return (tick) => {
         let time = tick;
         for (const stretch of sorted) {

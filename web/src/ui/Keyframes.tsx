@@ -5,7 +5,6 @@ import { withoutKeyframe } from "../edit/edits";
 import type { Session } from "../session";
 import { timeText } from "../time/format";
 import { modeInk } from "../timeline/rows";
-import { Icon } from "./icons";
 
 export function Keyframes({ session }: { session: Session }): JSX.Element {
     const body = useRef<HTMLTableSectionElement | null>(null);
@@ -111,7 +110,7 @@ export function Keyframes({ session }: { session: Session }): JSX.Element {
                                                 remove(i);
                                             }}
                                         >
-                                            <Icon name="cross" />
+                                            <span class="cross" aria-hidden="true" />
                                         </button>
                                     </td>
                                 </tr>
