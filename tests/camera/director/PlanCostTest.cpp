@@ -1,6 +1,6 @@
 #include "camera/director/PlanCost.h"
 
-#include <cmath>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -36,6 +36,48 @@ TEST(PlanCostTest, BlurShare_GrowsToTheWholeAtHalfAnOctaveOrHalfADiagonal) {
     EXPECT_EQ(blurShare({0.5, 0.0}), 1.0);
     EXPECT_EQ(blurShare({0.0, 0.5}), 1.0);
     EXPECT_EQ(blurShare({3.0, 2.0}), 1.0);
+}
+
+/// Presses of one step in the middle of a region of 1000 by 1000, for an output of 200 by 200.
+PlanRules pressesAt(const std::vector<PlanPress>& presses) {
+    PlanRules rules;
+    rules.outputWidth = 200;
+    rules.regionWidth = 1000;
+    rules.regionHeight = 1000;
+    rules.pressMargin = 24.0;
+    rules.presses = presses;
+    rules.pressEnds = {presses.size()};
+    return rules;
+}
+
+TEST(PlanCostTest, HoldsPress_NeedsAPixelOfRoom_ButNotAtTheRegionsEdge) {
+    const PlanRules rules = pressesAt({});
+    const RealRect frame{0, 400, 200, 600};
+    EXPECT_TRUE(holdsPress(rules, frame, {0, 199.0, 500.0, 30.0}));
+    EXPECT_FALSE(holdsPress(rules, frame, {0, 199.5, 500.0, 30.0}));
+    EXPECT_TRUE(holdsPress(rules, frame, {0, 100.0, 401.0, 30.0}));
+    EXPECT_FALSE(holdsPress(rules, frame, {0, 100.0, 400.5, 30.0}));
+    EXPECT_TRUE(holdsPress(rules, frame, {0, 0.5, 500.0, 30.0}));
+    EXPECT_FALSE(holdsPress(rules, frame, {0, 100.0, 700.0, 30.0}));
+}
+
+TEST(PlanCostTest, RestPressCost_IsTheMissOutside_AndAPartOfItNearTheEdge) {
+    const RealRect frame{400, 400, 600, 600};
+    EXPECT_EQ(restPressCost(pressesAt({{0, 500.5, 500.5, 1000.0}}), frame, 0), 0.0);
+    EXPECT_EQ(restPressCost(pressesAt({{0, 700.5, 500.5, 1000.0}}), frame, 0), 1000.0);
+    // 12 of 24 pixels from the edge: half of a quarter of the miss, which is 7.5 at most.
+    EXPECT_NEAR(restPressCost(pressesAt({{0, 588.0, 500.0, 20.0}}), frame, 0), 0.5 * 0.25 * 20.0, 1e-12);
+    EXPECT_NEAR(restPressCost(pressesAt({{0, 588.0, 500.0, 1000.0}}), frame, 0), 0.5 * 7.5, 1e-12);
+}
+
+TEST(PlanCostTest, MovePressCost_IsSmallOnlyWhereBothEndsHoldThePress) {
+    const RealRect from{400, 400, 600, 600};
+    const RealRect to{500, 400, 700, 600};
+    EXPECT_EQ(movePressCost(pressesAt({{0, 550.5, 500.5, 1000.0}}), from, to, 0, 1), 3.0);
+    EXPECT_EQ(movePressCost(pressesAt({{0, 550.5, 500.5, 2.0}}), from, to, 0, 1), 2.0);
+    EXPECT_EQ(movePressCost(pressesAt({{0, 450.5, 500.5, 1000.0}}), from, to, 0, 1), 1000.0);
+    EXPECT_EQ(movePressCost(pressesAt({{0, 650.5, 500.5, 1000.0}, {0, 550.5, 500.5, 1000.0}}), from, to, 0, 1), 1003.0);
+    EXPECT_EQ(movePressCost(pressesAt({}), from, to, 0, 1), 0.0);
 }
 
 } // namespace
