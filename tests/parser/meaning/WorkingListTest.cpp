@@ -8,8 +8,8 @@
 
 #include "GeneratedRecording.h"
 #include "HostileRequests.h"
+#include "MetaPassWalk.h"
 #include "ParserScene.h"
-#include "PlainMetaPass.h"
 #include "frame/Steps.h"
 
 namespace OrvantaNS {
@@ -17,8 +17,7 @@ namespace {
 
 using testing::box;
 using testing::CountingReporter;
-using testing::PlainMetaPass;
-using testing::texts;
+using testing::expectEqualPasses;
 using Kind = WorkingList::Kind;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -176,27 +175,6 @@ TEST(WorkingListTest, ObjectsAppendedOfOtherKinds_ChangeNoAnswer) {
     EXPECT_EQ(list.windowFollowing(1.0, 3.0), 0u);
 }
 
-// One pass over the list in both forms.
-void expectEqualPasses(const DataParser& before, const Params& params, const OV_DATA_STORE& storeBefore,
-                       Interval_Type<long long> interval) {
-    DataParser plain = before;
-    OV_DATA_STORE plainStore = storeBefore;
-    plain.metaStartTime = interval.start;
-    plain.metaTime = interval.stop;
-    plain.locationTime = interval.stop; // the pass ends there, whatever the zone's stop
-    PlainMetaPass(plain, params, plainStore).run(0, interval);
-
-    DataParser actual = before;
-    OV_DATA_STORE store = storeBefore;
-    actual.metaStartTime = interval.start;
-    actual.metaTime = interval.stop;
-    actual.locationTime = interval.stop;
-    actual.fluxCapacitor(0, params, store);
-
-    ASSERT_EQ(texts(store.valueObjects), texts(plainStore.valueObjects));
-    ASSERT_EQ(texts(actual.objects), texts(plain.objects));
-}
-
 TEST(WorkingListTest, GeneratedPasses_EqualThePlainPass) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -235,38 +213,11 @@ TEST(WorkingListTest, GeneratedPasses_EqualThePlainPass) {
 }
 
 TEST(WorkingListTest, PassesOfAGeneratedSession_EqualThePlainPass) {
-    // Each pass of a walk is stopped at its report, with the list that it began with in hand.
     testing::SessionPlan plan;
     plan.seconds = 120.0;
     const Params params = testing::generatedRecording(7, plan);
-    DataParser::StoreTimeScale = params.timeScale();
     OV_DATA_STORE store;
-    store.clipStop = 120.0;
-    store.liveZones.push_back({params.recordingRegions()[0].rect, 0.0, 120.0});
-    DataParser parser;
-    parser.skipToLiveZone(0, params, store);
-    parser.preProcessDR(0, params, store);
-    parser.skipDRObject = 0;
-    const long long step = DataParser::revertTime(10.0);
-    for (long long start = 0; start < 12 * step; start += step) {
-        const auto isDue = [&](const auto& stream, std::uint32_t next) {
-            return next < stream.size() && stream[next].time <= start + step;
-        };
-        while (isDue(params.foreWindows(), parser.nextForeWindow)) {
-            parser.processForeWindow(0, params, store);
-        }
-        while (isDue(params.cursorActions(), parser.nextAction)) {
-            parser.processCursorAction(0, params, store);
-        }
-        while (isDue(params.cursorLocations(), parser.nextLocation)) {
-            parser.processCursorLocation(0, params, store);
-        }
-        ASSERT_NO_FATAL_FAILURE(expectEqualPasses(parser, params, store, {start, start + step}));
-        parser.metaStartTime = start;
-        parser.metaTime = start + step;
-        parser.locationTime = start + step;
-        parser.fluxCapacitor(0, params, store);
-    }
+    ASSERT_NO_FATAL_FAILURE(testing::expectPassesOfAWalkEqualPlainOnes(params, store));
     EXPECT_GT(store.valueObjects.size(), 50u);
 }
 
