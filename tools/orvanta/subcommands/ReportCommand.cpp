@@ -1,6 +1,5 @@
 #include "subcommands/ReportCommand.h"
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +13,7 @@
 #include "OrvantaException.h"
 #include "asking/OptionError.h"
 #include "reading/InputError.h"
+#include "reading/VideoLookup.h"
 #include "report/ReportPage.h"
 #include "subcommands/OptionGroups.h"
 #include "writing/Inspection.h"
@@ -29,12 +29,6 @@ namespace fs = std::filesystem;
 
 /// A larger video makes a page that browsers refuse to open: they hold a page's text as one string of at most 512 MiB.
 constexpr std::uintmax_t kLargestEmbedded = std::uintmax_t{300} << 20;
-constexpr std::array<const char*, 4> kVideoEndings{".mp4", ".mkv", ".webm", ".mov"};
-
-bool isFile(const fs::path& path) {
-    std::error_code error;
-    return fs::is_regular_file(path, error);
-}
 
 class ReportCommand : public Subcommand {
 public:
@@ -54,7 +48,7 @@ public:
         refuseOverwriting(output_.path, video_, "video");
         Recording recording = recording_.read();
         completeRequest(recording, request);
-        std::optional<ReportVideo> video = findVideo();
+        std::optional<ReportVideo> video = videoFor(recording);
         Json inspection = inspect(recording, request.engine);
         writeOutput(output_.path, reportPage({recording, std::move(inspection), std::move(video)}));
         return kDone;
@@ -64,8 +58,8 @@ protected:
     void addOptions(CLI::App& app) override {
         recording_.addTo(app);
         app.add_option("VIDEO", video_,
-                       "Video of the recording (default: a file of the recording's name with .mp4, .mkv, .webm or .mov "
-                       "beside it, if there is one)");
+                       "Video of the recording (default: the one that its header names, else a file of its name with "
+                       ".mp4, .mkv, .webm or .mov beside it, if there is one)");
         request_.addTo(app);
         app.add_flag("--embed-video", embed_,
                      "Put the video into the page; without it the page links to the video by its name");
@@ -110,29 +104,23 @@ private:
         return document;
     }
 
-    /// The path of the video: as named, or beside the recording; nothing when there is none.
-    std::optional<fs::path> videoPath() const {
-        if (!video_.empty()) {
-            if (!isFile(video_)) {
-                throw InputError(fmt::format("{}: there is no such video", video_));
+    /// The path of the video, as `render` finds it; nothing when there is none and none was asked for.
+    std::optional<fs::path> videoPath(const Recording& recording) const {
+        try {
+            return fs::path(findVideo(video_, recording_.path, recording));
+        } catch (const InputError& missing) {
+            if (!video_.empty()) {
+                throw;
             }
-            return fs::path(video_);
-        }
-        if (recording_.path != "-") {
-            for (const char* ending : kVideoEndings) {
-                if (const fs::path candidate = fs::path(recording_.path).replace_extension(ending); isFile(candidate)) {
-                    return candidate;
-                }
+            if (embed_) {
+                throw OptionError(fmt::format("--embed-video: {}", missing.what()));
             }
+            return std::nullopt; // The page then draws the screen.
         }
-        if (embed_) {
-            throw OptionError("--embed-video: there is no video beside the recording; name it after the recording");
-        }
-        return std::nullopt;
     }
 
-    std::optional<ReportVideo> findVideo() const {
-        const std::optional<fs::path> path = videoPath();
+    std::optional<ReportVideo> videoFor(const Recording& recording) const {
+        const std::optional<fs::path> path = videoPath(recording);
         if (!path) {
             return std::nullopt;
         }
