@@ -145,7 +145,7 @@ private:
         std::vector<std::string> recordings{recording_.path};
         recordings.insert(recordings.end(), videos_.begin(), videos_.end());
         // Stills go into a folder for each recording.
-        const std::string ending = !stills_.empty() ? "" : "." + (ending_.empty() ? "mp4" : ending_);
+        const std::string ending = !stills_.empty() ? "" : fmt::format(".{}", ending_.empty() ? "mp4" : ending_);
         const std::vector<BatchItem> items = batch_.items(recordings, ending);
         const int processors = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
         const int jobs = std::min(batch_.jobs > 0 ? batch_.jobs : processors, static_cast<int>(items.size()));
