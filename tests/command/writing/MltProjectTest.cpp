@@ -121,7 +121,9 @@ std::string shown(const testing::TemporaryDirectory& directory, const std::strin
 
 /// How alike two pictures are, decibels, with the second one moved by some pixels.
 double likeness(std::string_view a, std::string_view b, testing::PictureSize size, int dx, int dy) {
-    const auto at = [&size](int x, int y) { return static_cast<std::size_t>(y * size.width + x); };
+    const auto at = [&size](int x, int y) {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(size.width) + static_cast<std::size_t>(x);
+    };
     double sum = 0;
     int count = 0;
     for (int y = 1; y < size.height - 1; ++y) {
@@ -207,9 +209,9 @@ TEST(MltProjectTest, Melt_ShowsARealSession) {
     }
     const testing::TemporaryDirectory directory;
     const std::string project = directory.path("path.mlt");
+    const std::string recording = ORVANTA_VIDEO_SAMPLE ".jsonl";
     const std::string video = ORVANTA_VIDEO_SAMPLE ".mp4";
-    const std::vector<std::string> question{"keyframes", ORVANTA_VIDEO_SAMPLE ".jsonl", "--size", "640x360", "--clip",
-                                            ":62"};
+    const std::vector<std::string> question{"keyframes", recording, "--size", "640x360", "--clip", ":62"};
     const auto asked = [&](std::vector<std::string> more) {
         more.insert(more.begin(), question.begin(), question.end());
         return testing::runOrvanta(more);
