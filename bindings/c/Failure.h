@@ -24,6 +24,11 @@ inline Failure badArgument(std::int32_t parameter, std::string message) {
     return {ORVANTA_BAD_ARGUMENT, parameter, 0.0, 0.0, -1, std::move(message)};
 }
 
+/// The failure of a number that misses a bound.
+inline Failure badNumber(std::int32_t parameter, double value, double limit, std::string message) {
+    return {ORVANTA_BAD_ARGUMENT, parameter, value, limit, -1, std::move(message)};
+}
+
 /// Fills the caller's record without a failure; null is passed over. Returns the code.
 std::int32_t reportSuccess(orvanta_error* error) noexcept;
 /// Turns the exception in flight into a report. Called from a handler only.

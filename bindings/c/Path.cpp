@@ -32,14 +32,17 @@ CameraEasing toEasing(const orvanta_easing* easing) {
 // Finds what the path would refuse, and says which field it is.
 void checkSetup(const CameraSetup& setup) {
     if (setup.targetWidth <= 0 || setup.targetHeight <= 0) {
-        throw badArgument(setup.targetWidth <= 0 ? ORVANTA_PARAMETER_TARGET_WIDTH : ORVANTA_PARAMETER_TARGET_HEIGHT,
-                          "the output frame has no size: set target_width and target_height");
+        const bool narrow = setup.targetWidth <= 0;
+        throw badNumber(narrow ? ORVANTA_PARAMETER_TARGET_WIDTH : ORVANTA_PARAMETER_TARGET_HEIGHT,
+                        narrow ? setup.targetWidth : setup.targetHeight, 1.0,
+                        "the output frame has no size: set target_width and target_height");
     }
     if (!(setup.timeScale > 0.0) || !std::isfinite(setup.timeScale)) {
-        throw badArgument(ORVANTA_PARAMETER_TIME_SCALE, "a path needs a time scale above 0");
+        throw badNumber(ORVANTA_PARAMETER_TIME_SCALE, setup.timeScale, 0.0, "a path needs a time scale above 0");
     }
     if (setup.fadeDuration < 0) {
-        throw badArgument(ORVANTA_PARAMETER_FADE_DURATION, "a move cannot take less than no time");
+        throw badNumber(ORVANTA_PARAMETER_FADE_DURATION, static_cast<double>(setup.fadeDuration), 0.0,
+                        "a move cannot take less than no time");
     }
     if (isEmpty(setup.region)) {
         throw badArgument(ORVANTA_PARAMETER_REGIONS, "a path needs a first recording region that covers a pixel");

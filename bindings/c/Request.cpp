@@ -22,23 +22,16 @@ constexpr std::int64_t kDefaultFade = 1000000;
 
 static_assert(sizeof(long long) == sizeof(std::int64_t));
 
-Failure badControl(std::int32_t parameter, double value, double limit, const char* message) {
-    Failure failure = badArgument(parameter, message);
-    failure.value = value;
-    failure.limit = limit;
-    return failure;
-}
-
 DirectorControls directorControls(const orvanta_options& options) {
     if (!(options.calm > 0.0) || std::isinf(options.calm)) {
-        throw badControl(ORVANTA_PARAMETER_CALM, options.calm, 0.0, "calm must be above 0; 1 is usual");
+        throw badNumber(ORVANTA_PARAMETER_CALM, options.calm, 0.0, "calm must be above 0; 1 is usual");
     }
     if (!(options.readable > 0.0 && options.readable <= 1.0)) {
-        throw badControl(ORVANTA_PARAMETER_READABLE, options.readable, 1.0, "readable must be above 0 and at most 1");
+        throw badNumber(ORVANTA_PARAMETER_READABLE, options.readable, 1.0, "readable must be above 0 and at most 1");
     }
     if (options.presses != ORVANTA_PRESSES_ALWAYS && options.presses != ORVANTA_PRESSES_CHEAP) {
-        throw badControl(ORVANTA_PARAMETER_PRESSES, options.presses, ORVANTA_PRESSES_CHEAP,
-                         "presses is neither always nor cheap");
+        throw badNumber(ORVANTA_PARAMETER_PRESSES, options.presses, ORVANTA_PRESSES_CHEAP,
+                        "presses is neither always nor cheap");
     }
     return {options.calm, options.readable,
             options.presses == ORVANTA_PRESSES_CHEAP ? DirectorPresses::Cheap : DirectorPresses::Always,

@@ -1,6 +1,7 @@
 // The camera path in C: the frames of `CameraPath`, to the last bit.
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -77,6 +78,26 @@ TEST(CPathTest, NoKeyframes_ShowTheWholeRecording) {
     EXPECT_EQ(frame.width, 1280.0);
     EXPECT_EQ(frame.height, 800.0);
     EXPECT_EQ(frame.overhangs, 0);
+}
+
+TEST(CPathTest, NumberThatMissesABound_IsToldWithIt) {
+    const auto refusal = [](const Params& params) {
+        orvanta_error error = emptyError();
+        error.value = error.limit = 99.0;
+        EXPECT_EQ(pathOf(requestOf(params, ORVANTA_ENGINE_VALUE), {}, nullptr, &error), nullptr);
+        return std::pair(error.value, error.limit);
+    };
+    const Params good = generatedRecording(5, {});
+    Params params = good;
+    EXPECT_EQ(refusal(params.setTargetWidth(0)), std::pair(0.0, 1.0));
+    params = good;
+    EXPECT_EQ(refusal(params.setTargetHeight(-7)), std::pair(-7.0, 1.0));
+    params = good;
+    EXPECT_EQ(refusal(params.setTimeScale(0.0)), std::pair(0.0, 0.0));
+    params = good;
+    EXPECT_EQ(refusal(params.setTimeScale(-2.5)), std::pair(-2.5, 0.0));
+    params = good;
+    EXPECT_EQ(refusal(params.setFadeDuration(-1)), std::pair(-1.0, 0.0));
 }
 
 TEST(CPathTest, WhatAPathCannotBeMadeFrom_IsNamed) {

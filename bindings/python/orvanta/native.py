@@ -42,6 +42,8 @@ def names_of(enum: str, prefix: str) -> dict[int, str]:
 
 
 _PARAMETERS = names_of("orvanta_parameter", "ORVANTA_PARAMETER_")
+# What is said of these always comes with a value and a limit. Both may be 0, as they are where there is no number.
+_ABOUT_NUMBERS = frozenset(("target_width", "target_height", "time_scale", "calm", "readable"))
 
 
 def new_error() -> Any:
@@ -55,7 +57,7 @@ def failure_of(error: Any) -> OrvantaError:
     """The exception that an error record stands for."""
     kind = Cancelled if error.code == lib.ORVANTA_CANCELLED else OrvantaError
     parameter = _PARAMETERS.get(error.parameter, "")
-    about_number = error.value != 0 or error.limit != 0
+    about_number = parameter in _ABOUT_NUMBERS or error.value != 0 or error.limit != 0
     return kind(ffi.string(error.message).decode(), error.code, "" if parameter == "none" else parameter,
                 error.value if about_number else None, error.limit if about_number else None,
                 error.index if error.index >= 0 else None)

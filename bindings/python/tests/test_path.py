@@ -85,6 +85,20 @@ def test_edited_path_may_give_seconds_alone(tmp_path):
 
 
 @pytest.mark.parametrize(
+    ("change", "parameter", "value", "limit"),
+    [
+        ({"size": (0, 450)}, "target_width", 0, 1),
+        ({"time_scale": 0.0}, "time_scale", 0, 0),
+        ({"fade_ticks": -1}, "fade_duration", -1, 0),
+    ],
+)
+def test_number_that_misses_a_bound_is_told_with_it(change, parameter, value, limit):
+    with pytest.raises(orvanta.OrvantaError) as failure:
+        path_of([], **change)
+    assert (failure.value.parameter, failure.value.value, failure.value.limit) == (parameter, value, limit)
+
+
+@pytest.mark.parametrize(
     ("change", "words"),
     [
         ({"format": "other"}, "no camera path"),

@@ -83,6 +83,7 @@ def test_plan_director_overhang_allows_frames_beyond_the_recording():
     ("arguments", "parameter", "value", "limit"),
     [
         ({"size": (640, 400), "engine": "director", "calm": -1.0}, "calm", -1, 0),
+        ({"size": (640, 400), "engine": "director", "calm": 0.0}, "calm", 0, 0),
         ({"size": (640, 400), "engine": "director", "readable": 1.5}, "readable", 1.5, 1),
         ({"size": (640, 400), "engine": "director", "presses": "some"}, "presses", None, None),
         ({"size": (63, 400)}, "target_width", 63, 64),
