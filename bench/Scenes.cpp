@@ -170,6 +170,18 @@ Params manyWindows(int count) {
     return params;
 }
 
+Params windowsApart(int count) {
+    Params params = tenSeconds();
+    params.foreWindows().clear();
+    for (int i = 0; i < count; ++i) {
+        const Rectangle window{i % 1000, 900 + i % 173, i / 1000 % 300, 500 + i % 211};
+        params.foreWindows().push_back({momentOf(i, count), window});
+        params.foreWindows().push_back(
+            {momentOf(i, count), Rectangle{}}); // ends it at once, so that none is an animation
+    }
+    return params;
+}
+
 std::vector<Scene> allScenes() {
     std::vector<Scene> scenes;
     for (const int areas : {8, 16, 24, 32, 40, 48, 64}) {
@@ -180,6 +192,9 @@ std::vector<Scene> allScenes() {
     }
     for (const int count : {10000, 100000, 1000000}) {
         scenes.push_back(scene("presses", count, [count] { return pressesWithoutRelease(count); }));
+    }
+    for (const int count : {25, 50, 100, 200}) {
+        scenes.push_back(scene("windows-apart", count, [count] { return windowsApart(count); }));
     }
     for (const int count : {1000, 10000, 100000}) {
         scenes.push_back(scene("clicks", count, [count] { return manyClicks(count); }));

@@ -34,6 +34,9 @@ Params manyStrokes(int count);
 /// Ten seconds with `count` changes of the window in front, evenly spread, among ten windows.
 Params manyWindows(int count);
 
+/// Ten seconds with `count` windows, evenly spread, no two alike and nearly every two overlapping. Each stands alone.
+Params windowsApart(int count);
+
 /// All scenes, cheap ones first within each curve.
 std::vector<Scene> allScenes();
 

@@ -35,7 +35,8 @@ struct OV_DATA_STORE {
     std::vector<OV_TIME_RECT> keyframes;        ///< The result: ticks and local pixels.
     std::vector<OV_FOCUS_SLICE> slices;         ///< Filled by `sliceTime`, worked on by merging.
     std::vector<OV_VALUE_OBJECT> windowObjects; ///< Copies of the window objects, in `valueObjects` order.
-    /// When the entries of `windowObjects` stand; null unless `runPipeline` is past reading them. Not owned.
+    /// When the entries of `windowObjects` stand. Set by `runPipeline` once the windows are known, null outside it. Not
+    /// owned.
     const WindowTimes* windowTimes = nullptr;
     std::uint32_t scrollLocation = 0;     ///< Where in `cursorLocations` the rectangle search of wheel runs goes on.
     std::uint32_t firstActiveObject = 0;  ///< Oldest object that may still be in the value space.

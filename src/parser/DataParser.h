@@ -11,6 +11,7 @@
 #include "OrvantaExport.h"
 #include "Params.h"
 #include "frame/DataStore.h"
+#include "frame/Steps.h"
 #include "parser/cursor/MouseStroke.h"
 #include "parser/damage/DirtyRectObject.h"
 
@@ -230,8 +231,16 @@ private:
     // The list of the pass that is running; without one, a list for one rule, made in `own`.
     WorkingList& listFor(std::optional<WorkingList>& own, OV_DATA_STORE& store);
 
-    const ZoneWalk* walk_ = nullptr; // While a zone is walked; the parser does not own it.
-    WorkingList* list_ = nullptr;    // The same for a meta pass.
+    /// Counts work of members that are not given the store (`countSteps`). Throws `OVERR_USER_CANCELLED`.
+    void count(std::uint64_t steps) {
+        if (counting_ != nullptr) {
+            countSteps(*counting_, steps);
+        }
+    }
+
+    OV_DATA_STORE* counting_ = nullptr; // While a zone is in work; null for a member called on its own.
+    const ZoneWalk* walk_ = nullptr;    // While a zone is walked; the parser does not own it.
+    WorkingList* list_ = nullptr;       // The same for a meta pass.
 };
 
 } // namespace OrvantaNS

@@ -4,8 +4,10 @@
 // objects overlap there in a way that none of its parents expresses.
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <utility>
 
+#include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
@@ -14,6 +16,8 @@ namespace {
 
 // With fewer objects the graph is small, and the walk of a deletion costs less than reading all lists.
 constexpr std::size_t kWorthSortingOut = 24;
+// Slots of a set of bits that are gone through in the time of one step.
+constexpr std::size_t kSlotsPerStep = 512;
 
 // False when the value is not in the list.
 bool eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
@@ -36,6 +40,7 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
     countStandIns(leaving);
     std::vector<std::pair<std::uint32_t, std::uint32_t>> unnoticed; // location, object
     for (const std::uint32_t object : leaving) {
+        countSteps(*store, 1);
         const auto location = objectMap.find(object);
         if (location == objectMap.end()) {
             continue;
@@ -57,6 +62,7 @@ void ValueSpace::countStandIns(const std::vector<std::uint32_t>& leaving) {
     if (isHandMade_ || leaving.empty() || objectMap.size() < kWorthSortingOut) {
         return;
     }
+    countSteps(*store, graph.size() / kReadPerStep + objectMap.size() + leaving.size());
     // Worth the reading of all lists only where an object that leaves shares its place.
     residents_.assign(graph.size(), 0);
     for (const auto& entry : objectMap) {
@@ -69,7 +75,9 @@ void ValueSpace::countStandIns(const std::vector<std::uint32_t>& leaving) {
     if (!isShared) {
         return;
     }
-    classes_.sortOut(graph);
+    StepCounter steps(*store);
+    classes_.sortOut(graph, [&](std::size_t names) { steps.add(1 + names / kReadPerStep); });
+    steps.settle();
     staying_.assign(classes_.count(), 0);
     for (const auto& entry : objectMap) {
         if (classes_.classOf(entry.first) != ObjectClasses::kNone) {
@@ -86,9 +94,12 @@ bool ValueSpace::leavesUnnoticed(std::uint32_t object, std::uint32_t location) {
 }
 
 void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects) {
-    std::sort(objects.begin(), objects.end());
+    stoppableSort(*store, objects.size(), std::less<>(),
+                  [&](auto less) { std::sort(objects.begin(), objects.end(), less); });
+    StepCounter steps(*store);
     const auto eraseMarked = [&](std::uint32_t s) {
         std::vector<std::uint32_t>& list = graph[s].objects;
+        steps.add(1 + list.size() / kReadPerStep);
         list.erase(std::remove_if(list.begin(), list.end(), [&](std::uint32_t object) { return marks_.holds(object); }),
                    list.end());
     };
@@ -98,6 +109,7 @@ void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32
     for (std::size_t k = 0; k < objects.size(); ++k) {
         const auto [location, object] = objects[k];
         marks_.add(object);
+        steps.add(1);
         if (k + 1 < objects.size() && objects[k + 1].first == location) {
             continue;
         }
@@ -106,14 +118,18 @@ void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32
             atAndBelow(location).forEach(eraseMarked);
             marks_.start();
         } else {
+            steps.add(graph.size() / kSlotsPerStep);
             below.addAll(atAndBelow(location)); // a list below several locations is gone through once
         }
     }
     below.forEach(eraseMarked);
+    steps.settle();
     objects.clear();
 }
 
 void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
+    StepCounter steps(*store);
+    steps.add(graph.size() / kReadPerStep);
     objectSets_.start(graph.size(), objectMap.size() + 1);
     deletionQueue_.start(location, graph.size());
     std::vector<std::uint32_t>& snapshot = work_;
@@ -123,6 +139,7 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
         if (!space.valid) {
             continue; // Dissolved while a second copy waited.
         }
+        steps.add(judgingSteps(s));
         if (eraseFirst(space.objects, object)) {
             objectSets_.forget(s);
         }
@@ -152,12 +169,14 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
                 eraseFirst(topSpaces, s);
             }
             for (const std::uint32_t child : snapshot) {
+                steps.add(kStepsPerVisit + graph[child].parents.size() / kReadPerStep);
                 unlink(s, child);
             }
             for (std::size_t k = space.parents.size(); k-- > 0;) {
                 const std::uint32_t parent = space.parents[k];
                 unlink(parent, s);
                 for (const std::uint32_t child : snapshot) {
+                    steps.add(kStepsPerVisit + graph[parent].children.size() / kReadPerStep);
                     link(parent, child);
                 }
             }
@@ -174,10 +193,21 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
             deletionQueue_.moveToEnd(child);
         }
     }
+    steps.settle();
+}
+
+std::uint64_t ValueSpace::judgingSteps(std::uint32_t space) const {
+    // Its list is laid out as bits, and its parents are compared with it and with one another.
+    const std::size_t parents = graph[space].parents.size();
+    const std::size_t words = objectMap.size() / 64 + 1;
+    return kStepsPerVisit + graph[space].children.size() +
+           (graph[space].objects.size() + (1 + parents) * parents * words) / kReadPerStep;
 }
 
 bool ValueSpace::isSettledBelow(std::uint32_t space) {
     const SlotSet& below = atAndBelow(space);
+    StepCounter steps(*store);
+    steps.add(graph.size() / kSlotsPerStep);
     bool areSettled = true;
     bool isFirst = true;
     below.forEachMissingIn(settled_, [&](std::uint32_t s) {
@@ -188,11 +218,13 @@ bool ValueSpace::isSettledBelow(std::uint32_t space) {
             objectSets_.start(graph.size(), objectMap.size() + 1);
             isFirst = false;
         }
+        steps.add(judgingSteps(s));
         areSettled = isSettled(s);
         if (areSettled) {
             settled_.add(s);
         }
     });
+    steps.settle();
     return areSettled;
 }
 

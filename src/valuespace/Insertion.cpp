@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
@@ -26,6 +27,7 @@ void ValueSpace::insertObject(unsigned object) {
     }
     makeCreation();
 
+    countSteps(*store, topSpaces.size() / kReadPerStep);
     const std::uint32_t own = creation_[0].space;
     addAtAndBelow(own, object);
 
@@ -42,19 +44,23 @@ bool ValueSpace::findServingSpace(const Rectangle& rect, std::uint32_t& serving)
     // The whole walk, cut down to the spaces that contain the rectangle: all parents of such a one contain it too, so they
     // come in the same order.
     work_ = topSpaces;
+    StepCounter steps(*store);
     bool isMarked = false; // marks are made only where the walk goes down
     for (std::size_t next = 0; next < work_.size(); ++next) {
         const OV_INTERSECTION& space = graph[work_[next]];
+        steps.add(1);
         if (!contains(space.rect, rect)) {
             continue;
         }
         if (space.rect.nearSameSize(rect)) {
+            steps.settle();
             serving = work_[next];
             return true;
         }
         if (isEmpty(rect)) {
             continue; // It overlaps nothing, and the walk does not go below this space.
         }
+        steps.add(kStepsPerVisit);
         if (!isMarked) {
             reached_.start(graph.size());
             isMarked = true;
@@ -65,6 +71,7 @@ bool ValueSpace::findServingSpace(const Rectangle& rect, std::uint32_t& serving)
             }
         }
     }
+    steps.settle();
     return false;
 }
 
@@ -72,10 +79,13 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
     creation_.start(rect); // Record 0 is the object's own space, whatever it overlaps.
     insertionQueue_.start(topSpaces, graph.size());
     reached_.start(graph.size());
+    StepCounter steps(*store);
     for (; !insertionQueue_.isDone(); insertionQueue_.advance()) {
         const std::uint32_t s = insertionQueue_.slotInWork();
         const OV_INTERSECTION& space = graph[s];
+        steps.add(2 * kStepsPerVisit + space.children.size());
         if (isHandMade_ && space.rect.nearSameSize(rect)) {
+            steps.settle();
             serving = s;
             return true;
         }
@@ -86,13 +96,16 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
         reached_.add(s);
         const auto [record, isNew] = creation_.place(common);
         if (isNew) {
+            steps.add(creation_.size() / kReadPerStep);
             // The records form their own order of containment at all times.
             const std::uint32_t added = record;
             creation_.relateLast(
                 [&](std::uint32_t outer) {
+                    steps.add(2 * kStepsPerVisit);
                     addCreationParent(creation_.records(), added, {PARENT_IN_CREATION, outer});
                 },
                 [&](std::uint32_t inner) {
+                    steps.add(2 * kStepsPerVisit);
                     addCreationParent(creation_.records(), inner, {PARENT_IN_CREATION, added});
                 });
         }
@@ -109,10 +122,12 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
             insertionQueue_.offer(child);
         }
     }
+    steps.settle();
     return false;
 }
 
 void ValueSpace::makeCreation() {
+    StepCounter steps(*store);
     for (std::size_t r = 0; r < creation_.size(); ++r) {
         if (!creation_[r].reuse) {
             creation_[r].space = makeSpace(creation_[r].rect);
@@ -122,18 +137,22 @@ void ValueSpace::makeCreation() {
     for (std::size_t r = 0; r < creation_.size(); ++r) {
         const VS_CREATION_SPACE& record = creation_[r];
         OV_INTERSECTION& space = graph[record.space];
+        steps.add(4 * kStepsPerVisit); // with the memory of its lists
         if (record.reuse) {
             // The record's parents become the whole new place of a reused space. An old parent that the walk did not
             // reach loses it for good: a link that is not to be repaired, since results rest on the graph as it is.
             for (std::size_t k = space.parents.size(); k-- > 0;) {
                 const std::uint32_t parent = space.parents[k];
                 hasLostLinks_ = hasLostLinks_ || !reached_.holds(parent);
+                steps.add(kStepsPerVisit + graph[parent].children.size() / kReadPerStep);
                 unlink(parent, record.space);
             }
         }
         marks_.start();
         for (const auto& [kind, index] : record.parents) {
             const std::uint32_t parent = kind == PARENT_IN_CREATION ? creation_[index].space : index;
+            steps.add(2 * kStepsPerVisit + graph[parent].children.size() / kReadPerStep +
+                      graph[parent].objects.size() / 2); // these are marked as well
             link(parent, record.space);
             if (record.reuse) {
                 continue;
@@ -146,6 +165,7 @@ void ValueSpace::makeCreation() {
             }
         }
     }
+    steps.settle();
 }
 
 void ValueSpace::insertQuick(unsigned space, unsigned object) {
@@ -154,14 +174,18 @@ void ValueSpace::insertQuick(unsigned space, unsigned object) {
 }
 
 void ValueSpace::addAtAndBelow(std::uint32_t space, std::uint32_t object) {
+    StepCounter steps(*store);
     atAndBelow(space).forEach([&](std::uint32_t s) {
+        steps.add(kStepsPerVisit);
         std::vector<std::uint32_t>& objects = graph[s].objects;
         if (objects.size() == objects.capacity()) {
             // By a quarter, not by half or all of it: on a dense screen these lists are most of the memory.
+            steps.add(objects.size() / kReadPerStep);
             objects.reserve(objects.size() + objects.size() / 4 + 2);
         }
         objects.push_back(object);
     });
+    steps.settle();
     objectMap.emplace(object, space);
 }
 

@@ -14,8 +14,9 @@ class ObjectClasses {
 public:
     static constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
 
-    /// Sorts the objects of all lists into classes. One that stands twice in a list is of no class.
-    template <typename Graph> void sortOut(const Graph& graph) {
+    /// Sorts the objects of all lists into classes. One that stands twice in a list is of no class. Tells `visit` the
+    /// length of each list before it is read; what is sorted out is of no use once that has thrown.
+    template <typename Graph, typename Visit> void sortOut(const Graph& graph, Visit visit) {
         for (const std::uint32_t object : named_) {
             classes_[object] = kNone;
         }
@@ -27,6 +28,7 @@ public:
         std::uint32_t list = 0;
         for (const auto& slot : graph) {
             ++list;
+            visit(slot.objects.size());
             // Until here a class that the last list emptied could still be asked where its members go.
             spare_.insert(spare_.end(), emptied_.begin(), emptied_.end());
             emptied_.clear();

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
@@ -124,18 +125,21 @@ const SlotSet& ValueSpace::atAndBelow(std::uint32_t space) {
     }
     Below& known = below_[space];
     if (known.linkChanges != linkChanges_) {
+        StepCounter steps(*store);
         known.spaces.start(graph.size());
         known.spaces.add(space);
         work_.assign(1, space);
         while (!work_.empty()) {
             const std::uint32_t s = work_.back();
             work_.pop_back();
+            steps.add(kStepsPerVisit);
             for (const std::uint32_t child : graph[s].children) {
                 if (known.spaces.add(child)) {
                     work_.push_back(child);
                 }
             }
         }
+        steps.settle();
         known.linkChanges = linkChanges_;
     }
     return known.spaces;

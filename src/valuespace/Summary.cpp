@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
@@ -45,15 +46,26 @@ bool isOfferedBefore(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) {
     return a.value != b.value ? a.value > b.value : a.space < b.space;
 }
 
+// Names of a list that are added up in the time of one step.
+constexpr std::size_t kNamesPerStep = 4;
+
+void sortForOffer(OV_DATA_STORE& store, std::vector<VS_VALUE_ORDER>::iterator begin,
+                  std::vector<VS_VALUE_ORDER>::iterator end) {
+    stoppableSort(store, static_cast<std::size_t>(end - begin), isOfferedBefore,
+                  [&](auto less) { std::sort(begin, end, less); });
+}
+
 // Writes the value of every slot, and tells each valid space with its sum, in slot order.
 template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
     const std::vector<OV_VALUE_OBJECT>& objects = space.store->valueObjects;
+    StepCounter steps(*space.store);
     for (std::size_t index = 0; index < space.graph.size(); ++index) {
         OV_INTERSECTION& slot = space.graph[index];
         slot.value = 0.0;
         if (!slot.valid) {
             continue;
         }
+        steps.add(1 + slot.objects.size() / kNamesPerStep);
         double sum = 0.0;
         for (const std::uint32_t object : slot.objects) {
             sum += objects[object].value;
@@ -61,6 +73,7 @@ template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
         slot.value = sum;
         visit(VS_VALUE_ORDER{static_cast<std::uint32_t>(index), sum});
     }
+    steps.settle();
 }
 
 } // namespace
@@ -105,10 +118,11 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
             }
             return entry.value != least && isSwallowed(entry.space, thresholds[tier], below);
         });
-        std::sort(order.begin(), order.end(), isOfferedBefore);
+        sortForOffer(*store, order.begin(), order.end());
     } else {
         order = fillValues();
     }
+    countSteps(*store, order.size());
 
     TierLists lists;
     std::size_t tier = kTier12;
@@ -157,7 +171,7 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
         });
         std::erase_if(order,
                       [&](const VS_VALUE_ORDER& entry) { return isSwallowed(entry.space, threshold, kNoLimit); });
-        std::sort(order.begin(), order.end(), isOfferedBefore);
+        sortForOffer(*store, order.begin(), order.end());
     }
     std::vector<std::uint32_t> list;
     for (const VS_VALUE_ORDER& entry : order) {
@@ -171,6 +185,7 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
 // it. Whatever the space could do in that list, the parent does.
 bool ValueSpace::isSwallowed(std::uint32_t space, double least, double below) const {
     const OV_INTERSECTION& offered = graph[space];
+    countSteps(*store, 1 + offered.parents.size());
     return std::any_of(offered.parents.begin(), offered.parents.end(), [&](std::uint32_t index) {
         const OV_INTERSECTION& parent = graph[index];
         return parent.value >= least && parent.value < below && parent.rect != offered.rect &&
@@ -188,12 +203,13 @@ std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
     if (!std::all_of(order.begin(), order.end(), isNumber)) {
         numbersEnd = std::stable_partition(order.begin(), order.end(), isNumber);
     }
-    std::sort(order.begin(), numbersEnd, isOfferedBefore);
+    sortForOffer(*store, order.begin(), numbersEnd);
     return order;
 }
 
 void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space) {
     const Rectangle& offered = graph[space].rect;
+    countSteps(*store, 1 + list.size() / 2);
     for (std::size_t k = list.size(); k-- > 0;) {
         const Rectangle& held = graph[list[k]].rect;
         if (contains(offered, held)) {
@@ -211,14 +227,17 @@ void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& m
     }
     // All objects, ascending, each with the rectangle of the space at which it was inserted, not its own. They are laid
     // out once, since walking the map anew for every space of the list takes longer than the arithmetic.
+    StepCounter steps(*store);
     located_.clear();
     for (const auto& [object, location] : objectMap) {
+        steps.add(1);
         located_.emplace_back(graph[location].rect, store->valueObjects[object].value);
     }
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
         const Rectangle& rect = graph[space].rect;
+        steps.add(1 + located_.size() / 2);
         double score = 0.0;
         for (const auto& [location, value] : located_) {
             score += value * static_cast<double>(area(intersection(rect, location)));
@@ -228,6 +247,7 @@ void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& m
             best = rect;
         }
     }
+    steps.settle();
     if (!isEmpty(best)) {
         map.spaces.emplace_back(best, bestScore / static_cast<double>(area(best)));
     }

@@ -1,6 +1,7 @@
 // The graph of rectangles that objects and their overlaps make.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <utility>
@@ -40,7 +41,8 @@ inline bool CompareValuePairs(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) 
 /// The set of spaces is the set of object rectangles closed under intersection, ordered by containment. An object is
 /// listed at the space of its own rectangle and at every descendant, never at an ancestor.
 ///
-/// Used by one thread in one call. Object and space indices are trusted, except by `clearSpace`.
+/// Used by one thread in one call. Insertions, deletions and summaries count their work in the store (`countSteps`) and
+/// may throw `OVERR_USER_CANCELLED` half way, after which the graph can only be dropped. Object and space indices are trusted, except by `clearSpace`.
 class ORVANTA_EXPORT ValueSpace {
 public:
     std::vector<OV_INTERSECTION> graph;               ///< All slots; a space keeps its index while it lives.
@@ -120,6 +122,11 @@ public:
     void testStructure();
 
 private:
+    /// Entries of a list that are read or compared in the time of one step of those that `countSteps` counts.
+    static constexpr std::size_t kReadPerStep = 4;
+    /// Steps that it takes to go to one space of a large graph, whose memory is scattered, and to change a list there.
+    static constexpr std::uint64_t kStepsPerVisit = 4;
+
     // ---- Slots and links, as insertion and deletion make them ----
 
     std::uint32_t makeSpace(const Rectangle& rect);
@@ -148,6 +155,8 @@ private:
     /// Takes objects, named as location and object, out of the lists at and below their locations, and forgets them.
     void eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects);
     void dissolveFrom(std::uint32_t location, std::uint32_t object);
+    /// What it takes to judge whether a space is still needed, in steps.
+    std::uint64_t judgingSteps(std::uint32_t space) const;
 
     /// The space and all spaces below it; good until a link changes.
     const SlotSet& atAndBelow(std::uint32_t space);

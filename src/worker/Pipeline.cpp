@@ -4,6 +4,7 @@
 
 #include "frame/DataStore.h"
 #include "frame/InForce.h"
+#include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "parser/walk/ComputationClock.h"
 #include "worker/slicing/WindowTimes.h"
@@ -56,6 +57,7 @@ void OrvantaWorker::runPipeline(const Params& params, ProgressReporter* reporter
     DataParser parser; // lives to the end: keyframe creation reads its strokes
     parseObjectData(params, store, parser);
     const WindowTimes windowTimes(store.windowObjects);
+    countSteps(store, store.windowObjects.size());
     const InForce<const WindowTimes*> inForce(store.windowTimes, &windowTimes);
     complete(OV_PIPELINE_OBJECTS);
     sliceTime(store);

@@ -1,8 +1,11 @@
 // Stopping between two reports: on a flood the reporter is asked again and again, on what people record exactly once for
 // each report.
 
+#include <algorithm>
 #include <functional>
+#include <numeric>
 #include <optional>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +13,7 @@
 #include "HostileRequests.h"
 #include "OrvantaWorker.h"
 #include "frame/Steps.h"
+#include "parser/DataParser.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS::testing {
@@ -150,11 +154,185 @@ TEST(CancelTest, SearchingAndFoldingSlices_AreCounted) {
 
 TEST(CancelTest, LookingForAWindow_IsCountedByTheManyThatItPasses) {
     AlmostDue due;
-    due.store.windowObjects.assign(64, {ActiveWindow, 0.0, 1.0, {0, 9, 0, 9}, 0.0});
+    due.store.windowObjects.assign(8, {ActiveWindow, 0.0, 1.0, {0, 9, 0, 9}, 0.0});
     Rectangle window;
     EXPECT_TRUE(due.isAsked([&] { due.worker.getConstantWindow(due.store, {5.0, 6.0}, window); }));
     due.store.windowObjects.pop_back();
     EXPECT_FALSE(due.isAsked([&] { due.worker.getConstantWindow(due.store, {5.0, 6.0}, window); }));
+}
+
+TEST(CancelTest, InsertingDissolvingAndSummingUp_AreCounted) {
+    AlmostDue due;
+    for (std::int32_t i = 0; i < 4; ++i) {
+        due.store.valueObjects.push_back({Click, 0.0, 1.0, {i * 20, i * 20 + 100, 0, 100}, 7.0});
+    }
+    ValueSpace space(&due.store);
+    space.insertObject(0);
+    EXPECT_TRUE(due.isAsked([&] { space.insertObject(1); }));
+    EXPECT_TRUE(due.isAsked([&] { space.quickSummarize(1.0); }));
+    EXPECT_TRUE(due.isAsked([&] { space.summarize(1.0); }));
+    EXPECT_TRUE(due.isAsked([&] { due.worker.recalcValueInterval(due.store, {0.0, 1.0}, space); }));
+    EXPECT_TRUE(due.isAsked([&] { space.deleteObject(0); }));
+}
+
+std::uint64_t namesIn(const ValueSpace& space) {
+    return std::accumulate(space.graph.begin(), space.graph.end(), std::uint64_t{0},
+                           [](std::uint64_t sum, const OV_INTERSECTION& slot) { return sum + slot.objects.size(); });
+}
+
+// Every two of these overlap, and hardly two overlaps are the same: the graph grows with the cube of their number.
+TEST(CancelTest, AGraphThatExplodes_CountsWhatItWritesAndReads) {
+    constexpr std::uint64_t kNamesPerStep = 16; // at most; a step is some nanoseconds
+    OV_DATA_STORE store;
+    for (std::int32_t i = 0; i < 48; ++i) {
+        store.valueObjects.push_back({Click, 0.0, 1.0, {i * 10, 900 + i * 37 % 173, 0, 500 + i * 59 % 211}, 1.0});
+    }
+    ValueSpace space(&store);
+    const auto stepsOf = [&](const std::function<void()>& work) {
+        const std::uint64_t before = store.stepsSinceQuestion; // without a reporter nothing sets it back
+        work();
+        return store.stepsSinceQuestion - before;
+    };
+    std::uint64_t names = 0;
+    for (std::uint32_t i = 0; i < store.valueObjects.size(); ++i) {
+        const std::uint64_t steps = stepsOf([&] { space.insertObject(i); });
+        const std::uint64_t now = namesIn(space);
+        ASSERT_LE(now - names, steps * kNamesPerStep) << "object " << i;
+        names = now;
+    }
+    ASSERT_GT(names, 10000u);
+    EXPECT_LE(names, stepsOf([&] { space.quickSummarize(1.0); }) * kNamesPerStep);
+    EXPECT_LE(names, stepsOf([&] { space.summarize(1.0); }) * kNamesPerStep);
+    for (std::uint32_t i = 0; i < store.valueObjects.size(); ++i) {
+        const std::uint64_t steps = stepsOf([&] { space.deleteObject(i); });
+        const std::uint64_t now = namesIn(space);
+        ASSERT_LE(names - now, steps * kNamesPerStep) << "object " << i;
+        names = now;
+    }
+    EXPECT_EQ(names, 0u);
+}
+
+// The steps that a run without a reporter counts until its objects are known.
+std::uint64_t stepsOfParsing(const Params& params) {
+    OV_DATA_STORE store;
+    codeOf([&] {
+        OrvantaWorker().runPipeline(params, nullptr, store, [](OV_PIPELINE_STAGE stage, const OV_DATA_STORE&) {
+            if (stage == OV_PIPELINE_OBJECTS) {
+                throw OrvantaException("seen enough", OVERR_USER_CANCELLED);
+            }
+        });
+    });
+    return store.stepsSinceQuestion;
+}
+
+TEST(CancelTest, ClicksOverADisorderedCursor_CountTheSamplesThatEachReads) {
+    constexpr std::uint64_t kSamples = 4000;
+    constexpr std::uint64_t kClicks = 500;
+    Params params = busyRequest(0, 10.0, 1000.0);
+    params.cursorLocations().clear();
+    params.cursorActions().clear();
+    for (std::uint64_t i = 0; i < kSamples; ++i) {
+        params.cursorLocations().push_back({i % 2 == 0 ? 1000 : 900, 100, 100});
+    }
+    for (std::uint64_t i = 0; i < 2 * kClicks; ++i) {
+        params.cursorActions().push_back({3000, static_cast<std::int32_t>(i % 2)});
+    }
+    EXPECT_GT(stepsOfParsing(params), kSamples * kClicks / 16);
+}
+
+TEST(CancelTest, ManyChangedRectangles_AreCounted) {
+    Params params = busyRequest(0, 10.0, 1000.0);
+    const std::uint64_t few = stepsOfParsing(params);
+    constexpr std::int32_t kRects = 4000;
+    for (const long long time : {8000, 8100}) {
+        for (std::int32_t i = 0; i < kRects; ++i) {
+            params.dirtyRects().push_back({time, {i % 100 * 12, i % 100 * 12 + 8, i / 100 * 12, i / 100 * 12 + 8}});
+        }
+    }
+    EXPECT_GT(stepsOfParsing(params), few + 2 * kRects);
+}
+
+// A stroke that every drag cuts: its rest is copied each time.
+TEST(CancelTest, CuttingStrokes_IsCounted) {
+    constexpr std::int32_t kPoints = 2000;
+    constexpr std::int32_t kDrags = 100;
+    Params params = busyRequest(0, 10.0, 1000.0);
+    params.cursorLocations().clear();
+    params.cursorActions().clear();
+    for (std::int32_t i = 0; i < kPoints; ++i) {
+        params.cursorLocations().push_back({1000 + i, 10 + i / 2, 10 + i / 3});
+    }
+    const std::uint64_t uncut = stepsOfParsing(params);
+    for (std::int32_t i = 0; i < kDrags; ++i) {
+        params.cursorActions().push_back({1003 + 20 * i, 0});
+        params.cursorActions().push_back({1017 + 20 * i, 1});
+    }
+    // Each cut finds some points ahead of it and leaves half of the stroke on average.
+    EXPECT_GT(stepsOfParsing(params), uncut + std::uint64_t{kDrags} * kPoints / 16);
+}
+
+TEST(CancelTest, MergingMaps_IsCountedByTheSquareOfTheirStack) {
+    // Eight rectangles one on the other in both maps: each layer doubles the stack and adds itself.
+    VS_VALUE_MAP map;
+    map.span = 1.0;
+    for (std::int32_t i = 0; i < 8; ++i) {
+        map.spaces.push_back({{0, 100 + i, 0, 100}, 20.0 - i});
+    }
+    std::uint64_t stack = map.spaces.size();
+    for (int layer = 0; layer < 8; ++layer) {
+        stack = 2 * stack + 1;
+    }
+    const OrvantaWorker worker;
+    OV_DATA_STORE store;
+    store.slices.resize(2);
+    for (OV_FOCUS_SLICE& slice : store.slices) {
+        slice.map = map;
+    }
+    worker.doBestMerge(store, 0, 1);
+    EXPECT_GT(store.stepsSinceQuestion, stack * stack / 64);
+    EXPECT_EQ(store.slices[0].map.spaces, worker.mergeMaps(map, map).spaces);
+}
+
+TEST(CancelTest, ShotsAndFrames_AreCounted) {
+    AlmostDue due;
+    due.store.slices.resize(4);
+    Params params = busyRequest(0, 10.0, 1000.0);
+    DataParser parser;
+    EXPECT_TRUE(due.isAsked([&] { due.worker.createKeyframeLoop(params, due.store, parser, 0.0); }));
+    EXPECT_TRUE(due.isAsked([&] { due.worker.processMergeCombos(params, due.store); }));
+    for (OV_FOCUS_SLICE& slice : due.store.slices) {
+        slice.blank = true;
+    }
+    EXPECT_TRUE(due.isAsked([&] { due.worker.mergeCleanupPass(due.store); }));
+}
+
+TEST(CancelTest, ALongSort_CanBeStopped_AndSortsAsAShortOneDoes) {
+    std::vector<std::uint32_t> numbers(kLongSort);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        numbers[i] = static_cast<std::uint32_t>(i * 2654435761u % 1000003u);
+    }
+    std::vector<std::uint32_t> expected = numbers;
+    std::sort(expected.begin(), expected.end());
+    OV_DATA_STORE store;
+    const auto sortAll = [&](std::vector<std::uint32_t>& list) {
+        stoppableSort(store, list.size(), std::less<>(), [&](auto less) { std::sort(list.begin(), list.end(), less); });
+    };
+    std::vector<std::uint32_t> sorted = numbers;
+    sortAll(sorted);
+    EXPECT_EQ(sorted, expected);
+    EXPECT_GE(store.stepsSinceQuestion, kLongSort - 1) << "one for each comparison";
+
+    store.stepsSinceQuestion = 0;
+    std::vector<std::uint32_t> few{3, 1, 2};
+    sortAll(few);
+    EXPECT_EQ(few, (std::vector<std::uint32_t>{1, 2, 3}));
+    EXPECT_EQ(store.stepsSinceQuestion, 0u);
+
+    CountingReporter reporter(1);
+    store.progress = &reporter;
+    store.stepsSinceQuestion = kStepsBetweenQuestions - 1;
+    EXPECT_EQ(codeOf([&] { sortAll(numbers); }), OVERR_USER_CANCELLED);
+    EXPECT_EQ(reporter.asked, 1u);
 }
 
 TEST(CancelTest, WithAndWithoutAReporter_TheAnswersAreTheSame) {

@@ -21,6 +21,8 @@ constexpr double kDoubleClickSeconds = 0.5;
 constexpr std::int32_t kDoubleClickPixels = 5;
 // A longer pause between two wheel steps ends the run, seconds.
 constexpr double kScrollGapSeconds = 1.0;
+// Samples of the cursor that are read in the time of one step.
+constexpr std::uint32_t kReadPerStep = 8;
 
 bool isPress(std::int32_t code) { return code == 0 || code == 2 || code == 4; }
 
@@ -65,6 +67,7 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
         return spannedBy(press, release);
     }
     bool reachedPress = false;
+    const std::uint32_t first = location;
     for (std::uint32_t i = location; i < locations.size(); ++i) {
         const OV_MOUSE_LOCATION& sample = locations[i];
         if (sample.time == downTime || (sample.time < downTime && !reachedPress)) {
@@ -77,6 +80,7 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
         release = sample;
         location = i;
     }
+    count(1 + (location - first) / kReadPerStep);
     return spannedBy(press, release);
 }
 

@@ -4,9 +4,12 @@
 #include <cstddef>
 #include <limits>
 
+#include "frame/Steps.h"
+
 namespace OrvantaNS {
 
-StrokePauses::StrokePauses(DataParser& parser) : parser_(parser), pause_(DataParser::revertTime(kPauseSeconds)) {
+StrokePauses::StrokePauses(DataParser& parser, OV_DATA_STORE* counting)
+    : parser_(parser), counting_(counting), pause_(DataParser::revertTime(kPauseSeconds)) {
     const std::vector<MOUSE_STROKE>& strokes = parser.keptStrokes;
     latestStops_.reserve(strokes.size());
     long long latest = std::numeric_limits<long long>::lowest();
@@ -20,10 +23,18 @@ StrokePauses::StrokePauses(DataParser& parser) : parser_(parser), pause_(DataPar
             setsOff_.push_back(static_cast<std::uint32_t>(i));
         }
     }
+    count(strokes.size());
+}
+
+void StrokePauses::count(std::uint64_t steps) const {
+    if (counting_ != nullptr) {
+        countSteps(*counting_, steps);
+    }
 }
 
 double StrokePauses::lastBefore(double time) const {
     if (!isInOrder_) {
+        count(parser_.keptStrokes.size());
         return parser_.findLastMousePause(time);
     }
     const std::vector<MOUSE_STROKE>& strokes = parser_.keptStrokes;
@@ -33,6 +44,7 @@ double StrokePauses::lastBefore(double time) const {
     // Behind the first stroke that begins too late all do.
     for (i = std::max<std::size_t>(i, parser_.pauseStroke);
          i < strokes.size() && firstTime(strokes[i]) <= wrapAdd(moment, pause_); ++i) {
+        count(1);
         if (lastTime(strokes[i]) < moment) {
             continue;
         }

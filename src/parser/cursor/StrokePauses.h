@@ -27,13 +27,17 @@ inline bool isAfterPause(const std::vector<MOUSE_STROKE>& strokes, std::size_t s
 /// outlives it, and its kept strokes do not change meanwhile.
 class StrokePauses {
 public:
-    explicit StrokePauses(DataParser& parser);
+    /// `counting` is where the work is counted (`countSteps`), or null; it outlives this, too.
+    explicit StrokePauses(DataParser& parser, OV_DATA_STORE* counting = nullptr);
 
     /// What `findLastMousePause` gives for `time`, seconds.
     double lastBefore(double time) const;
 
 private:
+    void count(std::uint64_t steps) const;
+
     DataParser& parser_;
+    OV_DATA_STORE* counting_;
     long long pause_;                    // the least length of a pause, ticks
     bool isInOrder_ = true;              // the strokes stand in order of their first samples
     std::vector<long long> latestStops_; // by stroke: the latest last sample from `pauseStroke` up to it

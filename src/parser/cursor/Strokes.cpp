@@ -17,6 +17,9 @@ constexpr std::int64_t kPiecePixels = 4;
 // A stroke shorter than this, seconds, and larger than that on an axis, pixels, is a flick across the screen.
 constexpr double kFlickSeconds = 0.25;
 constexpr std::int32_t kFlickPixels = 320;
+// Points or objects that are passed, and strokes that are moved, in the time of one step.
+constexpr std::size_t kPassedPerStep = 8;
+constexpr std::size_t kMovedPerStep = 2;
 
 bool isPoint(const MOUSE_STROKE& stroke) {
     if (stroke.points.empty()) {
@@ -46,6 +49,7 @@ void DataParser::chopStrokes() {
         return;
     }
     std::vector<long long> cuts;
+    count(objects.size() / kPassedPerStep);
     for (const OV_VALUE_OBJECT& object : objects) {
         if (object.type == Drag) {
             cuts.push_back(revertTime(object.start));
@@ -68,6 +72,7 @@ void DataParser::chopStrokes() {
         std::vector<OV_MOUSE_LOCATION>& points = strokes[i].points;
         const auto beyond = std::find_if(points.begin(), points.end(),
                                          [&](const OV_MOUSE_LOCATION& point) { return point.time > cuts[cut]; });
+        count(1 + points.size() / kPassedPerStep);
         if (beyond == points.end()) {
             ++i;
             continue;
@@ -78,12 +83,14 @@ void DataParser::chopStrokes() {
         const bool isTailKept = tail.points.size() >= 2;
         if (isHeadKept) {
             if (isTailKept) {
+                count((strokes.size() - i) / kMovedPerStep);
                 strokes.insert(head + 1, std::move(tail));
             }
             ++i;
         } else if (isTailKept) {
             *head = std::move(tail); // the tail stands in the head's place and is the next to be walked
         } else {
+            count((strokes.size() - i) / kMovedPerStep);
             strokes.erase(head);
         }
     }

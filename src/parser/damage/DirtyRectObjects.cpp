@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "frame/Geometry.h"
+#include "frame/InForce.h"
 #include "parser/damage/AreaMatch.h"
 #include "parser/flood/DirtyRectFlood.h"
 #include "parser/walk/ZoneWalk.h"
@@ -16,6 +17,13 @@ namespace {
 
 // An area keeps its identity over a gap between sightings of up to this long, seconds.
 constexpr double kSightingGapSeconds = 1.5;
+
+// Pairs of rectangles that are compared, and areas or frames that are passed, in the time of one step.
+constexpr std::uint64_t kPairsPerStep = 32;
+constexpr std::uint64_t kPassedPerStep = 8;
+// Work on one moment, and on one cluster of it, steps.
+constexpr std::uint64_t kStepsPerMoment = 2;
+constexpr std::uint64_t kStepsPerArea = 2;
 
 // Position of the first frame that is not matched yet and similar to `seen`; the number of frames when there is none.
 std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Rectangle& seen) {
@@ -30,6 +38,7 @@ std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Recta
 void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const std::vector<OV_TIME_RECT>& dirtyRects = params.dirtyRects();
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
+    const InForce<OV_DATA_STORE*> counting(counting_, &store);
     std::vector<std::uint32_t> active;
     std::vector<DR_OBJECT_FRAME> frames;
     std::uint32_t i = skipDirtyRect;
@@ -44,8 +53,9 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
             ++end;
         }
         if (end - i > kFloodRects) {
-            frames = clusterFlood(dirtyRects, i, end);
+            frames = clusterFlood(dirtyRects, i, end, counting_);
         } else {
+            count(std::uint64_t{end - i} * (end - i) / kPairsPerStep);
             for (std::uint32_t record = i; record < end; ++record) {
                 addDRToFrameSet(record, params, frames);
             }
@@ -89,8 +99,11 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
     const long long maximumGap = revertTime(kSightingGapSeconds);
     std::optional<SimilarFrameFinder> finder;
     if (frames.size() > kFloodFrames && active.size() > kFloodFrames) {
-        finder.emplace(frames);
+        finder.emplace(frames, counting_);
+    } else {
+        count(std::uint64_t{active.size()} * frames.size() / kPairsPerStep);
     }
+    count(kStepsPerMoment + active.size() + kStepsPerArea * frames.size());
     // The objects that stay alive move up in order; erasing one by one would cost the square of a flood.
     auto alive = active.begin();
     for (const std::uint32_t index : active) {
@@ -128,7 +141,13 @@ void DataParser::mergeFramesToActiveSet(std::vector<DR_OBJECT_FRAME>& frames, st
 }
 
 std::vector<std::uint32_t> DataParser::getDRObjectsInTime(Interval_Type<long long> interval) {
-    return areasInTime(drObjects, skipDRObject, interval, walk_ != nullptr ? &walk_->areas : nullptr);
+    const AreaTimes* times = walk_ != nullptr ? &walk_->areas : nullptr;
+    if (times == nullptr || !times->isInOrder()) {
+        count(drObjects.size() / kPassedPerStep); // at most
+    }
+    std::vector<std::uint32_t> selected = areasInTime(drObjects, skipDRObject, interval, times);
+    count(1 + selected.size() / kPassedPerStep);
+    return selected;
 }
 
 Rectangle DataParser::getDOFrameAtTime(unsigned int object, long long time) {
@@ -141,6 +160,7 @@ Rectangle DataParser::getDOFrameAtTime(unsigned int object, long long time) {
                              [](long long moment, const OV_TIME_RECT& frame) { return moment < frame.time; });
         return (later - 1)->rect;
     }
+    count(frames.size() / kPassedPerStep); // at most
     Rectangle rect = frames.front().rect;
     for (std::size_t i = 1; i < frames.size() && frames[i].time <= time; ++i) {
         rect = frames[i].rect;

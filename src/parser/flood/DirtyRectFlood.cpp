@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/damage/AreaMatch.h"
 
 namespace OrvantaNS {
@@ -12,6 +13,15 @@ namespace OrvantaNS {
 namespace {
 
 using Node = RectangleTree::Node;
+
+// Work on one rectangle when trees over all are made, steps.
+constexpr std::uint64_t kStepsPerRect = 8;
+
+void count(OV_DATA_STORE* counting, std::uint64_t steps) {
+    if (counting != nullptr) {
+        countSteps(*counting, steps);
+    }
+}
 
 // The clusters of one moment. A cluster goes by its founder, the number of its first record: a joined cluster goes into
 // the one with the earlier founder, so that founders stand in the order of the clusters.
@@ -25,8 +35,9 @@ public:
         : rects_(std::move(rects)), tree_(rects_), founders_(rects_.size()), next_(rects_.size(), kNone),
           last_(rects_.size()), extents_(rects_), hitBy_(rects_.size(), kNone), owners_(tree_.nodeCount(), kNone) {}
 
-    // Records must be added in order.
-    void add(std::uint32_t record) {
+    // Records must be added in order. Gives the number of nodes and records that it looked at.
+    std::uint64_t add(std::uint32_t record) {
+        visited_ = 1;
         const std::vector<std::uint32_t> hits = clustersHit(record);
         founders_[record] = hits.empty() ? record : hits.front();
         last_[record] = record;
@@ -41,6 +52,7 @@ public:
             extents_[target] = boundingUnion(extents_[target], rects_[record]);
         }
         include(record);
+        return visited_;
     }
 
     // The members' numbers begin at `from`.
@@ -116,6 +128,7 @@ private:
     }
 
     void test(std::uint32_t earlier, std::uint32_t record, std::vector<std::uint32_t>& hits) {
+        ++visited_;
         const std::uint32_t founder = founderOf(earlier);
         if (hitBy_[founder] != record && rects_[record].canTouchRect(rects_[earlier])) {
             hitBy_[founder] = record;
@@ -124,6 +137,7 @@ private:
     }
 
     void search(Node node, const Rectangle& reach, std::uint32_t record, std::vector<std::uint32_t>& hits) {
+        ++visited_;
         std::uint32_t& owner = owners_[node];
         if (owner == kNone || !tree_.canMeet(node, reach)) {
             return;
@@ -158,6 +172,7 @@ private:
     std::vector<Rectangle> extents_;      // By founder: the cluster's rectangle.
     std::vector<std::uint32_t> hitBy_;    // By founder: the last record that hit the cluster.
     std::vector<std::uint32_t> owners_;   // By node: a record of the cluster that all records below it belong to.
+    std::uint64_t visited_ = 0;           // Nodes and records that the search in work has looked at.
     std::vector<std::uint32_t> far_;      // Records that the tree cannot hold and that may still be touched.
 };
 
@@ -173,7 +188,8 @@ std::vector<Rectangle> rectsOf(const std::vector<DR_OBJECT_FRAME>& frames) {
 } // namespace
 
 std::vector<DR_OBJECT_FRAME> clusterFlood(const std::vector<OV_TIME_RECT>& dirtyRects, std::uint32_t from,
-                                          std::uint32_t to) {
+                                          std::uint32_t to, OV_DATA_STORE* counting) {
+    count(counting, kStepsPerRect * (to - from));
     std::vector<Rectangle> rects;
     rects.reserve(to - from);
     for (std::uint32_t i = from; i < to; ++i) {
@@ -181,13 +197,14 @@ std::vector<DR_OBJECT_FRAME> clusterFlood(const std::vector<OV_TIME_RECT>& dirty
     }
     Clusters clusters(std::move(rects));
     for (std::uint32_t i = 0; i < to - from; ++i) {
-        clusters.add(i);
+        count(counting, clusters.add(i));
     }
     return clusters.take(from);
 }
 
-SimilarFrameFinder::SimilarFrameFinder(const std::vector<DR_OBJECT_FRAME>& frames)
-    : frames_(frames), tree_(rectsOf(frames)), first_(tree_.nodeCount(), frames.size()) {
+SimilarFrameFinder::SimilarFrameFinder(const std::vector<DR_OBJECT_FRAME>& frames, OV_DATA_STORE* counting)
+    : counting_(counting), frames_(frames), tree_(rectsOf(frames)), first_(tree_.nodeCount(), frames.size()) {
+    count(counting, kStepsPerRect * frames.size());
     for (std::size_t i = 0; i < frames.size(); ++i) {
         const DR_OBJECT_FRAME& frame = frames[i];
         if (frame.matched) {
@@ -208,10 +225,13 @@ std::size_t SimilarFrameFinder::find(const Rectangle& seen) const {
     const auto isMatch = [&](std::size_t i) { return isSimilar(seen, frames_[i].rect); };
     const auto far = std::find_if(far_.begin(), far_.end(), isMatch);
     std::size_t best = far == far_.end() ? frames_.size() : *far;
+    std::uint64_t visited = 1 + far_.size();
     if (!RectangleTree::isFar(seen)) {
-        findBelow(RectangleTree::kRoot, seen, best);
+        findBelow(RectangleTree::kRoot, seen, best, visited);
+        count(counting_, visited);
         return best;
     }
+    count(counting_, visited + best);
     for (std::size_t i = 0; i < best; ++i) {
         if (!frames_[i].matched && isMatch(i)) {
             return i;
@@ -220,7 +240,8 @@ std::size_t SimilarFrameFinder::find(const Rectangle& seen) const {
     return best;
 }
 
-void SimilarFrameFinder::findBelow(Node node, const Rectangle& seen, std::size_t& best) const {
+void SimilarFrameFinder::findBelow(Node node, const Rectangle& seen, std::size_t& best, std::uint64_t& visited) const {
+    ++visited;
     if (first_[node] >= best || !tree_.canMeet(node, seen)) {
         return;
     }
@@ -236,8 +257,8 @@ void SimilarFrameFinder::findBelow(Node node, const Rectangle& seen, std::size_t
     if (first_[later] < first_[sooner]) {
         std::swap(sooner, later);
     }
-    findBelow(sooner, seen, best);
-    findBelow(later, seen, best);
+    findBelow(sooner, seen, best, visited);
+    findBelow(later, seen, best, visited);
 }
 
 void SimilarFrameFinder::take(std::size_t position) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "frame/DataStore.h"
 #include "parser/damage/DirtyRectObject.h"
 #include "parser/flood/RectangleTree.h"
 
@@ -18,15 +19,17 @@ inline constexpr std::uint32_t kFloodRects = 256;
 inline constexpr std::size_t kFloodFrames = 64;
 
 /// Gives the clusters that `DataParser::addDRToFrameSet` makes of the records from `from` up to but not including `to`,
-/// in the same order, without asking every cluster about every record.
+/// in the same order, without asking every cluster about every record. The work is counted in `counting` (`countSteps`),
+/// unless that is null.
 std::vector<DR_OBJECT_FRAME> clusterFlood(const std::vector<OV_TIME_RECT>& dirtyRects, std::uint32_t from,
-                                          std::uint32_t to);
+                                          std::uint32_t to, OV_DATA_STORE* counting = nullptr);
 
 /// Finds the cluster that an active object takes, without asking every cluster of the moment.
 class SimilarFrameFinder {
 public:
-    /// Looks among the frames that are not matched yet. Their rectangles must stay as they are.
-    explicit SimilarFrameFinder(const std::vector<DR_OBJECT_FRAME>& frames);
+    /// Looks among the frames that are not matched yet. Their rectangles must stay as they are. The work is counted in
+    /// `counting` (`countSteps`), unless that is null.
+    explicit SimilarFrameFinder(const std::vector<DR_OBJECT_FRAME>& frames, OV_DATA_STORE* counting = nullptr);
 
     /// Position of the first frame not taken that is similar to `seen`, or the number of frames when there is none.
     std::size_t find(const Rectangle& seen) const;
@@ -34,8 +37,9 @@ public:
     void take(std::size_t position);
 
 private:
-    void findBelow(RectangleTree::Node node, const Rectangle& seen, std::size_t& best) const;
+    void findBelow(RectangleTree::Node node, const Rectangle& seen, std::size_t& best, std::uint64_t& visited) const;
 
+    OV_DATA_STORE* counting_;
     const std::vector<DR_OBJECT_FRAME>& frames_;
     RectangleTree tree_;
     std::vector<std::size_t> first_; // By node: the first frame below it that is not taken.

@@ -16,7 +16,7 @@ namespace OrvantaNS {
 namespace {
 
 // Frames that a plain scan passes in the time of one step.
-constexpr std::uint64_t kScannedPerStep = 32;
+constexpr std::uint64_t kScannedPerStep = 8;
 
 bool isDue(long long head, long long next) { return head > 0 && head <= next; }
 
@@ -51,7 +51,8 @@ void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_
         getClickResult(zone, params, store);
     }
     countSteps(store, objects.size());
-    std::stable_sort(objects.begin(), objects.end(), CompareValueObjects2);
+    stoppableSort(store, objects.size(), CompareValueObjects2,
+                  [&](auto less) { std::stable_sort(objects.begin(), objects.end(), less); });
     applyRules(zone, params, store, convertTime(interval.stop));
 
     strokes.clear();

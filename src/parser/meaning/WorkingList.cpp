@@ -232,8 +232,10 @@ void WorkingList::atSamePlace(const Rectangle& rect, double start, const std::fu
                            std::is_sorted(byPlace_.begin(), byPlace_.end(), [&](std::size_t a, std::size_t b) {
                                return objects_[a].start < objects_[b].start;
                            });
-        std::stable_sort(byPlace_.begin(), byPlace_.end(),
-                         [&](std::size_t a, std::size_t b) { return placeOf(objects_[a]) < placeOf(objects_[b]); });
+        stoppableSort(
+            store_, byPlace_.size(),
+            [&](std::size_t a, std::size_t b) { return placeOf(objects_[a]) < placeOf(objects_[b]); },
+            [&](auto less) { std::stable_sort(byPlace_.begin(), byPlace_.end(), less); });
     }
     OV_VALUE_OBJECT wanted;
     wanted.rect = rect;

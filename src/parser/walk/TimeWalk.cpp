@@ -12,6 +12,8 @@ namespace OrvantaNS {
 
 namespace {
 
+// Samples that are skipped in the time of one step.
+constexpr std::uint64_t kSkippedPerStep = 8;
 // The head of a stream that is exhausted.
 constexpr long long kAbsent = -1;
 
@@ -43,12 +45,14 @@ void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DAT
 
 void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DATA_STORE& store,
                                  const StreamIndex& streams) {
+    const InForce<OV_DATA_STORE*> counting(counting_, &store);
     drObjects.clear();
     skipToLiveZone(zone, params, store);
     preProcessDR(zone, params, store);
     skipDRObject = 0;
 
     const ZoneWalk walk{streams, AreaTimes(drObjects)};
+    count(drObjects.size());
     const InForce<const ZoneWalk*> inForce(walk_, &walk);
     walkZone(zone, params, store);
 }
@@ -108,13 +112,18 @@ void DataParser::skipToLiveZone(unsigned int zone, const Params& params, OV_DATA
     nextForeWindow = skipForeWindow;
 }
 
-void DataParser::skipToTime(const Params& params, OV_DATA_STORE&, long long time) {
+void DataParser::skipToTime(const Params& params, OV_DATA_STORE& store, long long time) {
+    const auto passed = [&] {
+        return std::uint64_t{skipLocation} + skipAction + skipCaret + skipForeWindow + skipDirtyRect + skipDRObject;
+    };
+    const std::uint64_t before = passed();
     skipStream(params.cursorLocations(), skipLocation, time);
     skipStream(params.cursorActions(), skipAction, time);
     skipStream(params.caretRects(), skipCaret, time);
     skipStream(params.foreWindows(), skipForeWindow, time);
     skipStream(params.dirtyRects(), skipDirtyRect, time);
     skipStream(drObjects, skipDRObject, time, &DR_OBJECT::stop);
+    countSteps(store, (passed() - before) / kSkippedPerStep);
 }
 
 void DataParser::processCaret(unsigned int, const Params&, OV_DATA_STORE&) { ++nextCaret; }

@@ -7,6 +7,7 @@
 
 #include "frame/DataStore.h"
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "parser/cursor/StrokePauses.h"
 
@@ -22,6 +23,9 @@ constexpr double kFirstAmongOthersSeconds = 6.0;
 // The earliest and the latest that a move starts before its slice, seconds.
 constexpr double kLongestLeadSeconds = 3.0;
 constexpr double kShortestLeadSeconds = 0.3;
+
+// Work on one frame, steps.
+constexpr std::uint64_t kStepsPerFrame = 16;
 
 constexpr Rectangle kNoWindow{};
 
@@ -107,8 +111,9 @@ void OrvantaWorker::createKeyframeLoop(const Params& params, OV_DATA_STORE& stor
         return;
     }
     createFirstKeyframe(*this, params, store);
-    const StrokePauses pauses(parser);
+    const StrokePauses pauses(parser, &store);
     for (std::uint32_t i = 1; i < store.slices.size(); ++i) {
+        countSteps(store, kStepsPerFrame);
         const OV_FOCUS_SLICE& slice = store.slices[i];
         if (slice.mergeId == -1 || slice.blank) {
             continue;

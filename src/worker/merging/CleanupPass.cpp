@@ -3,7 +3,9 @@
 #include <cstddef>
 
 #include "OrvantaWorker.h"
+#include "frame/Steps.h"
 #include "worker/merging/SliceTests.h"
+#include "worker/merging/ValueMapMerging.h"
 
 namespace OrvantaNS {
 
@@ -14,12 +16,15 @@ namespace {
 // blank may end before the shot does, and then takes the shot's stop back.
 std::size_t sweepBlanks(OV_DATA_STORE& store, OV_FOCUS_SLICE& shot, std::size_t from) {
     std::size_t i = from;
+    StepCounter steps(store);
     for (; i < store.slices.size() && store.slices[i].blank; ++i) {
+        steps.add(1);
         if (store.slices[i].mergeId >= 0) {
             shot.stop = store.slices[i].stop;
             store.slices[i].mergeId = kDeadMergeId;
         }
     }
+    steps.settle();
     return i;
 }
 
@@ -37,10 +42,11 @@ void OrvantaWorker::mergeCleanupPass(OV_DATA_STORE& store) const {
             while (rest < store.slices.size()) {
                 OV_FOCUS_SLICE& taken = store.slices[rest];
                 ++rest;
+                countSteps(store, 1);
                 if (taken.mergeId >= 0) {
                     // The frame stays the short shot's, even when the longer one is taken in.
                     shot.stop = taken.stop;
-                    shot.map = mergeMaps(shot.map, taken.map);
+                    shot.map = mergeMapsCounted(*this, store, shot.map, taken.map);
                     taken.mergeId = kDeadMergeId;
                 }
                 if (sliceLength(shot) > keyframeFloor(store)) {

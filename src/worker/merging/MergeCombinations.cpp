@@ -4,7 +4,9 @@
 #include <cstddef>
 
 #include "OrvantaWorker.h"
+#include "frame/Steps.h"
 #include "worker/merging/SliceTests.h"
+#include "worker/merging/ValueMapMerging.h"
 
 namespace OrvantaNS {
 
@@ -22,6 +24,9 @@ constexpr double kExcursionSeconds = 5.0;
 // Seconds beyond the keyframe floor from which on an unclassified stretch stands by itself.
 constexpr double kLooseStretchSeconds = 3.0;
 
+// Work on one slice: the frames of three shots, steps.
+constexpr std::uint64_t kStepsPerShot = 32;
+
 // True when the common part makes up the given share of both frames. An empty frame asks for nothing.
 bool shareFrame(const Rectangle& a, const Rectangle& b, std::int64_t percent) {
     const std::int64_t common = area(intersection(a, b));
@@ -34,6 +39,7 @@ void OrvantaWorker::processMergeCombos(const Params& params, OV_DATA_STORE& stor
     // The shots that stand so far, the latest at the back.
     std::vector<std::uint32_t> kept;
     for (std::uint32_t i = 0; i < store.slices.size(); ++i) {
+        countSteps(store, kStepsPerShot);
         if (store.slices[i].blank || store.slices[i].mergeId == kDeadMergeId) {
             continue;
         }
@@ -138,18 +144,18 @@ void OrvantaWorker::doBestMerge(OV_DATA_STORE& store, unsigned int first, unsign
         }
         a.breakdown.tier4Rect = hot;
         a.mergeType = OV_MERGE_TIGHT;
-        a.map = mergeMaps(a.map, b.map);
+        a.map = mergeMapsCounted(*this, store, a.map, b.map);
     } else if (isWindowed(a.breakdown) && isWindowed(b.breakdown)) {
         a.breakdown.windowRect = boundingUnion(a.breakdown.windowRect, b.breakdown.windowRect);
         a.breakdown.tier4Rect = hot;
         a.mergeType = OV_MERGE_WIDE;
-        a.map = mergeMaps(a.map, b.map);
+        a.map = mergeMapsCounted(*this, store, a.map, b.map);
     } else if (a.mergeType == OV_MERGE_FULL_SCREEN) {
         a.breakdown.windowRect = boundingUnion(a.breakdown.windowRect, b.breakdown.windowRect);
     } else {
         a.breakdown.tier4Rect = hot;
         a.mergeType = OV_MERGE_LOOSE;
-        a.map = mergeMaps(a.map, b.map);
+        a.map = mergeMapsCounted(*this, store, a.map, b.map);
     }
     b.mergeId = kDeadMergeId;
     a.stop = b.stop;

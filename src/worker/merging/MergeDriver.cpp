@@ -15,6 +15,13 @@
 
 namespace OrvantaNS {
 
+namespace {
+
+// Work on one proposal, steps: what two slices are, and what is to happen between them.
+constexpr std::uint64_t kStepsPerProposal = 16;
+
+} // namespace
+
 void OrvantaWorker::mergeSlices(const Params& params, OV_DATA_STORE& store, double) const {
     if (store.slices.empty()) {
         throw OrvantaException("Need String! somehow we have no slices!", OVERR_MERGE_FAILED);
@@ -25,6 +32,7 @@ void OrvantaWorker::mergeSlices(const Params& params, OV_DATA_STORE& store, doub
 
     MergeQueue queue;
     for (std::uint32_t i = 0; i < store.slices.size(); ++i) {
+        countSteps(store, kStepsPerProposal);
         if (!store.slices[i].blank) {
             createMergeEntry(store, queue, i);
         }

@@ -3,8 +3,10 @@
 
 #include "OrvantaException.h"
 #include "OrvantaWorker.h"
+#include "frame/Steps.h"
 #include "worker/merging/MergeEntry.h"
 #include "worker/merging/SliceTests.h"
+#include "worker/merging/ValueMapMerging.h"
 
 namespace OrvantaNS {
 
@@ -30,8 +32,8 @@ struct Content {
 };
 
 // One camera position for both.
-Content takeBoth(const OrvantaWorker& worker, const MergePair& pair, const Rectangle& window) {
-    pair.firstSlice.map = worker.mergeMaps(pair.firstSlice.map, pair.nextSlice.map);
+Content takeBoth(const OrvantaWorker& worker, OV_DATA_STORE& store, const MergePair& pair, const Rectangle& window) {
+    pair.firstSlice.map = mergeMapsCounted(worker, store, pair.firstSlice.map, pair.nextSlice.map);
     return {window, pair.hot};
 }
 
@@ -86,7 +88,7 @@ void OrvantaWorker::doTightMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE_
     Content content;
     if (fitsTarget(store, pair.hot) && isTightInWindow(pair.first) && isTightInWindow(pair.next) &&
         doWindowsMerge(store, entry)) {
-        content = takeBoth(*this, pair, largerWindow(pair.first, pair.next));
+        content = takeBoth(*this, store, pair, largerWindow(pair.first, pair.next));
     } else if (isTightInWindow(pair.first)) {
         content = takeFirst(pair);
     } else if (isTightInWindow(pair.next)) {
@@ -102,7 +104,7 @@ void OrvantaWorker::doWideMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE_E
     const MergePair pair(store, entry);
     Content content;
     if (isWindowed(pair.first) && isWindowed(pair.next) && doWindowsMerge(store, entry)) {
-        content = takeBoth(*this, pair, largerWindow(pair.first, pair.next));
+        content = takeBoth(*this, store, pair, largerWindow(pair.first, pair.next));
     } else if (isWindowed(pair.first)) {
         content = takeFirst(pair);
     } else if (isWindowed(pair.next)) {
@@ -116,7 +118,7 @@ void OrvantaWorker::doWideMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE_E
 void OrvantaWorker::doLooseMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE_ENTRY& entry) const {
     combineSlices(store, entry.firstSlice, entry.nextSlice);
     const MergePair pair(store, entry);
-    const Content content = takeBoth(*this, pair, largerWindow(pair.first, pair.next));
+    const Content content = takeBoth(*this, store, pair, largerWindow(pair.first, pair.next));
     // In a window, yet without one: from here on the slice joins neither close nor window nor off-window merges on its
     // own account.
     finishMerge(*this, store, queue, entry, pair, content, {false, true, false, false, OV_MERGE_LOOSE});
@@ -126,6 +128,7 @@ void OrvantaWorker::doForcedMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE
     OV_FOCUS_SLICE& first = store.slices[entry.firstSlice];
     const OV_FOCUS_SLICE& next = store.slices[entry.nextSlice];
     if (next.start - first.start > keyframeFloor(store)) {
+        countSteps(store, entry.nextSlice - entry.firstSlice);
         // The blanks alone make room: they are cut back, and the first slice is stretched to exactly the floor.
         const double limit = first.start + store.fadeSeconds + kRestSeconds;
         for (std::uint32_t i = entry.firstSlice + 1; i < entry.nextSlice; ++i) {
@@ -164,7 +167,7 @@ void OrvantaWorker::doOffWindowMerge(OV_DATA_STORE& store, MergeQueue& queue, ME
     if (!fitsTarget(store, pair.hot)) {
         failMerge("REALLY BAD OFF_WINDOW MERGE");
     }
-    const Content content = takeBoth(*this, pair, largerWindow(pair.first, pair.next));
+    const Content content = takeBoth(*this, store, pair, largerWindow(pair.first, pair.next));
     finishMerge(*this, store, queue, entry, pair, content, {true, false, false, false, OV_MERGE_OFF_WINDOW});
 }
 
@@ -175,7 +178,7 @@ void OrvantaWorker::doFullScreenMerge(OV_DATA_STORE& store, MergeQueue& queue, M
         failMerge("REALLY BAD FULL SCREEN MERGE");
     }
     const Content content =
-        takeBoth(*this, pair, isFullScreen(pair.first) ? pair.first.windowRect : pair.next.windowRect);
+        takeBoth(*this, store, pair, isFullScreen(pair.first) ? pair.first.windowRect : pair.next.windowRect);
     finishMerge(*this, store, queue, entry, pair, content, {false, false, false, true, OV_MERGE_FULL_SCREEN});
 }
 

@@ -21,7 +21,7 @@ bool takesPart(const OV_VALUE_OBJECT& object, const OV_FOCUS_SLICE& slice) {
 
 // Finds the slice's window among the window objects: writes the flags and `windowRect` of the breakdown, and the
 // slice's camera mode.
-void findWindow(const OV_DATA_STORE& store, OV_FOCUS_SLICE& slice, SLICE_BREAKDOWN& breakdown) {
+void findWindow(OV_DATA_STORE& store, OV_FOCUS_SLICE& slice, SLICE_BREAKDOWN& breakdown) {
     std::size_t best = 0;
     const bool isQuick = store.windowTimes != nullptr && store.windowTimes->isInOrder();
     for (std::size_t i = 0; i < store.windowObjects.size(); ++i) {
@@ -32,6 +32,7 @@ void findWindow(const OV_DATA_STORE& store, OV_FOCUS_SLICE& slice, SLICE_BREAKDO
                 break;
             }
         }
+        countSteps(store, 1);
         const OV_VALUE_OBJECT& object = store.windowObjects[i];
         if (!takesPart(object, slice)) {
             continue;

@@ -1,10 +1,14 @@
 // Value maps of two slices become one map for the time of both. A map's spaces are tiers with cumulative values: the
 // step from one to the next is a tier's own layer. Where the stacks of two maps overlap, their values add.
+#include "worker/merging/ValueMapMerging.h"
+
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <utility>
 
-#include "OrvantaWorker.h"
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "frame/ValueMap.h"
 #include "valuespace/ValueSpace.h"
 
@@ -14,6 +18,9 @@ namespace {
 
 // From this value per second on a rectangle is hot.
 constexpr double kHotTier = 4.0;
+
+// Pairs of rectangles that are compared in the time of one step.
+constexpr std::uint64_t kPairsPerStep = 32;
 
 using Spaces = std::vector<std::pair<Rectangle, double>>;
 
@@ -44,6 +51,12 @@ void addLayer(Spaces& stack, const std::pair<Rectangle, double>& layer) {
 } // namespace
 
 VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) const {
+    OV_DATA_STORE uncounted;
+    return mergeMapsCounted(*this, uncounted, std::move(first), std::move(second));
+}
+
+VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_MAP first,
+                              VS_VALUE_MAP second) {
     VS_VALUE_MAP stack;
     stack.span = first.span + second.span;
     stack.spaces = first.spaces;
@@ -52,6 +65,7 @@ VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) c
     for (const std::pair<Rectangle, double>& layer : second.spaces) {
         addLayer(stack.spaces, layer);
     }
+    countSteps(store, 1 + std::uint64_t{stack.spaces.size()} * stack.spaces.size() / kPairsPerStep);
     sortByDensity(stack.spaces);
     ValueSpace::cleanValueMap(stack);
 
@@ -59,7 +73,7 @@ VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) c
     VS_VALUE_MAP merged;
     merged.span = stack.span;
     for (const double tier : {12.0, 10.0, 8.0, 6.0, 4.0, 3.0, 2.0, 1.0}) {
-        const std::pair<Rectangle, double> space = summarizeMerge(stack, stack.span * tier);
+        const std::pair<Rectangle, double> space = worker.summarizeMerge(stack, stack.span * tier);
         if (!isEmpty(space.first)) {
             merged.spaces.push_back(space);
         }

@@ -24,10 +24,8 @@ constexpr double kLongestSeconds = 3.0;
 constexpr double kLookAheadSeconds = 1.0;
 // The rate at which a probe counts as focused: a probe just there runs on for a second.
 constexpr double kFocusRate = 4.0;
-// Work on one space when the space is summed up.
-constexpr std::uint64_t kStepsPerSpace = 8;
 // Objects that a plain scan passes in the time of one step.
-constexpr std::uint64_t kScannedPerStep = 64;
+constexpr std::uint64_t kScannedPerStep = 8;
 // A trigger with this share of its area in the focus lies in it, percent.
 constexpr std::int64_t kInFocusPercent = 95;
 // How far an edge of the focus must have moved for the focus to have moved, pixels.
@@ -129,7 +127,6 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
             }
             countSteps(store, 1);
             if (!liesInFocus(store.valueObjects[trigger].rect, focus)) {
-                countSteps(store, kStepsPerSpace * space.graph.size());
                 bound = start + kLookAheadSeconds;
                 loadObjects(store, {start, bound}, space);
                 recalcValueInterval(store, {start, bound}, space);
@@ -165,9 +162,11 @@ unsigned int OrvantaWorker::getFirstTriggerObject(OV_DATA_STORE& store, double t
     const auto count = static_cast<unsigned int>(store.valueObjects.size());
     for (unsigned int i = from; i < count; ++i) {
         if (store.valueObjects[i].start > time && isTrigger(store.valueObjects[i])) {
+            countSteps(store, (i - from) / kScannedPerStep);
             return i;
         }
     }
+    countSteps(store, (count - std::min(from, count)) / kScannedPerStep);
     return count;
 }
 
@@ -185,9 +184,11 @@ double OrvantaWorker::getNextWindowTime(OV_DATA_STORE& store, double time) const
         window = std::upper_bound(windows.begin(), windows.end(), time,
                                   [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; });
     }
-    window = std::find_if(window, windows.end(), [&](const OV_VALUE_OBJECT& object) {
+    const auto from = window;
+    window = std::find_if(from, windows.end(), [&](const OV_VALUE_OBJECT& object) {
         return object.type == ActiveWindow && object.start > time;
     });
+    countSteps(store, static_cast<std::uint64_t>(window - from) / kScannedPerStep);
     return window == windows.end() ? time : window->start;
 }
 

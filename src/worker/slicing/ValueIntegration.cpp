@@ -14,8 +14,10 @@ namespace OrvantaNS {
 
 namespace {
 
-// Work on one space when an object enters or leaves the graph, or is summed up: a few words of its lists.
-constexpr std::uint64_t kStepsPerSpace = 8;
+// Objects that a plain scan passes in the time of one step.
+constexpr std::uint64_t kScannedPerStep = 8;
+// Work on one object when its worth is integrated, steps.
+constexpr std::uint64_t kStepsPerIntegral = 4;
 
 // True when the object, its decay included, and the interval share more than a moment.
 bool overlapsInterval(const OV_VALUE_OBJECT& object, const Interval_Type<double>& interval) {
@@ -44,14 +46,17 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
             store.firstActiveObject = i;
         }
     }
+    countSteps(store, (store.nextObject - first) / kScannedPerStep);
+    StepCounter steps(store);
     std::vector<std::uint32_t> leaving;
     for (auto entry = space.objectMap.lower_bound(first);
          entry != space.objectMap.end() && entry->first <= store.nextObject; ++entry) {
+        steps.add(1);
         if (isRetired(entry->first)) {
             leaving.push_back(entry->first);
         }
     }
-    countSteps(store, kStepsPerSpace * leaving.size() * space.graph.size());
+    steps.settle();
     space.deleteObjects(leaving);
 }
 
@@ -62,7 +67,6 @@ void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> inte
         }
         countSteps(store, 1);
         if (overlapsInterval(store.valueObjects[i], interval)) {
-            countSteps(store, kStepsPerSpace * space.graph.size());
             space.insertObject(i);
             // The last one in, not the one after it: the next load meets it again, and the space ignores it.
             store.nextObject = i;
@@ -71,10 +75,13 @@ void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> inte
 }
 
 void OrvantaWorker::recalcValueInterval(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
+    StepCounter steps(store);
     for (const auto& entry : space.objectMap) {
+        steps.add(kStepsPerIntegral);
         OV_VALUE_OBJECT& object = store.valueObjects[entry.first];
         object.value = overlapsInterval(object, interval) ? getIntegrationValue(entry.first, interval, store) : 0.0;
     }
+    steps.settle();
 }
 
 //  object      start|========|stop~~~~~~~|stop + decay

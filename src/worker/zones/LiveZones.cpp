@@ -3,8 +3,11 @@
 #include "OrvantaWorker.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 #include "frame/DataStore.h"
+#include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "parser/walk/StreamIndex.h"
 
@@ -14,6 +17,8 @@ namespace {
 
 // Seconds beyond the animated move for which the picture is in flux around a change of region.
 constexpr double kQuietSeconds = 1.0;
+// Samples of a stream that are read in the time of one step.
+constexpr std::size_t kReadPerStep = 8;
 
 bool isWindowObject(const OV_VALUE_OBJECT& object) {
     return object.type == ForeAnimate || object.type == ActiveWindow || object.type == FullScreenDirty;
@@ -57,11 +62,15 @@ void OrvantaWorker::parseLiveZones(const Params& params, OV_DATA_STORE& store) c
 
 void OrvantaWorker::parseObjectData(const Params& params, OV_DATA_STORE& store, DataParser& parser) const {
     const StreamIndex streams(params);
+    countSteps(store, (params.cursorActions().size() + params.cursorLocations().size()) / kReadPerStep);
     for (std::uint32_t zone = 0; zone < store.liveZones.size(); ++zone) {
         store.currentZone = zone;
         parser.processLiveZone(zone, params, store, streams);
     }
-    std::stable_sort(store.valueObjects.begin(), store.valueObjects.end(), CompareValueObjects);
+    std::vector<OV_VALUE_OBJECT>& objects = store.valueObjects;
+    countSteps(store, objects.size());
+    stoppableSort(store, objects.size(), CompareValueObjects,
+                  [&](auto less) { std::stable_sort(objects.begin(), objects.end(), less); });
     filterWindows(store);
 }
 
