@@ -86,7 +86,7 @@ describe.runIf(existsSync(kSite))("the static page", () => {
         expect(await accessibilityFaults(page)).toEqual([]);
 
         await page.getByLabel("Calm").fill("3");
-        await page.getByLabel("Readable from zoom").fill("0.9");
+        await page.getByLabel("Readable from").fill("0.9");
         await page.getByRole("combobox", { name: "Presses" }).selectOption("cheap");
         await page.getByLabel("Clip start").fill("20");
         await page.getByLabel("Clip end").fill("1:30");

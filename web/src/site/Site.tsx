@@ -73,12 +73,12 @@ function DirectorSettings({ workspace }: { workspace: Workspace }): JSX.Element 
     return (
         <>
             <NumberField label="Calm" value={workspace.calm} min={0.05} max={20} step={0.25} unit="" />
-            <NumberField label="Readable from zoom" value={workspace.readable} min={0.05} max={1} step={0.05} unit="" />
+            <NumberField label="Readable from" value={workspace.readable} min={0.05} max={1} step={0.05} unit="×" />
             <label class="inline">
                 <span>Presses</span>
                 <select value={workspace.presses.value} onChange={(event) => (workspace.presses.value = event.currentTarget.value === "cheap" ? "cheap" : "always")}>
-                    <option value="always">always in the picture</option>
-                    <option value="cheap">where it costs little</option>
+                    <option value="always">always shown</option>
+                    <option value="cheap">where cheap</option>
                 </select>
             </label>
         </>
