@@ -101,11 +101,9 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
             const std::uint32_t added = record;
             creation_.relateLast(
                 [&](std::uint32_t outer) {
-                    steps.add(2 * kStepsPerVisit);
                     addCreationParent(creation_.records(), added, {PARENT_IN_CREATION, outer});
                 },
                 [&](std::uint32_t inner) {
-                    steps.add(2 * kStepsPerVisit);
                     addCreationParent(creation_.records(), inner, {PARENT_IN_CREATION, added});
                 });
         }
@@ -215,6 +213,7 @@ void ValueSpace::addCreationParent(std::vector<VS_CREATION_SPACE>& creation, uns
     };
     const Rectangle offered = rectOf(parent);
     VS_CREATION_SPACE& record = creation[index];
+    countSteps(*store, 2 * (kStepsPerVisit + record.parents.size()));
     if (!contains(offered, record.rect)) {
         return;
     }

@@ -212,6 +212,21 @@ TEST(CancelTest, AGraphThatExplodes_CountsWhatItWritesAndReads) {
     EXPECT_EQ(names, 0u);
 }
 
+TEST(CancelTest, OfferingAParent_IsCountedByThoseThatItIsComparedWith) {
+    constexpr std::int32_t kParents = 100;
+    std::vector<VS_CREATION_SPACE> creation(1);
+    creation[0].rect = {0, 100, 0, 100};
+    OV_DATA_STORE store;
+    ValueSpace space(&store);
+    for (std::int32_t i = 1; i <= kParents; ++i) { // all around it, none within another
+        creation.push_back({{-i, 300 - i, 0, 100}, {}, false, 0});
+        store.stepsSinceQuestion = 0;
+        space.addCreationParent(creation, 0, {PARENT_IN_CREATION, static_cast<std::uint32_t>(i)});
+    }
+    EXPECT_EQ(creation[0].parents.size(), static_cast<std::size_t>(kParents));
+    EXPECT_GE(store.stepsSinceQuestion, static_cast<std::uint64_t>(kParents - 1));
+}
+
 // The steps that a run without a reporter counts until its objects are known.
 std::uint64_t stepsOfParsing(const Params& params) {
     OV_DATA_STORE store;

@@ -19,7 +19,7 @@ namespace {
 constexpr double kSightingGapSeconds = 1.5;
 
 // Pairs of rectangles that are compared, and areas or frames that are passed, in the time of one step.
-constexpr std::uint64_t kPairsPerStep = 32;
+constexpr std::uint64_t kPairsPerStep = 16;
 constexpr std::uint64_t kPassedPerStep = 8;
 // Work on one moment, and on one cluster of it, steps.
 constexpr std::uint64_t kStepsPerMoment = 2;
