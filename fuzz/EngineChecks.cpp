@@ -41,7 +41,7 @@ bool isTextOf(OVERR_CODES code, const std::string& text) {
 
 } // namespace
 
-bool StepCounter::isCancelled() {
+bool QuestionCounter::isCancelled() {
     ++steps_;
     // Asked before every report, and no report follows once the run is told to stop.
     FUZZ_CHECK(steps_ == reports_ + 1);
@@ -51,7 +51,7 @@ bool StepCounter::isCancelled() {
     return hasCancelled_;
 }
 
-void StepCounter::reportProgress(double) {
+void QuestionCounter::reportProgress(double) {
     ++reports_;
     FUZZ_CHECK(reports_ == steps_ && !hasCancelled_);
 }

@@ -17,10 +17,10 @@ namespace OrvantaNS::fuzz {
 using Keyframes = std::shared_ptr<std::vector<OV_TIME_RECT>>;
 
 /// Counts how often it is asked, and stops the run when told to or when the run takes more steps than it may.
-class StepCounter : public ProgressReporter {
+class QuestionCounter : public ProgressReporter {
 public:
     /// Asks to stop at question `cancelAfter` (0: never). A run that goes on beyond `budget` aborts the process.
-    StepCounter(std::uint64_t cancelAfter, std::uint64_t budget) : cancelAfter_(cancelAfter), budget_(budget) {}
+    QuestionCounter(std::uint64_t cancelAfter, std::uint64_t budget) : cancelAfter_(cancelAfter), budget_(budget) {}
 
     bool isCancelled() override;
     void reportProgress(double percent) override;

@@ -143,12 +143,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             ? request.cancelAfter
             : std::min<std::uint64_t>(request.cancelAfter == 0 ? kLongRunSteps : request.cancelAfter, kLongRunSteps);
 
-    StepCounter counter(cancelAfter, budget);
+    QuestionCounter counter(cancelAfter, budget);
     const Answer first = ask([&] { return engine.calcOrvantaKeyframes(params, &counter); });
     FUZZ_CHECK(counter.hasCancelled() == (first.code == OVERR_USER_CANCELLED));
     FUZZ_CHECK(first.code.has_value() || first.outOfMemory || (first.keyframes && !first.keyframes->empty()));
 
-    StepCounter again(cancelAfter, budget);
+    QuestionCounter again(cancelAfter, budget);
     const OrvantaWorker fresh;
     const Answer second = ask([&] { return fresh.calcOrvantaKeyframes(params, &again); });
     if (first.outOfMemory || second.outOfMemory) {
