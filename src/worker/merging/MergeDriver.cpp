@@ -64,7 +64,7 @@ void OrvantaWorker::forceLastKeyframe(OV_DATA_STORE& store) const {
             absorber = last - 1;
         }
         combineSlices(store, absorber, last);
-        store.slices.erase(store.slices.begin() + absorber + 1, store.slices.end());
+        store.slices.erase(store.slices.begin() + static_cast<std::ptrdiff_t>(absorber) + 1, store.slices.end());
     }
 }
 
