@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 #include "CRequest.h"
 #include "Check.h"
@@ -37,6 +38,20 @@ void checkError(const orvanta_error& error, std::int32_t code) {
     FUZZ_CHECK((error.message[0] == '\0') == (code == ORVANTA_OK));
 }
 
+void checkMoves(const PathHandle& path, std::size_t keyframes) {
+    const std::vector<orvanta_move> moves = movesOf(path);
+    FUZZ_CHECK(moves.size() <= keyframes && moves.empty() == (keyframes == 0));
+    for (std::size_t i = 0; i < moves.size(); ++i) {
+        FUZZ_CHECK(moves[i].start <= moves[i].stop);
+        FUZZ_CHECK(i + 1 == moves.size() || moves[i].stop <= moves[i + 1].start);
+        FUZZ_CHECK(moves[i].keyframe >= 0 && static_cast<std::size_t>(moves[i].keyframe) < keyframes);
+        orvanta_frame frame{};
+        FUZZ_CHECK(orvanta_path_frames_at_ticks(path.get(), &moves[i].start, 1, &frame, nullptr) == ORVANTA_OK);
+        const orvanta_frame& expected = moves[i].stop > moves[i].start ? moves[i].from : moves[i].to;
+        FUZZ_CHECK(frame.width == expected.width && frame.left == expected.left);
+    }
+}
+
 void checkFrames(const RequestHandle& request, const ResultHandle& result, long long time) {
     orvanta_table table{};
     FUZZ_CHECK(orvanta_result_table(result.get(), ORVANTA_TABLE_KEYFRAMES, &table, nullptr) == ORVANTA_OK);
@@ -53,6 +68,7 @@ void checkFrames(const RequestHandle& request, const ResultHandle& result, long 
         orvanta_frame frame{};
         FUZZ_CHECK(orvanta_path_frames_at_ticks(path.get(), &tick, 1, &frame, nullptr) == ORVANTA_OK);
         FUZZ_CHECK(frame.width > 0.0 && frame.height > 0.0);
+        checkMoves(path, table.count);
     }
 }
 

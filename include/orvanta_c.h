@@ -382,6 +382,19 @@ typedef struct orvanta_easing {
     double y2; /**< -10 to 10. */
 } orvanta_easing;
 
+/** One move of the camera: what leads to one keyframe's frame. */
+typedef struct orvanta_move {
+    int64_t start; /**< Ticks: when the camera sets off. A keyframe before the clip's start counts as standing at it. */
+    int64_t stop;  /**< Ticks: when the move is over, or when the next one takes over; at most what fits. */
+    double start_seconds; /**< `start` in seconds. */
+    double stop_seconds;  /**< `stop` in seconds. */
+    orvanta_frame from;   /**< On show at `start`, or until then with a fade of 0. */
+    orvanta_frame to;     /**< Where the move leads; on show from `stop` on unless it is cut short. */
+    int64_t keyframe;     /**< Which of the rows that the path was made from, in their order there, from 0. */
+    int32_t cut_short;    /**< Not 0: the next move begins before this one is over, from where the camera is then. */
+    int32_t reserved;     /**< Zero. */
+} orvanta_move;
+
 /** The camera's path through a clip. */
 typedef struct orvanta_path orvanta_path;
 
@@ -406,7 +419,12 @@ ORVANTA_C_EXPORT int32_t orvanta_path_frames_at_ticks(const orvanta_path* path, 
 /** The same for moments in seconds, fractions of a tick included. Nothing is written when one is not a number. */
 ORVANTA_C_EXPORT int32_t orvanta_path_frames_at_seconds(const orvanta_path* path, const double* seconds, size_t count,
                                                         orvanta_frame* frames, orvanta_error* error);
-/** Frees a path; NULL is passed over. */
+/**
+ * Gives the moves of a path, by time, as a table of orvanta_move. It belongs to the path, and is empty for one without
+ * keyframes. Each keyframe has a move but those that another one at the same time replaces.
+ */
+ORVANTA_C_EXPORT int32_t orvanta_path_moves(const orvanta_path* path, orvanta_table* table, orvanta_error* error);
+/** Frees a path and its table of moves; NULL is passed over. */
 ORVANTA_C_EXPORT void orvanta_path_free(orvanta_path* path);
 
 #ifdef __cplusplus

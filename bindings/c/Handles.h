@@ -30,4 +30,5 @@ struct orvanta_result {
 
 struct orvanta_path {
     OrvantaNS::CameraPath path;
+    std::vector<orvanta_move> moves; // those of `path`, as rows of a table
 };

@@ -53,6 +53,18 @@ orvanta_frame toRecord(const CameraFrame& frame) {
     return {frame.left, frame.top, frame.width, frame.height, frame.overhangs ? 1 : 0, 0};
 }
 
+std::vector<orvanta_move> movesOf(const CameraPath& path) {
+    const double scale = path.setup().timeScale;
+    std::vector<orvanta_move> rows;
+    rows.reserve(path.moves().size());
+    for (const CameraMove& move : path.moves()) {
+        rows.push_back({move.start, move.stop, static_cast<double>(move.start) / scale,
+                        static_cast<double>(move.stop) / scale, toRecord(move.from), toRecord(move.to),
+                        static_cast<std::int64_t>(move.keyframe), move.cutShort ? 1 : 0, 0});
+    }
+    return rows;
+}
+
 } // namespace
 
 std::int32_t orvanta_easing_named(const char* name, orvanta_easing* easing, orvanta_error* error) {
@@ -85,7 +97,9 @@ std::int32_t orvanta_path_create(const orvanta_request* request, const void* key
             frames.push_back({row.time, toRectangle(row.rect)});
         }
         try {
-            *path = new orvanta_path{CameraPath(frames, setup)};
+            auto made = std::make_unique<orvanta_path>(orvanta_path{CameraPath(frames, setup), {}});
+            made->moves = movesOf(made->path);
+            *path = made.release();
         } catch (const std::invalid_argument& failure) {
             throw badArgument(ORVANTA_PARAMETER_KEYFRAMES, failure.what());
         }
@@ -125,6 +139,14 @@ std::int32_t orvanta_path_frames_at_seconds(const orvanta_path* path, const doub
         for (std::size_t i = 0; i < count; ++i) {
             frames[i] = toRecord(path->path.frameAtSeconds(seconds[i]));
         }
+    });
+}
+
+std::int32_t orvanta_path_moves(const orvanta_path* path, orvanta_table* table, orvanta_error* error) {
+    return guarded(error, [&] {
+        needPointer(path, "path");
+        needPointer(table, "table");
+        *table = tableOf(path->moves);
     });
 }
 

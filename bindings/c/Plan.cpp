@@ -115,10 +115,6 @@ void planByDirector(const orvanta_request& request, const orvanta_run& run, orva
     }
 }
 
-template <typename Row> orvanta_table tableOf(const std::vector<Row>& rows) {
-    return {rows.empty() ? nullptr : rows.data(), rows.size(), sizeof(Row)};
-}
-
 } // namespace
 
 std::int32_t orvanta_plan(const orvanta_request* request, const orvanta_run* run, orvanta_result** result,

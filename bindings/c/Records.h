@@ -1,4 +1,5 @@
-// Reading what a host hands over: records that start with their size, and streams with a stride.
+// Reading what a host hands over: records that start with their size, and streams with a stride. And the tables that a host
+// gets.
 #pragma once
 
 #include <cstddef>
@@ -6,6 +7,7 @@
 #include <cstring>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "OrvantaRecords.h"
 #include "bindings/c/Failure.h"
@@ -35,6 +37,11 @@ template <typename Record> Record readRecord(const Record& given) {
         }
     }
     return given;
+}
+
+/// The rows as a host sees them; they stay where they are.
+template <typename Row> orvanta_table tableOf(const std::vector<Row>& rows) {
+    return {rows.empty() ? nullptr : rows.data(), rows.size(), sizeof(Row)};
 }
 
 /// Samples of a host, each `stride` bytes behind the one before it, at any alignment.

@@ -80,15 +80,24 @@ inline RequestHandle requestOf(const Params& params, std::int32_t engine, std::i
 }
 
 /// The rows of one table.
-template <typename Row> std::vector<Row> rowsOf(const ResultHandle& result, std::int32_t id) {
-    orvanta_table table{};
+template <typename Row> std::vector<Row> rowsOf(const orvanta_table& table) {
     std::vector<Row> rows;
-    if (orvanta_result_table(result.get(), id, &table, nullptr) == ORVANTA_OK) {
-        for (std::size_t i = 0; i < table.count; ++i) {
-            rows.push_back(*ORVANTA_ROW(Row, table, i));
-        }
+    for (std::size_t i = 0; i < table.count; ++i) {
+        rows.push_back(*ORVANTA_ROW(Row, table, i));
     }
     return rows;
+}
+
+template <typename Row> std::vector<Row> rowsOf(const ResultHandle& result, std::int32_t id) {
+    orvanta_table table{};
+    orvanta_result_table(result.get(), id, &table, nullptr);
+    return rowsOf<Row>(table);
+}
+
+inline std::vector<orvanta_move> movesOf(const PathHandle& path) {
+    orvanta_table table{};
+    orvanta_path_moves(path.get(), &table, nullptr);
+    return rowsOf<orvanta_move>(table);
 }
 
 } // namespace OrvantaNS::testing

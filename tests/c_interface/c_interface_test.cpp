@@ -206,6 +206,8 @@ TEST(CInterfaceTest, NullPointers_AreRefusedByName) {
     EXPECT_EQ(orvanta_result_table(nullptr, 0, nullptr, &error), ORVANTA_BAD_ARGUMENT);
     EXPECT_EQ(orvanta_path_create(nullptr, nullptr, 0, 0, nullptr, nullptr, &error), ORVANTA_BAD_ARGUMENT);
     EXPECT_EQ(orvanta_path_frames_at_ticks(nullptr, nullptr, 0, nullptr, &error), ORVANTA_BAD_ARGUMENT);
+    EXPECT_EQ(orvanta_path_moves(nullptr, nullptr, &error), ORVANTA_BAD_ARGUMENT);
+    EXPECT_EQ(error.parameter, ORVANTA_PARAMETER_POINTER);
     EXPECT_EQ(orvanta_options_init(nullptr, sizeof options), ORVANTA_BAD_ARGUMENT);
     orvanta_request_free(nullptr);
     orvanta_result_free(nullptr);

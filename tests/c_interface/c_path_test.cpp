@@ -65,6 +65,94 @@ TEST(CPathTest, FramesOfAPlan_AreThoseOfCameraPath) {
     }
 }
 
+orvanta_keyframe keyframeAt(std::int64_t time, orvanta_rect rect) {
+    orvanta_keyframe row{};
+    row.time = time;
+    row.rect = rect;
+    return row;
+}
+
+// The moves of a recording of 1280x800 in a frame of 640x400, 1000 ticks a second, a fade of 1000.
+std::vector<orvanta_move> movesTo(const std::vector<orvanta_keyframe>& rows) {
+    Params params;
+    params.setTargetWidth(640).setTargetHeight(400).setTimeScale(1000.0).setFadeDuration(1000);
+    params.setClipInterval(500, 20000);
+    params.recordingRegions() = {{0, {0, 1280, 0, 800}}};
+    return movesOf(pathOf(requestOf(params, ORVANTA_ENGINE_VALUE), rows, nullptr, nullptr));
+}
+
+TEST(CPathTest, Moves_AreThoseOfTheKeyframesByTime) {
+    const orvanta_rect left{0, 0, 640, 400};
+    const orvanta_rect right{640, 400, 1280, 800};
+    const auto moves = movesTo({keyframeAt(8000, right), keyframeAt(2000, left)});
+    ASSERT_EQ(moves.size(), 2U);
+    EXPECT_EQ(moves[0].start, 2000);
+    EXPECT_EQ(moves[0].stop, 3000);
+    EXPECT_EQ(moves[0].start_seconds, 2.0);
+    EXPECT_EQ(moves[0].stop_seconds, 3.0);
+    expectFrame(moves[0].from, {0.0, 0.0, 1280.0, 800.0, false});
+    expectFrame(moves[0].to, {0.0, 0.0, 640.0, 400.0, false});
+    EXPECT_EQ(moves[0].keyframe, 1);
+    EXPECT_EQ(moves[0].cut_short, 0);
+    EXPECT_EQ(moves[1].start, 8000);
+    EXPECT_EQ(moves[1].stop_seconds, 9.0);
+    expectFrame(moves[1].from, {0.0, 0.0, 640.0, 400.0, false});
+    expectFrame(moves[1].to, {640.0, 400.0, 640.0, 400.0, false});
+    EXPECT_EQ(moves[1].keyframe, 0);
+}
+
+TEST(CPathTest, MoveThatTheNextOneOvertakes_IsCutShort) {
+    const auto moves = movesTo({keyframeAt(2000, {0, 0, 640, 400}), keyframeAt(2250, {640, 400, 1280, 800}),
+                                keyframeAt(9000, {0, 0, 640, 400}), keyframeAt(9000, {320, 200, 960, 600})});
+    ASSERT_EQ(moves.size(), 3U); // The last keyframe replaces the one at its time.
+    EXPECT_EQ(moves[0].stop, 2250);
+    EXPECT_NE(moves[0].cut_short, 0);
+    EXPECT_EQ(moves[1].start, 2250);
+    EXPECT_EQ(moves[1].stop, 3250);
+    EXPECT_EQ(moves[1].cut_short, 0);
+    EXPECT_LT(moves[1].from.width, 1280.0); // It sets off from where the first one was.
+    EXPECT_GT(moves[1].from.width, 640.0);
+    EXPECT_EQ(moves[2].keyframe, 3);
+}
+
+TEST(CPathTest, MovesOutsideWhatTicksHold_EndWhereTicksEnd) {
+    constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max();
+    const auto moves = movesTo({keyframeAt(-5, {0, 0, 640, 400}), keyframeAt(last, {640, 400, 1280, 800})});
+    ASSERT_EQ(moves.size(), 2U);
+    EXPECT_EQ(moves[0].start, 500); // The clip's start.
+    EXPECT_EQ(moves[0].stop, 1500);
+    EXPECT_EQ(moves[1].start, last);
+    EXPECT_EQ(moves[1].stop, last);
+    EXPECT_TRUE(movesTo({}).empty());
+}
+
+TEST(CPathTest, MovesOfAPlan_AreThoseOfCameraPath) {
+    const Params params = generatedRecording(5, {});
+    const RequestHandle request = requestOf(params, ORVANTA_ENGINE_VALUE);
+    orvanta_result* made = nullptr;
+    ASSERT_EQ(orvanta_plan(request.get(), nullptr, &made, nullptr), ORVANTA_OK);
+    const auto rows = rowsOf<orvanta_keyframe>(ResultHandle(made), ORVANTA_TABLE_KEYFRAMES);
+    std::vector<OV_TIME_RECT> keyframes;
+    for (const orvanta_keyframe& row : rows) {
+        keyframes.push_back({row.time, {row.rect.left, row.rect.right, row.rect.top, row.rect.bottom}});
+    }
+    const auto moves = movesOf(pathOf(request, rows, nullptr, nullptr));
+    const CameraPath expected(keyframes, CameraSetup::of(params));
+    ASSERT_GT(moves.size(), 0U);
+    ASSERT_EQ(moves.size(), expected.moves().size());
+    for (std::size_t i = 0; i < moves.size(); ++i) {
+        const CameraMove& move = expected.moves()[i];
+        EXPECT_EQ(moves[i].start, move.start);
+        EXPECT_EQ(moves[i].stop, move.stop);
+        EXPECT_EQ(moves[i].start_seconds, static_cast<double>(move.start) / params.timeScale());
+        EXPECT_EQ(moves[i].stop_seconds, static_cast<double>(move.stop) / params.timeScale());
+        expectFrame(moves[i].from, move.from);
+        expectFrame(moves[i].to, move.to);
+        EXPECT_EQ(moves[i].keyframe, static_cast<std::int64_t>(move.keyframe));
+        EXPECT_EQ(moves[i].cut_short != 0, move.cutShort);
+    }
+}
+
 TEST(CPathTest, NoKeyframes_ShowTheWholeRecording) {
     const RequestHandle request = requestOf(generatedRecording(5, {}), ORVANTA_ENGINE_VALUE);
     orvanta_path* made = nullptr;

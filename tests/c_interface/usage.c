@@ -35,6 +35,7 @@ int main(void) {
     orvanta_result* result = NULL;
     orvanta_path* path = NULL;
     orvanta_table table;
+    orvanta_table moves;
     orvanta_error error;
     orvanta_run run;
     int reports = 0;
@@ -75,6 +76,8 @@ int main(void) {
     CHECK(orvanta_path_frames_at_seconds(path, moments, 3, frames, &error) == ORVANTA_OK);
     CHECK(frames[0].width == 1280.0 && frames[0].height == 800.0); /* The clip starts with the whole recording. */
     CHECK(frames[2].width < 1280.0);
+    CHECK(orvanta_path_moves(path, &moves, &error) == ORVANTA_OK);
+    CHECK(moves.count > 0 && ORVANTA_ROW(orvanta_move, moves, 0)->from.width == 1280.0);
     orvanta_path_free(path);
     orvanta_result_free(result);
 

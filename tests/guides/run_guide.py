@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Follows a guide as a reader would, in an empty folder: a block after a line like `main.cpp`: becomes that file, a block
-of sh is run, and a block of text is what the run before it printed. Every block is one of these.
+of sh is run, and a block of text is what the run before it printed. A block of bash is run too: it installs packages, and so
+is for a tree that is thrown away. Every block is one of these.
 
-    run_guide.py GUIDE FOLDER [--languages sh,c,cpp,cmake] [--prefix INSTALLED]
+    run_guide.py GUIDE FOLDER [--languages c,cpp,cmake] [--prefix INSTALLED] [--files FILE...]
 
 With --languages, sections (by their heading of level 2) that have a block of another language are passed over: another
-test follows them.
+test follows them. --files are there from the beginning.
 """
 
 import argparse
@@ -45,7 +46,7 @@ def follow(section, folder, env):
     for language, name, text in blocks(section):
         if name:
             (folder / name).write_text(text)
-        elif language == "sh":
+        elif language in ("sh", "bash"):
             run = subprocess.run(["bash", "-e", "-c", text], cwd=folder, env=env, stdout=subprocess.PIPE, text=True)
             if run.returncode != 0:
                 sys.exit(f"status {run.returncode} of:\n{text}{run.stdout}")
@@ -65,9 +66,12 @@ def main():
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--languages", default="")
     parser.add_argument("--prefix", default="")
+    parser.add_argument("--files", type=pathlib.Path, nargs="*", default=[])
     args = parser.parse_args()
     shutil.rmtree(args.folder, ignore_errors=True)
     args.folder.mkdir(parents=True)
+    for file in args.files:
+        shutil.copy(file, args.folder)
     known = set(filter(None, args.languages.split(","))) | {"sh", "text"}
     env = environment(args.prefix)
     compared = 0

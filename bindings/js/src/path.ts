@@ -2,7 +2,8 @@
 import { badArgument } from "./error.js";
 import type { Address, Machine } from "./machine.js";
 import { withRequest } from "./request.js";
-import type { Easing, Frame, Keyframe, Options, Recording } from "./types.js";
+import { readFrame, readMoves } from "./tables.js";
+import type { Easing, Frame, Keyframe, Move, Options, Recording } from "./types.js";
 
 // Records of the C interface.
 const KEYFRAME_SIZE = 24;
@@ -40,13 +41,7 @@ export class CameraPath {
 
   /** The frame on show at a moment, in seconds. */
   frameAt(seconds: number): Frame {
-    return this.#ask([seconds], (view, at) => ({
-      left: view.getFloat64(at, true),
-      top: view.getFloat64(at + 8, true),
-      width: view.getFloat64(at + 16, true),
-      height: view.getFloat64(at + 24, true),
-      overhangs: view.getInt32(at + 32, true) !== 0,
-    }))[0] as Frame;
+    return this.#ask([seconds], readFrame)[0] as Frame;
   }
 
   /** The frames on show at many moments, in seconds and in any order: left, top, width and height of each, in a row. */
@@ -60,9 +55,26 @@ export class CameraPath {
     return frames;
   }
 
+  /** The moves by time: one for each keyframe but those that another one at the same time replaces. */
+  moves(): Move[] {
+    return this.#withPath((path) => readMoves(this.#machine, path));
+  }
+
   #ask<T>(seconds: ArrayLike<number>, read: (view: DataView, at: Address, i: number) => T): T[] {
     const machine = this.#machine;
     const count = seconds.length;
+    return this.#withPath((path, allocate) => {
+      const moments = allocate(8 * count);
+      const frames = allocate(FRAME_SIZE * count);
+      new Float64Array(machine.memory, moments, count).set(seconds);
+      machine.call("orvanta_path_frames_at_seconds", [path, moments, count, frames]);
+      const view = machine.view();
+      return Array.from({ length: count }, (_, i) => read(view, frames + FRAME_SIZE * i, i));
+    });
+  }
+
+  #withPath<T>(work: (path: Address, allocate: (size: number) => Address) => T): T {
+    const machine = this.#machine;
     return withRequest(machine, this.#recording, this.#options, (request) =>
       machine.using((allocate) => {
         const handle = allocate(4);
@@ -73,12 +85,7 @@ export class CameraPath {
         machine.call("orvanta_path_create", [request, rows, this.#keyframes.length, KEYFRAME_SIZE, easing, handle]);
         const path = machine.view().getUint32(handle, true);
         try {
-          const moments = allocate(8 * count);
-          const frames = allocate(FRAME_SIZE * count);
-          new Float64Array(machine.memory, moments, count).set(seconds);
-          machine.call("orvanta_path_frames_at_seconds", [path, moments, count, frames]);
-          const view = machine.view();
-          return Array.from({ length: count }, (_, i) => read(view, frames + FRAME_SIZE * i, i));
+          return work(path, allocate);
         } finally {
           machine.callPlain("orvanta_path_free", path);
         }

@@ -1,6 +1,6 @@
 // The tables of a result as objects.
 import type { Address, Machine } from "./machine.js";
-import type { DirectorEvidence, Keyframe, Mode, Rect, Slice, Space, Stages, ValueObject, Zone } from "./types.js";
+import type { DirectorEvidence, Frame, Keyframe, Mode, Move, Rect, Slice, Space, Stages, ValueObject, Zone } from "./types.js";
 
 // The numbers of the tables, and the flags of a slice, in the C interface.
 const KEYFRAMES = 0;
@@ -21,22 +21,47 @@ const NO_WINDOW = 128;
 
 const TABLE_SIZE = 12;
 
-/** Reads one table of a result, row by row. */
-function readTable<Row>(
-  machine: Machine,
-  result: Address,
-  id: number,
-  readRow: (view: DataView, at: Address, i: number) => Row,
-): Row[] {
+type ReadRow<Row> = (view: DataView, at: Address, i: number) => Row;
+
+/** Reads the table that a call fills, row by row. */
+function readRows<Row>(machine: Machine, call: string, of: readonly number[], readRow: ReadRow<Row>): Row[] {
   return machine.using((allocate) => {
     const table = allocate(TABLE_SIZE);
-    machine.call("orvanta_result_table", [result, id, table]);
+    machine.call(call, [...of, table]);
     const view = machine.view();
     const rows = view.getUint32(table, true);
     const count = view.getUint32(table + 4, true);
     const stride = view.getUint32(table + 8, true);
     return Array.from({ length: count }, (_, i) => readRow(view, rows + i * stride, i));
   });
+}
+
+/** Reads one table of a result. */
+function readTable<Row>(machine: Machine, result: Address, id: number, readRow: ReadRow<Row>): Row[] {
+  return readRows(machine, "orvanta_result_table", [result, id], readRow);
+}
+
+export function readFrame(view: DataView, at: Address): Frame {
+  return {
+    left: view.getFloat64(at, true),
+    top: view.getFloat64(at + 8, true),
+    width: view.getFloat64(at + 16, true),
+    height: view.getFloat64(at + 24, true),
+    overhangs: view.getInt32(at + 32, true) !== 0,
+  };
+}
+
+export function readMoves(machine: Machine, path: Address): Move[] {
+  return readRows(machine, "orvanta_path_moves", [path], (view, at) => ({
+    start: Number(view.getBigInt64(at, true)),
+    stop: Number(view.getBigInt64(at + 8, true)),
+    startSeconds: view.getFloat64(at + 16, true),
+    stopSeconds: view.getFloat64(at + 24, true),
+    from: readFrame(view, at + 32),
+    to: readFrame(view, at + 72),
+    cutShort: view.getInt32(at + 120, true) !== 0,
+    keyframe: Number(view.getBigInt64(at + 112, true)),
+  }));
 }
 
 export function readRect(view: DataView, at: Address): Rect {

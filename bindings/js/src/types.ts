@@ -188,6 +188,25 @@ export interface Frame {
   overhangs: boolean;
 }
 
+/** One move of the camera: what leads to one keyframe's frame. */
+export interface Move {
+  /** Ticks: when the camera sets off. A keyframe before the clip's start counts as standing at it. */
+  start: number;
+  /** Ticks: when the move is over, or when the next one takes over. */
+  stop: number;
+  /** `start` and `stop` in seconds. */
+  startSeconds: number;
+  stopSeconds: number;
+  /** On show at `start`, or until then with a fade of 0. */
+  from: Frame;
+  /** Where the move leads; on show from `stop` on unless it is cut short. */
+  to: Frame;
+  /** The next move begins before this one is over, from where the camera is then. */
+  cutShort: boolean;
+  /** Index of its keyframe in the list that the path was made from. */
+  keyframe: number;
+}
+
 /** How a move spreads over its time: a preset, or the two control points of a cubic Bézier as in CSS. */
 export type Easing =
   | "linear"

@@ -35,7 +35,16 @@ const host = `
     };
   })();`;
 
-const answers = { "/": ["text/html", page], "/host.js": ["text/javascript", host], "/orvanta.js": ["text/javascript", module] };
+const guide = readFileSync(new URL("../../../docs/guides/first-keyframe.md", import.meta.url), "utf8");
+const guidePage = /^```html\n(.*?)^```$/ms.exec(guide)[1];
+
+const answers = {
+  "/": ["text/html", page],
+  "/host.js": ["text/javascript", host],
+  "/orvanta.js": ["text/javascript", module],
+  "/first.html": ["text/html", guidePage],
+  "/node_modules/orvanta/dist/orvanta.js": ["text/javascript", module],
+};
 const server = createServer((request, response) => {
   const [type, body] = answers[request.url] ?? ["text/plain", ""];
   response.writeHead(type === "text/plain" ? 404 : 200, { "content-type": type }).end(body);
@@ -59,4 +68,12 @@ test("a page and a worker of it plan alike, tell progress and pass on failures, 
   assert.deepEqual(rest, { keyframes: 2, same: true, refused: 1, stopped: "AbortError" });
   assert.ok(reports > 0);
   assert.deepEqual(said, []);
+});
+
+test("the guide's page shows what the guide says that Node.js prints", async () => {
+  const [, printed] = /^node first.mjs\n```\n\n```text\n(.*?)^```$/ms.exec(guide);
+  const tab = await browser.newPage();
+  await tab.goto(`http://127.0.0.1:${server.address().port}/first.html`);
+  await tab.waitForFunction(() => document.querySelector("pre").textContent !== "");
+  assert.equal(`${await tab.textContent("pre")}\n`, printed);
 });

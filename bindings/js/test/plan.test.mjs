@@ -104,6 +104,24 @@ test("a path holds each keyframe's frame once its move is over", async () => {
   }
 });
 
+test("the moves of a path, by time", async () => {
+  const orvanta = await load();
+  const whole = { left: 0, top: 0, width: 1280, height: 800, overhangs: false };
+  const first = { left: 0, top: 0, width: 640, height: 400, overhangs: false };
+  const keyframes = [
+    { time: 20500, rect: { left: 640, top: 400, right: 1280, bottom: 800 } },
+    { time: 20000, rect: { left: 0, top: 0, right: 640, bottom: 400 } },
+    { time: 10000, rect: { left: 0, top: 0, right: 640, bottom: 400 } },
+  ];
+  const moves = orvanta.path(clicks(), { ...size, fade: 2 }, keyframes).moves();
+  assert.deepEqual(moves.slice(0, 2), [
+    { start: 10000, stop: 12000, startSeconds: 10, stopSeconds: 12, from: whole, to: first, cutShort: false, keyframe: 2 },
+    { start: 20000, stop: 20500, startSeconds: 20, stopSeconds: 20.5, from: first, to: first, cutShort: true, keyframe: 1 },
+  ]);
+  assert.deepEqual([moves.length, moves[2].stop, moves[2].keyframe], [3, 22500, 0]);
+  assert.deepEqual(orvanta.path(clicks(), size, []).moves(), []);
+});
+
 test("one moment and one window", async () => {
   const orvanta = await load();
   const recording = { ...clicks(), windows: { times: [0], rects: [320, 200, 960, 600] } };

@@ -106,6 +106,20 @@ class CameraPath:
         check(ask(self._handle, ffi.from_buffer(c_type, moments), len(moments), frames, error), error)
         return rows_of(frames, len(moments), ffi.sizeof("orvanta_frame"), _FRAME)
 
+    def moves(self) -> npt.NDArray[Any]:
+        """The moves of the camera, by time: one for each keyframe but those that another one at the same time replaces.
+
+        Returns:
+            A structured array with start and stop (ticks), start_seconds and stop_seconds; the frame at the start (or until
+            then, with a fade of 0) in from_left, from_top, from_width, from_height, from_overhangs, and where the move
+            leads in to_left and so on, local pixels; keyframe, the row in `keyframes`; and cut_short, where the next move
+            begins before this one is over, from where the camera is then.
+        """
+        table = ffi.new("orvanta_table*")
+        error = new_error()
+        check(lib.orvanta_path_moves(self._handle, table, error), error)
+        return rows_of(table.rows, table.count, table.stride, _MOVE)
+
     def zoom_at(self, seconds: npt.ArrayLike) -> npt.NDArray[np.float64]:
         """Output pixels per recording pixel at moments in seconds: 1 shows the recording pixel for pixel."""
         return np.asarray(self.size[0] / self.frames_at(seconds)["width"], "f8")
@@ -151,6 +165,7 @@ class CameraPath:
 _TIMED_RECT = np.dtype([("time", "i8"), ("left", "i4"), ("top", "i4"), ("right", "i4"), ("bottom", "i4")])
 _KEYFRAME = np.dtype([*((name, _TIMED_RECT[name]) for name in _TIMED_RECT.names or ()), ("reason_name", "U24")])
 _FRAME = record_type("orvanta_frame")
+_MOVE = record_type("orvanta_move")
 
 
 def _keyframes(given: Any) -> npt.NDArray[Any]:

@@ -29,6 +29,22 @@ def test_every_frame_has_the_shape_and_overhang_is_told():
     assert bool(frames["overhangs"][0])
 
 
+def test_moves_are_those_of_the_keyframes_by_time():
+    moves = path_of([(1550, 800, 450, 1600, 900), (500, 0, 0, 800, 450), (1500, 0, 0, 800, 450)]).moves()
+    assert moves["start"].tolist() == [500, 1500, 1550]
+    assert moves["stop"].tolist() == [600, 1550, 1650]
+    assert moves["start_seconds"].tolist() == [5.0, 15.0, 15.5]
+    assert moves["stop_seconds"].tolist() == [6.0, 15.5, 16.5]
+    assert moves["keyframe"].tolist() == [1, 2, 0]
+    assert moves["cut_short"].astype(bool).tolist() == [False, True, False]
+    assert moves[["from_left", "from_top", "from_width", "from_height"]][0].tolist() == (0.0, 0.0, 1600.0, 900.0)
+    assert moves[["to_left", "to_top", "to_width", "to_height"]][2].tolist() == (800.0, 450.0, 800.0, 450.0)
+    assert not moves["from_overhangs"].any()
+    assert path_of([]).moves().shape == (0,)
+    # The whole of a wide recording stands out of a portrait frame.
+    assert path_of([(500, 0, 0, 450, 800)], size=(450, 800)).moves()["from_overhangs"].astype(bool).tolist() == [True]
+
+
 def test_zoom_at_is_output_pixels_for_each_recorded_one():
     assert path_of([(500, 0, 0, 800, 450)]).zoom_at([0, 10]).tolist() == [0.5, 1.0]
 
