@@ -21,9 +21,15 @@ struct Session {
     std::vector<camera::Moment> moments;
 };
 
-/// Every NAME.jsonl of a folder that has a NAME.moments.csv beside it, by name. `screen` multiplies all coordinates: the
-/// same session on a screen with finer pixels. Throws what reading throws, and InputError when there is none.
-std::vector<Session> readSessions(const std::string& folder, double screen = 1.0);
+/// Another screen for the same session.
+struct Screen {
+    double fineness = 1.0; ///< Multiplies all coordinates: as much on the screen, in finer pixels.
+    double room = 1.0;     ///< Multiplies the region's sides alone: the same windows on a larger screen.
+};
+
+/// Every NAME.jsonl of a folder that has a NAME.moments.csv beside it, by name. Throws what reading throws, and InputError
+/// when there is none.
+std::vector<Session> readSessions(const std::string& folder, const Screen& screen = {});
 
 /// Under which conditions a session is planned and judged.
 struct Conditions {
@@ -33,6 +39,8 @@ struct Conditions {
     bool mayOverhang = false;
     /// True to leave out moments that no frame inside the recording holds.
     bool isHoldableOnly = false;
+    /// True to go by the moments themselves instead of by what the recording shows: what the search can reach at best.
+    bool knowsMoments = false;
 };
 
 /// What judging sessions adds up to.

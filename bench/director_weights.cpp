@@ -3,7 +3,7 @@
 //   director_weights table   FOLDER              each session: both shapes, three values of calm
 //   director_weights curve   FOLDER              CSV: seen and read against calm, all sessions together
 //   director_weights vary    FOLDER [N [SEED]]   weights multiplied at random by 0.6 to 1.6, N times (20)
-//   director_weights screens FOLDER              the same sessions on screens with finer pixels
+//   director_weights screens FOLDER              the same sessions on other screens, and with the moments known
 //   director_weights leave   FOLDER NAME [ROUNDS]  tunes on all sessions but NAME, from round numbers, and judges NAME
 //   director_weights tune    FOLDER [ROUNDS]     the same on all sessions
 //
@@ -26,9 +26,11 @@ using namespace OrvantaNS::trials;
 using camera::DirectorWeights;
 using camera::MomentView;
 
-const std::vector<Conditions> kShapes{{640, 400, 1.0, false, false}, {360, 640, 1.0, false, true}};
-// Screens with as much on them in finer pixels.
-constexpr double kFinerScreen = 4.0 / 3.0;
+const std::vector<Conditions> kShapes{{640, 400, 1.0, false, false, false}, {360, 640, 1.0, false, true, false}};
+// The recorded screen, larger ones with the same windows, and some with as much on them in finer pixels.
+const std::vector<Screen> kScreens{{}, {1.0, 1.5}, {1.0, 2.0}, {4.0 / 3.0, 1.0}, {1.5, 1.0}, {2.0, 1.0}};
+// Those on which weights are tuned.
+const std::vector<Screen> kTuningScreens{{}, {1.0, 1.5}, {4.0 / 3.0, 1.0}};
 
 void print(const std::string& name, const Conditions& at, const Tally& tally) {
     std::printf("%-16s %4dx%-4d calm %-5.3g", name.c_str(), at.width, at.height, at.calm);
@@ -63,7 +65,7 @@ void table(const std::vector<Session>& sessions, const DirectorWeights& weights)
     }
     printAll("all", sessions, weights);
     for (const double calm : {0.5, 1.0, 2.0}) {
-        const Conditions overhanging{360, 640, calm, true, false};
+        const Conditions overhanging{360, 640, calm, true, false, false};
         print("all, overhang", overhanging, judge(sessions, weights, overhanging));
     }
 }
@@ -119,7 +121,10 @@ void printWeights(const DirectorWeights& weights) {
 }
 
 void tune(const std::string& folder, const std::string& left, int rounds, const DirectorWeights& start) {
-    std::vector<std::vector<Session>> screens{readSessions(folder), readSessions(folder, kFinerScreen)};
+    std::vector<std::vector<Session>> screens;
+    for (const Screen& screen : kTuningScreens) {
+        screens.push_back(readSessions(folder, screen));
+    }
     std::vector<Session> out;
     for (std::vector<Session>& sessions : screens) {
         std::erase_if(sessions, [&](const Session& session) {
@@ -168,10 +173,14 @@ int run(std::vector<std::string> arguments) {
     } else if (what == "vary") {
         vary(readSessions(folder), weights, std::max(1, number(2, 20)), static_cast<unsigned>(number(3, 1)));
     } else if (what == "screens") {
-        for (const double screen : {1.0, kFinerScreen, 1.5, 2.0}) {
-            std::printf("coordinates x %.3g\n", screen);
+        for (const Screen& screen : kScreens) {
+            std::printf("coordinates x %.3g, region x %.3g\n", screen.fineness, screen.room);
+            const std::vector<Session> sessions = readSessions(folder, screen);
             for (const Conditions& shape : kShapes) {
-                print("all", shape, judge(readSessions(folder, screen), weights, shape));
+                print("all", shape, judge(sessions, weights, shape));
+                Conditions known = shape;
+                known.knowsMoments = true;
+                print("moments known", known, judge(sessions, weights, known));
             }
         }
     } else if (what == "leave" && arguments.size() > 2) {

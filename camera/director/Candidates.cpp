@@ -21,9 +21,7 @@ constexpr std::array<double, 5> kHorizons{0.0, 3.0, 6.0, 12.0, 24.0};
 // Room around what a frame is made for, as a factor.
 constexpr double kRoom = 1.05;
 constexpr double kWindowRoom = 1.02;
-// The share of the screen up to which a change can be what a frame is made for.
-constexpr double kLargestChange = 0.35;
-// Weight from which a change is.
+// Weight from which a change is what a frame is made for.
 constexpr double kStrongChange = 0.15;
 // One frame of a kind is enough for a second and for this part of a readable frame.
 constexpr double kAnchorParts = 12.0;
@@ -77,8 +75,7 @@ private:
         case EvidenceKind::WindowOpens:
             return true;
         case EvidenceKind::Change:
-            return one.weight > kStrongChange && area(one.rect) < kLargestChange * scene_.width * scene_.height &&
-                   area(one.rect) > scene_.lineHeight * scene_.lineHeight;
+            return one.weight > kStrongChange && area(one.rect) > scene_.lineHeight * scene_.lineHeight;
         default:
             return false;
         }

@@ -59,7 +59,7 @@ bool beats(const std::vector<double>& times, std::size_t index) {
     while (last + 1 < times.size() && times[last + 1] - now <= kHabitReach && last - index < kHabitLooks) {
         ++last;
     }
-    if (last - first + 1 < kHabitCount || now - times[first] < std::min(kNews, now - times[0] + 1.0)) {
+    if (last - first + 1 < kHabitCount || now - times[first] < kNews) {
         return false;
     }
     std::vector<double> gaps;
@@ -75,7 +75,7 @@ bool beats(const std::vector<double>& times, std::size_t index) {
     return static_cast<double>(regular) >= kBeatShare * static_cast<double>(gaps.size());
 }
 
-/// Lowers the attention of what goes on like clockwork. `order` sorts `drawn` by place, then by time.
+/// Lowers the attention of what goes on like clockwork.
 void findClockwork(std::vector<Drawn>& drawn, const Scene& scene) {
     std::vector<double> hands = scene.wheels;
     for (const ScenePress& press : scene.presses) {

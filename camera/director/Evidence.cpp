@@ -34,10 +34,13 @@ constexpr double kDragMargin = 1.5;
 constexpr double kLeastDragArea = 20.0; // square lines: less is a press with a trembling hand
 constexpr double kSpeckArea = 0.3;      // square lines: less is a blinking caret
 
-constexpr double kAnswer = 1.0;    // seconds after a press within which a change answers it
-constexpr double kPointed = 20.0;  // seconds for which a press tells where something is typed
-constexpr double kLeftPart = 0.6;  // of a readable frame's width: where the reading of a wide area begins
-constexpr double kPageShare = 0.5; // share of the window in front that is a change of the whole
+constexpr double kSpeckPart = 0.3;  // share of its weight that a speck has
+constexpr double kLargePart = 0.4;  // and a change larger than a readable frame: it hardly says where to look
+constexpr double kAnswer = 1.0;     // seconds after a press within which a change answers it
+constexpr double kPointed = 20.0;   // seconds for which a press tells where something is typed
+constexpr double kLeftPart = 0.6;   // of a readable frame's width: where the reading of a wide area begins
+constexpr double kMuchLarger = 0.7; // of the readable zoom: a window that needs a lower one is large
+constexpr double kPageShare = 0.5;  // share of the window in front that is a change of the whole
 
 RealRect boxAround(double x, double y, double w, double h, const Scene& scene) {
     return {std::max(0.0, x - w / 2.0), std::max(0.0, y - h / 2.0), std::min(scene.width, x + w / 2.0),
@@ -115,11 +118,9 @@ private:
         }
     }
 
-    /// 1 for a window that a readable frame holds and that leaves most of the screen free, 0 for one that does not.
+    /// 1 for a window that a readable frame holds, 0 for one that is much larger.
     double smallness(const RealRect& rect) const {
-        const double fits = std::clamp((shape_.fittingZoom(rect) / shape_.readable() - 0.7) / 0.3, 0.0, 1.0);
-        const double leaves = std::clamp((0.45 - area(rect) / area(screen_)) / 0.2, 0.0, 1.0);
-        return fits * leaves;
+        return std::clamp((shape_.fittingZoom(rect) / shape_.readable() - kMuchLarger) / (1.0 - kMuchLarger), 0.0, 1.0);
     }
 
     void windows() {
@@ -169,6 +170,7 @@ private:
 
     void changes() {
         const double line = scene_.lineHeight;
+        const double readingArea = shape_.readingWidth() * shape_.readingWidth() / shape_.ratio();
         std::size_t next = 0;
         std::size_t wheel = 0;
         double lastWheel = -100.0;
@@ -207,13 +209,14 @@ private:
             for (; next < end; ++next) {
                 const SceneChange& change = scene_.changes[next];
                 double weight = weights_.change * change.attention / std::max(1.0, sum);
-                if (area(change.rect) < kSpeckArea * line * line) {
-                    weight *= 0.3;
+                const bool isSpeck = area(change.rect) < kSpeckArea * line * line;
+                if (isSpeck) {
+                    weight *= kSpeckPart;
                 }
-                if (area(change.rect) > 0.6 * area(screen_)) {
-                    weight *= 0.4;
+                if (area(change.rect) > readingArea) {
+                    weight *= kLargePart;
                 }
-                const bool isNews = change.attention == 1.0 && !isPage && area(change.rect) >= kSpeckArea * line * line;
+                const bool isNews = change.attention == 1.0 && !isPage && !isSpeck;
                 addChange(change.rect, time, weight, isNews);
             }
         }

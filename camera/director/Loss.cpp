@@ -108,7 +108,9 @@ double LossTable::unread(double octaves) const {
     }
     const double step = std::min(1.0, octaves / kStepOctaves);
     const double slope = std::min(1.0, octaves / unreadOctaves_);
-    return unread_ * (unreadStep_ * step + (1.0 - unreadStep_) * slope);
+    const double part = unreadStep_ * step + (1.0 - unreadStep_) * slope;
+    // `unread` multiplies the odds, so that what is too small is never worse than what is not there.
+    return unread_ * part / (1.0 + (unread_ - 1.0) * part);
 }
 
 double LossTable::loss(const RealRect& frame, double zoomLog, std::int32_t step) const {

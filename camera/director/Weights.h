@@ -25,14 +25,14 @@ struct DirectorWeights {
     double whole = 0.01;      ///< The whole screen.
 
     // ---- Loss ----
-    double unread = 1.0;        ///< What a thing seen too small to read loses of its weight.
-    double unreadStep = 0.55;   ///< The part of that loss that begins at once below the readable zoom.
-    double unreadOctaves = 1.0; ///< Octaves below the readable zoom at which the rest of it is complete.
-    double unreadWhole = 0.5;   ///< The part of it that counts for windows and pages: they are seen first of all.
-    double wholeAsks = 2.0;     ///< How much of the others' reading a window or page takes, for each of its weight.
-    double cropLarge = 1.5;     ///< How much faster than its share the sight of a cropped thing is lost.
-    double cropSmall = 4.0;     ///< The same for presses and drags.
-    double cropWindow = 8.0;    ///< The same for windows, dialogs, menus and pages: an edge that is cut off is noticed.
+    double unread = 1.0;        ///< What reading is worth beside seeing: a factor on the odds of the next two.
+    double unreadStep = 0.55;   ///< What a thing just too small to read loses of its weight.
+    double unreadOctaves = 1.0; ///< Octaves below the readable zoom at which all of it is lost.
+    double unreadWhole = 0.5; ///< The part of that loss that counts for windows and pages: they are seen first of all.
+    double wholeAsks = 2.0;   ///< How much of the others' reading a window or page takes, for each of its weight.
+    double cropLarge = 1.5;   ///< How much faster than its share the sight of a cropped thing is lost.
+    double cropSmall = 4.0;   ///< The same for presses and drags.
+    double cropWindow = 8.0;  ///< The same for windows, dialogs, menus and pages: an edge that is cut off is noticed.
 
     // ---- Moves ----
     double move = 0.5;      ///< Any move.

@@ -66,8 +66,8 @@ TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
     weights.unreadOctaves = 2.0;
     const FrameShape shape(640, 400, 1280, 800, 1.0, false);
     const LossTable table(scene, shape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
-    // One octave below: all of the step, half of the slope.
-    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.8 * (0.5 + 0.5 * 0.5), 1e-12);
+    // One octave below: all of the step, half of the slope, which is 3 to 1; reading is worth 0.8 of these odds.
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 2.4 / 3.4, 1e-12);
 }
 
 TEST(LossTest, AHairBelowTheReadableZoom_LosesTheStepInProportion) {
@@ -81,15 +81,15 @@ TEST(LossTest, AHairBelowTheReadableZoom_LosesTheStepInProportion) {
     EXPECT_NEAR(table.loss({0, 0, 656, 410}, 0, 1), 0.25 * std::log2(656.0 / 640.0) / 0.08, 1e-9);
 }
 
-TEST(LossTest, BeyondTheEndOfTheSlope_LosesNoMore) {
+TEST(LossTest, BeyondTheEndOfTheSlope_LosesAllAndNoMore) {
     const camera::Scene scene = twoSteps();
     DirectorWeights weights;
-    weights.unread = 0.8;
+    weights.unread = 1.6;
     weights.unreadStep = 0.5;
     weights.unreadOctaves = 0.5;
     const FrameShape shape(640, 400, 1280, 800, 1.0, false);
     const LossTable table(scene, shape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
-    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.8, 1e-12);
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25, 1e-12);
 }
 
 TEST(LossTest, WindowThatNoReadableFrameHolds_IsReadAtTheLargestZoomThatHoldsIt) {
@@ -113,8 +113,9 @@ TEST(LossTest, CroppedWindow_LosesFasterStill) {
 /// Below its readable zoom a thing loses half of its weight at once, and nothing more.
 DirectorWeights halfUnread() {
     DirectorWeights weights;
-    weights.unread = 0.5;
-    weights.unreadStep = 1.0;
+    weights.unread = 1.0;
+    weights.unreadStep = 0.5;
+    weights.unreadOctaves = 1e15;
     weights.unreadWhole = 0.4;
     weights.wholeAsks = 1.0;
     return weights;
