@@ -3,6 +3,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME orvanta)
 set(CPACK_PACKAGE_CONTACT "The founders of Orvanta <founders@orvanta.invalid>")
+# Each package's description begins with a summary of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL libraries development tools)
@@ -66,4 +68,11 @@ foreach(pair IN ITEMS libraries:${libraries_package} development:liborvanta-dev 
   install(FILES ${PROJECT_SOURCE_DIR}/packaging/debian/copyright ${PROJECT_BINARY_DIR}/changelog.Debian.gz
           DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/${package} COMPONENT ${component})
 endforeach()
+# Man pages are packed. This comes after the rule that installs them.
+install(
+  CODE "file(GLOB pages \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_MANDIR}/man1/*.1\")
+if(pages)
+  execute_process(COMMAND ${ORVANTA_GZIP} -9nf \${pages} COMMAND_ERROR_IS_FATAL ANY)
+endif()"
+  COMPONENT tools)
 include(CPack)
