@@ -44,11 +44,14 @@ std::string nameBeside(const std::string& place) {
 /// stays behind whatever ends the process, else under a name that is put into `temporary`.
 int openBeside(const std::string& place, std::string& temporary) {
 #if defined(O_TMPFILE)
-    const fs::path directory = fs::path(place).parent_path();
-    const int nameless =
-        open(directory.empty() ? "." : directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNewFileMode);
-    if (nameless >= 0) {
-        return nameless;
+    // It will get its name by way of /proc, which a bare root directory may lack.
+    if (access("/proc/self/fd", X_OK) == 0) {
+        const fs::path directory = fs::path(place).parent_path();
+        const int nameless =
+            open(directory.empty() ? "." : directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, kNewFileMode);
+        if (nameless >= 0) {
+            return nameless;
+        }
     }
 #endif
     int descriptor = -1;
