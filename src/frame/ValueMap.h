@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -31,12 +32,27 @@ inline bool CompareMapSpacesReverse(const std::pair<Rectangle, double>& a, const
     return a.second > b.second;
 }
 
+/// Up to this many rectangles are sorted one by one: a sort by merging asks for memory first.
+inline constexpr std::size_t kFewMapSpaces = 24;
+
 /// Sorts by density, densest first; equal ones keep their order. A sort over values that are not numbers has no defined
 /// result, so those go to the end, in the order in which they stand.
 inline void sortByDensity(std::vector<std::pair<Rectangle, double>>& spaces) {
-    const auto numbersEnd = std::stable_partition(spaces.begin(), spaces.end(),
-                                                  [](const auto& space) { return !std::isnan(space.second); });
-    std::stable_sort(spaces.begin(), numbersEnd, CompareMapSpacesReverse);
+    const auto goesAhead = [](const std::pair<Rectangle, double>& a, const std::pair<Rectangle, double>& b) {
+        return std::isnan(b.second) ? !std::isnan(a.second) : CompareMapSpacesReverse(a, b);
+    };
+    if (spaces.size() > kFewMapSpaces) {
+        std::stable_sort(spaces.begin(), spaces.end(), goesAhead);
+        return;
+    }
+    for (std::size_t i = 1; i < spaces.size(); ++i) {
+        const std::pair<Rectangle, double> moving = spaces[i];
+        std::size_t hole = i;
+        for (; hole > 0 && goesAhead(moving, spaces[hole - 1]); --hole) {
+            spaces[hole] = spaces[hole - 1];
+        }
+        spaces[hole] = moving;
+    }
 }
 
 } // namespace OrvantaNS

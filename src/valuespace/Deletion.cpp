@@ -94,6 +94,9 @@ bool ValueSpace::leavesUnnoticed(std::uint32_t object, std::uint32_t location) {
 }
 
 void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects) {
+    if (objects.empty()) {
+        return;
+    }
     stoppableSort(*store, objects.size(), std::less<>(),
                   [&](auto less) { std::sort(objects.begin(), objects.end(), less); });
     StepCounter steps(*store);
@@ -146,16 +149,15 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
         settled_.remove(s);
 
         const bool redundant =
-            space.objects.empty() || std::any_of(space.parents.begin(), space.parents.end(), [&](std::uint32_t parent) {
-                return objectSets_.holdsAll(graph, parent, s);
-            });
+            space.objects.empty() || std::any_of(space.parents.begin(), space.parents.end(),
+                                                 [&](std::uint32_t parent) { return holdsAll(parent, s); });
 
         // A parent goes when another parent says all that it says; of two with the same objects the later one goes.
         // This comes after the decision above, which has to see all parents.
         for (std::size_t k = space.parents.size(); k-- > 0;) {
             const std::uint32_t parent = space.parents[k];
             for (std::size_t other = 0; other < space.parents.size(); ++other) {
-                if (other != k && objectSets_.holdsAll(graph, space.parents[other], parent)) {
+                if (other != k && holdsAll(space.parents[other], parent)) {
                     unlink(parent, s);
                     break;
                 }
@@ -196,6 +198,13 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
     steps.settle();
 }
 
+bool ValueSpace::holdsAll(std::uint32_t container, std::uint32_t contained) {
+    // A longer list is never held by a shorter one, unless it names an object twice. Most questions end here: a space
+    // names more objects than its parents do.
+    return (isHandMade_ || graph[contained].objects.size() <= graph[container].objects.size()) &&
+           objectSets_.holdsAll(graph, container, contained);
+}
+
 std::uint64_t ValueSpace::judgingSteps(std::uint32_t space) const {
     // Its list is laid out as bits, and its parents are compared with it and with one another.
     const std::size_t parents = graph[space].parents.size();
@@ -234,11 +243,11 @@ bool ValueSpace::isSettled(std::uint32_t s) {
         return false;
     }
     for (const std::uint32_t parent : parents) {
-        if (objectSets_.holdsAll(graph, parent, s)) {
+        if (holdsAll(parent, s)) {
             return false;
         }
         for (const std::uint32_t other : parents) {
-            if (other != parent && objectSets_.holdsAll(graph, other, parent)) {
+            if (other != parent && holdsAll(other, parent)) {
                 return false;
             }
         }

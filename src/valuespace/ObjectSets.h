@@ -54,36 +54,45 @@ private:
     static constexpr std::size_t kWordBits = 64;
 
     template <typename Graph> std::size_t rowOf(const Graph& graph, std::uint32_t slot) {
-        if (rows_[slot] != kNone) {
-            return rows_[slot];
-        }
-        const std::vector<std::uint32_t>& list = graph[slot].objects;
-        for (const std::uint32_t object : list) {
-            number(object);
-        }
-        if (numbered_.size() > rowWords_ * kWordBits) {
-            rowWords_ = 2 * ((numbered_.size() + kWordBits - 1) / kWordBits);
-            std::fill(rows_.begin(), rows_.end(), kNone);
-            rowCount_ = 0;
-        }
+        return rows_[slot] != kNone ? rows_[slot] : makeRow(graph[slot].objects, slot);
+    }
+    std::size_t makeRow(const std::vector<std::uint32_t>& list, std::uint32_t slot) {
         const std::size_t row = rowCount_++;
-        words_.resize(std::max(words_.size(), rowCount_ * rowWords_));
-        std::uint64_t* words = &words_[row * rowWords_];
-        std::fill(words, words + rowWords_, 0);
+        const std::size_t begin = row * rowWords_;
+        if (words_.size() < begin + rowWords_) {
+            words_.resize(2 * (begin + rowWords_));
+        }
+        std::fill_n(words_.begin() + static_cast<std::ptrdiff_t>(begin), rowWords_, 0);
         for (const std::uint32_t object : list) {
-            words[numbers_[object] / kWordBits] |= std::uint64_t{1} << numbers_[object] % kWordBits;
+            const std::uint32_t number = numberOf(object);
+            if (number >= rowWords_ * kWordBits) {
+                widen(list);
+                return makeRow(list, slot);
+            }
+            words_[begin + number / kWordBits] |= std::uint64_t{1} << number % kWordBits;
         }
         rows_[slot] = static_cast<std::uint32_t>(row);
         return row;
     }
-    void number(std::uint32_t object) {
+    std::uint32_t numberOf(std::uint32_t object) {
         if (object >= numbers_.size()) {
             numbers_.resize(std::size_t{object} + 1, kNone);
         }
-        if (numbers_[object] == kNone) {
-            numbers_[object] = static_cast<std::uint32_t>(numbered_.size());
+        std::uint32_t& number = numbers_[object];
+        if (number == kNone) {
+            number = static_cast<std::uint32_t>(numbered_.size());
             numbered_.push_back(object);
         }
+        return number;
+    }
+    // Forgets all rows, and makes room in each for the objects of the list as well.
+    void widen(const std::vector<std::uint32_t>& list) {
+        for (const std::uint32_t object : list) {
+            numberOf(object);
+        }
+        rowWords_ = 2 * ((numbered_.size() + kWordBits - 1) / kWordBits);
+        std::fill(rows_.begin(), rows_.end(), kNone);
+        rowCount_ = 0;
     }
 
     std::vector<std::uint32_t> rows_;  // by slot: its row of `words_`

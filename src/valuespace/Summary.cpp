@@ -29,6 +29,7 @@ constexpr double kTier4Rate = kTierRates[kTier4];
 constexpr double kNoLimit = std::numeric_limits<double>::infinity();
 
 using TierLists = std::array<std::vector<std::uint32_t>, kTierCount>;
+static_assert(kTierCount == kSummaryTiers);
 
 // Readies the list of the tier below `tier`, which has just been found too hot for the next space.
 void handOver(TierLists& lists, std::size_t tier) {
@@ -42,16 +43,18 @@ void handOver(TierLists& lists, std::size_t tier) {
 }
 
 // The order in which spaces are offered to the tiers: by descending value, equal ones in slot order. No value is NaN.
-bool isOfferedBefore(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) {
-    return a.value != b.value ? a.value > b.value : a.space < b.space;
-}
+struct IsOfferedBefore {
+    bool operator()(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) const {
+        return a.value != b.value ? a.value > b.value : a.space < b.space;
+    }
+};
 
 // Names of a list that are added up in the time of one step.
 constexpr std::size_t kNamesPerStep = 4;
 
 void sortForOffer(OV_DATA_STORE& store, std::vector<VS_VALUE_ORDER>::iterator begin,
                   std::vector<VS_VALUE_ORDER>::iterator end) {
-    stoppableSort(store, static_cast<std::size_t>(end - begin), isOfferedBefore,
+    stoppableSort(store, static_cast<std::size_t>(end - begin), IsOfferedBefore(),
                   [&](auto less) { std::sort(begin, end, less); });
 }
 
@@ -124,7 +127,10 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     }
     countSteps(*store, order.size());
 
-    TierLists lists;
+    TierLists& lists = tierLists_;
+    for (std::vector<std::uint32_t>& list : lists) {
+        list.clear();
+    }
     std::size_t tier = kTier12;
     for (const VS_VALUE_ORDER& entry : order) {
         // Written with `>=` so that a sum that is not a number reaches no tier.
@@ -143,13 +149,20 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
         handOver(lists, tier);
     }
 
+    found_.spaces.clear();
+    bool areLocated = false;
     for (std::size_t t = 0; t < lists.size(); ++t) {
         // A list that was handed over and got nothing more gives the same pair once more, which would be removed again.
-        if (t == 0 || lists[t] != lists[t - 1]) {
-            summarizeTier(lists[t], map);
+        if (!lists[t].empty() && (t == 0 || lists[t] != lists[t - 1])) {
+            if (!areLocated) {
+                locateObjects();
+                areLocated = true;
+            }
+            addBestOf(lists[t], found_);
         }
     }
-    cleanValueMap(map);
+    cleanValueMap(found_);
+    map.spaces = found_.spaces; // a copy of the right size: slices keep their maps for the whole computation
     return map;
 }
 
@@ -173,7 +186,8 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
                       [&](const VS_VALUE_ORDER& entry) { return isSwallowed(entry.space, threshold, kNoLimit); });
         sortForOffer(*store, order.begin(), order.end());
     }
-    std::vector<std::uint32_t> list;
+    std::vector<std::uint32_t>& list = tierLists_[kTier4];
+    list.clear();
     for (const VS_VALUE_ORDER& entry : order) {
         summarizeGraph(list, entry.space);
     }
@@ -222,21 +236,32 @@ void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space
 }
 
 void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
-    if (list.empty()) {
-        return;
+    if (!list.empty()) {
+        locateObjects();
+        addBestOf(list, map);
     }
-    // All objects, ascending, each with the rectangle of the space at which it was inserted, not its own. They are laid
-    // out once, since walking the map anew for every space of the list takes longer than the arithmetic.
+}
+
+void ValueSpace::locateObjects() {
     StepCounter steps(*store);
     located_.clear();
     for (const auto& [object, location] : objectMap) {
         steps.add(1);
-        located_.emplace_back(graph[location].rect, store->valueObjects[object].value);
+        const double value = store->valueObjects[object].value;
+        // What is worth nothing adds nothing to any sum. A value that is not a number is no nothing.
+        if (value != 0.0) {
+            located_.emplace_back(graph[location].rect, value);
+        }
     }
+    steps.settle();
+}
+
+void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
+    StepCounter steps(*store);
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
-        const Rectangle& rect = graph[space].rect;
+        const Rectangle rect = graph[space].rect;
         steps.add(1 + located_.size() / 2);
         double score = 0.0;
         for (const auto& [location, value] : located_) {
@@ -254,16 +279,21 @@ void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& m
 }
 
 void ValueSpace::cleanValueMap(VS_VALUE_MAP& map) {
+    // What stays moves up: a pair goes when one that stays ahead of it has its rectangle and is worth as much.
     auto& spaces = map.spaces;
-    for (std::size_t i = 0; i < spaces.size(); ++i) {
-        for (std::size_t j = i + 1; j < spaces.size();) {
-            if (spaces[i].second >= spaces[j].second && spaces[i].first == spaces[j].first) {
-                spaces.erase(spaces.begin() + static_cast<std::ptrdiff_t>(j));
-            } else {
-                ++j;
-            }
+    std::size_t kept = 0;
+    for (std::size_t j = 0; j < spaces.size(); ++j) {
+        const std::pair<Rectangle, double> space = spaces[j];
+        std::size_t i = 0;
+        while (i < kept && !(spaces[i].first == space.first && spaces[i].second >= space.second)) {
+            ++i;
+        }
+        if (i == kept) {
+            spaces[kept] = space;
+            ++kept;
         }
     }
+    spaces.resize(kept);
 }
 
 } // namespace OrvantaNS

@@ -1,6 +1,7 @@
 // The graph of rectangles that objects and their overlaps make.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -28,6 +29,9 @@ struct OV_INTERSECTION {
     std::vector<std::uint32_t> children; ///< The tightest spaces that it contains: indices into `graph`.
     std::vector<std::uint32_t> objects;  ///< Indices into the store's `valueObjects`.
 };
+
+/// The tiers of a summary.
+inline constexpr std::size_t kSummaryTiers = 8;
 
 /// One space with its summed value.
 struct VS_VALUE_ORDER {
@@ -155,6 +159,8 @@ private:
     /// Takes objects, named as location and object, out of the lists at and below their locations, and forgets them.
     void eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects);
     void dissolveFrom(std::uint32_t location, std::uint32_t object);
+    /// What `containsAllObjects` gives, from `objectSets_`.
+    bool holdsAll(std::uint32_t container, std::uint32_t contained);
     /// What it takes to judge whether a space is still needed, in steps.
     std::uint64_t judgingSteps(std::uint32_t space) const;
 
@@ -164,6 +170,11 @@ private:
     // ---- Summaries ----
 
     bool isSwallowed(std::uint32_t space, double least, double below) const;
+    /// Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
+    /// its own. Laid out once for a summary: walking the map anew for each list takes longer than the arithmetic.
+    void locateObjects();
+    /// `summarizeTier` with the objects located.
+    void addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map);
 
     // What follows speeds the operations up and is no part of the graph.
 
@@ -190,6 +201,8 @@ private:
     std::vector<std::uint32_t> work_;   ///< The queue or stack of a plain walk, or the children of the space in work.
     std::vector<VS_VALUE_ORDER> order_; ///< The spaces that a summary offers.
     std::vector<std::pair<Rectangle, double>> located_; ///< Where the objects of a summary are, and their values.
+    std::array<std::vector<std::uint32_t>, kSummaryTiers> tierLists_; ///< The lists of a summary, hottest tier first.
+    VS_VALUE_MAP found_;                                              ///< A summary in work.
     ObjectMarks marks_; ///< The objects that a new space lists already, or that leave together.
 };
 

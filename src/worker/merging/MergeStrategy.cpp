@@ -60,51 +60,16 @@ bool setStrategy(MERGE_ENTRY& entry, OV_MERGE_STRATEGY strategy, std::int32_t pr
     return true;
 }
 
-} // namespace
-
-void OrvantaWorker::determineMergeStrategy(OV_DATA_STORE& store, MERGE_ENTRY& entry) const {
-    // A breakdown that an executor wrote is never computed again.
-    for (const std::uint32_t slice : {entry.firstSlice, entry.nextSlice}) {
-        if (!store.slices[slice].breakdown.identified) {
-            store.slices[slice].breakdown = identifySlice(store, slice);
-        }
-    }
-    const double firstLength = getLengthPlusBlanks(store, entry.firstSlice);
-    if (store.slices[entry.firstSlice].keyframe && keyframeFloor(store) > firstLength) {
-        setStrategy(entry, OV_MERGE_FORCED, kForcedPriority);
-        return;
-    }
-    // Behind the forced merge: a fixed transition does not save a shot that is too short to be seen.
-    if (store.slices[entry.firstSlice].blocked) {
-        return;
-    }
-    bool decided = determineBlockStrategy(store, entry);
-    detectTightMerge(store, entry, decided);
-    detectWideMerge(store, entry, decided);
-    detectOffWindowMerge(store, entry, decided);
-    detectFullScreenMerge(store, entry, decided);
-    if (!decided) {
-        const double nextLength = getLengthPlusBlanks(store, entry.nextSlice);
-        if (firstLength < longSlice(store) && nextLength < longSlice(store)) {
-            testPriority(store, entry, OV_MERGE_LOOSE, kLooseBase);
-        } else {
-            // Overwrites what the short-slice rules have proposed, even at a higher priority: a long slice stays.
-            setStrategy(entry, OV_MERGE_GO_OFF_WINDOW, kOutsideBlockPriority);
-        }
-    }
-}
-
-bool OrvantaWorker::determineBlockStrategy(OV_DATA_STORE& store, MERGE_ENTRY& entry) const {
-    if (getLengthPlusBlanks(store, entry.firstSlice) < longSlice(store) &&
-        getLengthPlusBlanks(store, entry.nextSlice) < longSlice(store)) {
+bool proposeBlock(const OrvantaWorker& worker, OV_DATA_STORE& store, MERGE_ENTRY& entry, const Pair& pair,
+                  double firstLength) {
+    if (firstLength < longSlice(store) && worker.getLengthPlusBlanks(store, entry.nextSlice) < longSlice(store)) {
         return false;
     }
-    const Pair pair(store, entry);
-    const bool apartInWindow = doWindowsMerge(store, entry) && !pair.fits;
+    const bool apartInWindow = worker.doWindowsMerge(store, entry) && !pair.fits;
     const bool firstWindowed = isWindowed(pair.first);
     const bool nextWindowed = isWindowed(pair.next);
     if (isTightInWindow(pair.first) && isTightInWindow(pair.next) && apartInWindow &&
-        detectMotion(pair.hot, pair.first.tier4Rect, kPanPixels)) {
+        worker.detectMotion(pair.hot, pair.first.tier4Rect, kPanPixels)) {
         return setStrategy(entry, OV_MERGE_TIGHT_PAN_TIGHT, kWindowBlockPriority);
     }
     if (isTightInWindow(pair.first) && nextWindowed && apartInWindow) {
@@ -125,64 +90,119 @@ bool OrvantaWorker::determineBlockStrategy(OV_DATA_STORE& store, MERGE_ENTRY& en
     return false;
 }
 
-void OrvantaWorker::detectTightMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry, bool& decided) const {
-    const Pair pair(store, entry);
+void proposeTight(const OrvantaWorker& worker, OV_DATA_STORE& store, MERGE_ENTRY& entry, const Pair& pair,
+                  bool& decided) {
     const bool firstTight = isTightInWindow(pair.first);
     const bool nextTight = isTightInWindow(pair.next);
-    if (firstTight && nextTight && doWindowsMerge(store, entry) && pair.fits) {
-        testPriority(store, entry, OV_MERGE_TIGHT, kTightBase);
+    if (firstTight && nextTight && worker.doWindowsMerge(store, entry) && pair.fits) {
+        worker.testPriority(store, entry, OV_MERGE_TIGHT, kTightBase);
         decided = true;
     } else if (pair.first.tight && nextTight && contains(pair.next.windowRect, pair.first.tier4Rect) && pair.fits) {
         // The first needs no window of its own: its hot rectangle lies in the next one's.
-        testPriority(store, entry, OV_MERGE_TIGHT, kTightBase);
+        worker.testPriority(store, entry, OV_MERGE_TIGHT, kTightBase);
         decided = true;
     } else if ((firstTight || nextTight) && pair.fits) {
-        testPriority(store, entry, OV_MERGE_TIGHT, kHalfTightBase);
+        worker.testPriority(store, entry, OV_MERGE_TIGHT, kHalfTightBase);
         decided = true;
     } else if (decided) {
         return;
-    } else if (firstTight && getLengthPlusBlanks(store, entry.nextSlice) < kShortSliceSeconds) {
-        testPriority(store, entry, OV_MERGE_TIGHT, kShortTightBase);
-    } else if (nextTight && getLengthPlusBlanks(store, entry.firstSlice) < kShortSliceSeconds) {
-        testPriority(store, entry, OV_MERGE_TIGHT, kShortTightBase);
+    } else if (firstTight && worker.getLengthPlusBlanks(store, entry.nextSlice) < kShortSliceSeconds) {
+        worker.testPriority(store, entry, OV_MERGE_TIGHT, kShortTightBase);
+    } else if (nextTight && worker.getLengthPlusBlanks(store, entry.firstSlice) < kShortSliceSeconds) {
+        worker.testPriority(store, entry, OV_MERGE_TIGHT, kShortTightBase);
     }
 }
 
-void OrvantaWorker::detectWideMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry, bool& decided) const {
-    const Pair pair(store, entry);
+void proposeWide(const OrvantaWorker& worker, OV_DATA_STORE& store, MERGE_ENTRY& entry, const Pair& pair,
+                 bool& decided) {
     const bool firstWindowed = isWindowed(pair.first);
     const bool nextWindowed = isWindowed(pair.next);
-    if (firstWindowed && nextWindowed && doWindowsMerge(store, entry)) {
-        testPriority(store, entry, OV_MERGE_WIDE, kWideBase);
+    if (firstWindowed && nextWindowed && worker.doWindowsMerge(store, entry)) {
+        worker.testPriority(store, entry, OV_MERGE_WIDE, kWideBase);
         decided = true;
     } else if (decided) {
         return;
     } else if ((nextWindowed && contains(pair.next.windowRect, pair.first.tier4Rect)) ||
                (firstWindowed && contains(pair.first.windowRect, pair.next.tier4Rect))) {
-        testPriority(store, entry, OV_MERGE_WIDE, kHalfWideBase);
+        worker.testPriority(store, entry, OV_MERGE_WIDE, kHalfWideBase);
         decided = true;
-    } else if (firstWindowed && getLengthPlusBlanks(store, entry.nextSlice) < kShortSliceSeconds) {
-        testPriority(store, entry, OV_MERGE_WIDE, kShortWideBase);
-    } else if (nextWindowed && getLengthPlusBlanks(store, entry.firstSlice) < kShortSliceSeconds) {
-        testPriority(store, entry, OV_MERGE_WIDE, kShortWideBase);
+    } else if (firstWindowed && worker.getLengthPlusBlanks(store, entry.nextSlice) < kShortSliceSeconds) {
+        worker.testPriority(store, entry, OV_MERGE_WIDE, kShortWideBase);
+    } else if (nextWindowed && worker.getLengthPlusBlanks(store, entry.firstSlice) < kShortSliceSeconds) {
+        worker.testPriority(store, entry, OV_MERGE_WIDE, kShortWideBase);
     }
+}
+
+void proposeOffWindow(const OrvantaWorker& worker, OV_DATA_STORE& store, MERGE_ENTRY& entry, const Pair& pair,
+                      bool& decided) {
+    if (pair.fits && !pair.first.inWindow && !pair.next.inWindow) {
+        worker.testPriority(store, entry, OV_MERGE_OFF_WINDOW, kOffWindowBase);
+        decided = true;
+    }
+}
+
+void proposeFullScreen(const OrvantaWorker& worker, OV_DATA_STORE& store, MERGE_ENTRY& entry, const Pair& pair,
+                       bool& decided) {
+    if ((isFullScreen(pair.next) && worker.getLengthPlusBlanks(store, entry.firstSlice) < kShortSliceSeconds) ||
+        (isFullScreen(pair.first) && worker.getLengthPlusBlanks(store, entry.nextSlice) < kShortSliceSeconds)) {
+        worker.testPriority(store, entry, OV_MERGE_FULL_SCREEN, kFullScreenBase);
+        decided = true;
+    }
+}
+
+} // namespace
+
+void OrvantaWorker::determineMergeStrategy(OV_DATA_STORE& store, MERGE_ENTRY& entry) const {
+    // A breakdown that an executor wrote is never computed again.
+    for (const std::uint32_t slice : {entry.firstSlice, entry.nextSlice}) {
+        if (!store.slices[slice].breakdown.identified) {
+            store.slices[slice].breakdown = identifySlice(store, slice);
+        }
+    }
+    const double firstLength = getLengthPlusBlanks(store, entry.firstSlice);
+    if (store.slices[entry.firstSlice].keyframe && keyframeFloor(store) > firstLength) {
+        setStrategy(entry, OV_MERGE_FORCED, kForcedPriority);
+        return;
+    }
+    // Behind the forced merge: a fixed transition does not save a shot that is too short to be seen.
+    if (store.slices[entry.firstSlice].blocked) {
+        return;
+    }
+    const Pair pair(store, entry);
+    bool decided = proposeBlock(*this, store, entry, pair, firstLength);
+    proposeTight(*this, store, entry, pair, decided);
+    proposeWide(*this, store, entry, pair, decided);
+    proposeOffWindow(*this, store, entry, pair, decided);
+    proposeFullScreen(*this, store, entry, pair, decided);
+    if (!decided) {
+        const double nextLength = getLengthPlusBlanks(store, entry.nextSlice);
+        if (firstLength < longSlice(store) && nextLength < longSlice(store)) {
+            testPriority(store, entry, OV_MERGE_LOOSE, kLooseBase);
+        } else {
+            // Overwrites what the short-slice rules have proposed, even at a higher priority: a long slice stays.
+            setStrategy(entry, OV_MERGE_GO_OFF_WINDOW, kOutsideBlockPriority);
+        }
+    }
+}
+
+bool OrvantaWorker::determineBlockStrategy(OV_DATA_STORE& store, MERGE_ENTRY& entry) const {
+    return proposeBlock(*this, store, entry, Pair(store, entry), getLengthPlusBlanks(store, entry.firstSlice));
+}
+
+void OrvantaWorker::detectTightMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry, bool& decided) const {
+    proposeTight(*this, store, entry, Pair(store, entry), decided);
+}
+
+void OrvantaWorker::detectWideMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry, bool& decided) const {
+    proposeWide(*this, store, entry, Pair(store, entry), decided);
 }
 
 void OrvantaWorker::detectOffWindowMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry, bool& decided) const {
-    const Pair pair(store, entry);
-    if (pair.fits && !pair.first.inWindow && !pair.next.inWindow) {
-        testPriority(store, entry, OV_MERGE_OFF_WINDOW, kOffWindowBase);
-        decided = true;
-    }
+    proposeOffWindow(*this, store, entry, Pair(store, entry), decided);
 }
 
 void OrvantaWorker::detectFullScreenMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry, bool& decided) const {
-    const Pair pair(store, entry);
-    if ((isFullScreen(pair.next) && getLengthPlusBlanks(store, entry.firstSlice) < kShortSliceSeconds) ||
-        (isFullScreen(pair.first) && getLengthPlusBlanks(store, entry.nextSlice) < kShortSliceSeconds)) {
-        testPriority(store, entry, OV_MERGE_FULL_SCREEN, kFullScreenBase);
-        decided = true;
-    }
+    proposeFullScreen(*this, store, entry, Pair(store, entry), decided);
 }
 
 int OrvantaWorker::calculateMergePriority(OV_DATA_STORE& store, MERGE_ENTRY& entry, int base) const {

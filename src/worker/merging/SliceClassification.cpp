@@ -106,23 +106,20 @@ double OrvantaWorker::getLengthPlusBlanks(OV_DATA_STORE& store, unsigned int sli
 }
 
 unsigned int OrvantaWorker::findNextTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
-    for (std::uint32_t i = slice + 1; i < store.slices.size(); ++i) {
-        countSteps(store, 1);
-        if (isTargetSlice(store.slices[i])) {
-            return i;
-        }
-    }
-    return slice;
+    const auto from = store.slices.begin() + static_cast<std::ptrdiff_t>(slice);
+    const auto next =
+        std::find_if(from + 1, store.slices.end(), [](const OV_FOCUS_SLICE& s) { return isTargetSlice(s); });
+    countSteps(store, static_cast<std::uint64_t>(next - from));
+    return next == store.slices.end() ? slice : static_cast<std::uint32_t>(next - store.slices.begin());
 }
 
 unsigned int OrvantaWorker::findPreviousTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
-    for (std::uint32_t i = slice; i > 0; --i) {
-        countSteps(store, 1);
-        if (isTargetSlice(store.slices[i - 1])) {
-            return i - 1;
-        }
+    std::uint32_t i = slice;
+    while (i > 0 && !isTargetSlice(store.slices[i - 1])) {
+        --i;
     }
-    return slice;
+    countSteps(store, std::uint64_t{slice} - i + 1);
+    return i > 0 ? i - 1 : slice;
 }
 
 bool OrvantaWorker::doWindowsMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry) const {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <utility>
+#include <vector>
 
 #include "frame/Geometry.h"
 #include "frame/Steps.h"
@@ -52,17 +53,19 @@ void addLayer(Spaces& stack, const std::pair<Rectangle, double>& layer) {
 
 VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) const {
     OV_DATA_STORE uncounted;
-    return mergeMapsCounted(*this, uncounted, std::move(first), std::move(second));
+    return mergeMapsCounted(*this, uncounted, first, second);
 }
 
-VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_MAP first,
-                              VS_VALUE_MAP second) {
+VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store, const VS_VALUE_MAP& first,
+                              const VS_VALUE_MAP& second) {
+    Spaces layers = second.spaces;
+    toLayers(layers);
     VS_VALUE_MAP stack;
     stack.span = first.span + second.span;
+    stack.spaces.reserve(std::max(kFewMapSpaces, 2 * first.spaces.size()));
     stack.spaces = first.spaces;
-    toLayers(second.spaces);
     // Each layer sees what the ones before it have added: a third overlapping layer adds onto the sum of two.
-    for (const std::pair<Rectangle, double>& layer : second.spaces) {
+    for (const std::pair<Rectangle, double>& layer : layers) {
         addLayer(stack.spaces, layer);
     }
     countSteps(store, 1 + std::uint64_t{stack.spaces.size()} * stack.spaces.size() / kPairsPerStep);
@@ -70,15 +73,19 @@ VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store,
     ValueSpace::cleanValueMap(stack);
 
     // The hot rectangles of the two are not handed on: the merged map answers by its spaces.
-    VS_VALUE_MAP merged;
-    merged.span = stack.span;
+    VS_VALUE_MAP tiers;
+    tiers.spaces.swap(layers); // for its memory
+    tiers.spaces.clear();
     for (const double tier : {12.0, 10.0, 8.0, 6.0, 4.0, 3.0, 2.0, 1.0}) {
         const std::pair<Rectangle, double> space = worker.summarizeMerge(stack, stack.span * tier);
         if (!isEmpty(space.first)) {
-            merged.spaces.push_back(space);
+            tiers.spaces.push_back(space);
         }
     }
-    ValueSpace::cleanValueMap(merged);
+    ValueSpace::cleanValueMap(tiers);
+    VS_VALUE_MAP merged;
+    merged.span = stack.span;
+    merged.spaces = tiers.spaces; // a copy of the right size: slices keep their maps
     return merged;
 }
 

@@ -8,7 +8,7 @@ namespace OrvantaNS {
 
 /// What `OrvantaWorker::mergeMaps` gives. Two maps of the most tiers there are make a stack of thousands of rectangles.
 /// The work is counted in `store` (`countSteps`).
-VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_MAP first,
-                              VS_VALUE_MAP second);
+VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store, const VS_VALUE_MAP& first,
+                              const VS_VALUE_MAP& second);
 
 } // namespace OrvantaNS
