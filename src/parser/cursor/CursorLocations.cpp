@@ -65,7 +65,10 @@ bool DataParser::extendIdle(const OV_MOUSE_LOCATION& location, MOUSE_IDLE& idle)
 void DataParser::processCursorLocation(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const std::vector<OV_MOUSE_LOCATION>& locations = params.cursorLocations();
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
-    MOUSE_STROKE stroke;
+    MOUSE_STROKE& stroke = strokeInWork_;
+    stroke.points.clear(); // and keep their memory
+    stroke.bounds = MOUSE_STROKE{}.bounds;
+    stroke.anchor = 0;
     MOUSE_IDLE idle;
     bool idling = false;
     bool offScreen = false;

@@ -137,7 +137,11 @@ std::size_t WorkingList::first(Kind kind, std::size_t from, MayHold mayHold, Mat
         return firstBelow(kind, index, 1, index.leafCount, static_cast<std::size_t>(place - index.positions.begin()),
                           mayHold, matches);
     }
-    for (std::size_t i = from; i < objects_.size(); ++i) {
+    std::size_t& begin = begins_[kind];
+    while (begin < objects_.size() && !mayBecome(kind, objects_[begin].type)) {
+        ++begin;
+    }
+    for (std::size_t i = std::max(from, begin); i < objects_.size(); ++i) {
         if (isOf(kind, objects_[i].type) && matches(objects_[i])) {
             return i;
         }
@@ -332,6 +336,7 @@ void WorkingList::insertBehind(std::size_t index, const OV_VALUE_OBJECT& object)
     objects_.insert(objects_.begin() + static_cast<std::ptrdiff_t>(index) + 1, object);
     isMade_ = {};
     isByPlaceMade_ = false;
+    begins_ = {};
 }
 
 } // namespace OrvantaNS

@@ -17,7 +17,7 @@ namespace OrvantaNS {
 /// scan of the list would give, whatever times it holds. While a `WorkingList` is in use, windows, menus and what a rule
 /// asks for are changed through it alone; other objects may be appended to the list.
 ///
-/// A list of what people do within ten seconds is short and is simply read. A long one gets, for each kind of object that
+/// A list of what people do within ten seconds is short and is simply read, from the first object of the kind on. A long one gets, for each kind of object that
 /// the rules ask for, the positions of that kind in blocks, and over them a tree with the bounds of their times: a
 /// question goes down only where the bounds allow an answer.
 class WorkingList {
@@ -111,7 +111,8 @@ private:
     OV_DATA_STORE& store_;
     std::array<Index, kKinds> indices_;
     std::array<bool, kKinds> isMade_{};
-    std::vector<std::size_t> byPlace_; // Positions of windows and openings by rectangle, then by position.
+    std::array<std::size_t, kKinds> begins_{}; // No object before this position is of the kind, or will become so.
+    std::vector<std::size_t> byPlace_;         // Positions of windows and openings by rectangle, then by position.
     bool isByPlaceMade_ = false;
     bool isByPlaceInTime_ = false; // Those of one rectangle stand in order of start.
 };

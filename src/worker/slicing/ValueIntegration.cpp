@@ -4,6 +4,9 @@
 #include "OrvantaWorker.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
 
 #include "frame/DataStore.h"
 #include "frame/Exponential.h"
@@ -19,6 +22,9 @@ constexpr std::uint64_t kScannedPerStep = 8;
 // Work on one object when its worth is integrated, steps.
 constexpr std::uint64_t kStepsPerIntegral = 4;
 
+// More objects seldom leave at once: room for them is asked for in one go.
+constexpr std::size_t kFewLeaving = 8;
+
 // True when the object, its decay included, and the interval share more than a moment.
 bool overlapsInterval(const OV_VALUE_OBJECT& object, const Interval_Type<double>& interval) {
     return std::min(interval.stop, lifeEnd(object)) - std::max(interval.start, object.start) > 0.0;
@@ -27,6 +33,18 @@ bool overlapsInterval(const OV_VALUE_OBJECT& object, const Interval_Type<double>
 // Antiderivative of 1 - exp(x - decay), the share of its worth that an object still has x seconds after its stop. It
 // falls slowly at first and steeply toward the end, to nothing at x = decay.
 double decayIntegral(double x, double decay) { return x - exponential(x - decay); }
+
+// The same at the stop itself, where most of the intervals begin in which an object fades. By type.
+double decayIntegralAtStop(std::uint32_t type) {
+    static const auto integrals = [] {
+        std::array<double, g_ValueMatrix.size()> byType{};
+        for (std::size_t i = 0; i < byType.size(); ++i) {
+            byType[i] = decayIntegral(0.0, g_ValueMatrix[i].decay);
+        }
+        return byType;
+    }();
+    return integrals[type];
+}
 
 } // namespace
 
@@ -49,6 +67,7 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
     countSteps(store, (store.nextObject - first) / kScannedPerStep);
     StepCounter steps(store);
     std::vector<std::uint32_t> leaving;
+    leaving.reserve(kFewLeaving);
     for (auto entry = space.objectMap.lower_bound(first);
          entry != space.objectMap.end() && entry->first <= store.nextObject; ++entry) {
         steps.add(1);
@@ -57,7 +76,9 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
         }
     }
     steps.settle();
-    space.deleteObjects(leaving);
+    if (!leaving.empty()) {
+        space.deleteObjects(leaving);
+    }
 }
 
 void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
@@ -102,7 +123,8 @@ double OrvantaWorker::getIntegrationValue(unsigned int object, Interval_Type<dou
     const double tailStart = std::max(o.stop, interval.start) - o.stop;
     const double tailStop = std::min(o.stop + decay, interval.stop) - o.stop;
     if (tailStop - tailStart > 0.0) {
-        worth += value * (decayIntegral(tailStop, decay) - decayIntegral(tailStart, decay));
+        worth += value * (decayIntegral(tailStop, decay) -
+                          (tailStart == 0.0 ? decayIntegralAtStop(o.type) : decayIntegral(tailStart, decay)));
     }
     return worth;
 }
