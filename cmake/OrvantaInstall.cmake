@@ -29,6 +29,11 @@ function(orvanta_add_library target)
   if(NOT BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC ORVANTA_STATIC)
   endif()
+  # Calls within a library are meant for that library: none is to be replaced from outside, so that they may be inlined.
+  if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND BUILD_SHARED_LIBS)
+    target_compile_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-fno-semantic-interposition>)
+    target_link_options(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:-Wl,-Bsymbolic-functions>)
+  endif()
   # A static library may end up in a host's plug-in. An installed library finds the others beside itself.
   set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${ORVANTA_ABI}
                                              POSITION_INDEPENDENT_CODE ON INSTALL_RPATH "\$ORIGIN")

@@ -11,6 +11,13 @@
 
 namespace OrvantaNS {
 
+namespace {
+
+// Names that a list has room for from the first one on: allocators give no less than that.
+constexpr std::size_t kFirstNames = 6;
+
+} // namespace
+
 void ValueSpace::insertObject(unsigned object) {
     if (objectMap.find(object) != objectMap.end()) {
         return;
@@ -179,7 +186,7 @@ void ValueSpace::addAtAndBelow(std::uint32_t space, std::uint32_t object) {
         if (objects.size() == objects.capacity()) {
             // By a quarter, not by half or all of it: on a dense screen these lists are most of the memory.
             steps.add(objects.size() / kReadPerStep);
-            objects.reserve(objects.size() + objects.size() / 4 + 2);
+            objects.reserve(std::max(kFirstNames, objects.size() + objects.size() / 4 + 2));
         }
         objects.push_back(object);
     });

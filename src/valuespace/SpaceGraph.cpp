@@ -13,6 +13,9 @@ namespace {
 // the free list the array stays where it is.
 constexpr std::size_t kReservedSpaces = 500;
 
+// Links that a list has room for from the first one on: allocators give no less than that.
+constexpr std::size_t kFirstLinks = 6;
+
 void eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
     const auto found = std::find(list.begin(), list.end(), value);
     if (found != list.end()) {
@@ -114,6 +117,9 @@ void ValueSpace::unlink(std::uint32_t parent, std::uint32_t child) {
 bool ValueSpace::exclusiveAppend(std::vector<std::uint32_t>& list, unsigned value) {
     if (std::find(list.begin(), list.end(), value) != list.end()) {
         return false;
+    }
+    if (list.capacity() == 0) {
+        list.reserve(kFirstLinks);
     }
     list.push_back(value);
     return true;
