@@ -170,13 +170,14 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
             if (space.parents.empty()) {
                 eraseFirst(topSpaces, s);
             }
+            // Only the far ends of its links are taken away one by one: its own lists are about to be emptied.
             for (const std::uint32_t child : snapshot) {
                 steps.add(kStepsPerVisit + graph[child].parents.size() / kReadPerStep);
-                unlink(s, child);
+                eraseFirst(graph[child].parents, s);
             }
             for (std::size_t k = space.parents.size(); k-- > 0;) {
                 const std::uint32_t parent = space.parents[k];
-                unlink(parent, s);
+                eraseFirst(graph[parent].children, s);
                 for (const std::uint32_t child : snapshot) {
                     steps.add(kStepsPerVisit + graph[parent].children.size() / kReadPerStep);
                     link(parent, child);

@@ -15,6 +15,38 @@ namespace {
 
 // Names that a list has room for from the first one on: allocators give no less than that.
 constexpr std::size_t kFirstNames = 6;
+// The same of a record's parents.
+constexpr std::size_t kFirstParents = 3;
+
+using NamedParent = std::pair<std::uint32_t, std::uint32_t>; // kind and index
+
+const Rectangle& rectOf(const std::vector<OV_INTERSECTION>& graph, const std::vector<VS_CREATION_SPACE>& creation,
+                        const NamedParent& named) {
+    return named.first == PARENT_IN_CREATION ? creation[named.second].rect : graph[named.second].rect;
+}
+
+std::uint64_t stepsOfOffer(const VS_CREATION_SPACE& record) { return 8 + 2 * record.parents.size(); }
+
+// `addCreationParent` for a parent whose rectangle, `offered`, is known to contain that of the record.
+void offerContainer(const std::vector<OV_INTERSECTION>& graph, std::vector<VS_CREATION_SPACE>& creation,
+                    std::uint32_t index, const NamedParent& parent, const Rectangle& offered) {
+    std::vector<NamedParent>& parents = creation[index].parents;
+    for (std::size_t k = 0; k < parents.size();) {
+        const Rectangle& held = rectOf(graph, creation, parents[k]);
+        if (contains(held, offered)) {
+            // The offer is tighter, or the same rectangle by a newer name.
+            parents.erase(parents.begin() + static_cast<std::ptrdiff_t>(k));
+        } else if (contains(offered, held)) {
+            return; // The record has something tighter already.
+        } else {
+            ++k;
+        }
+    }
+    if (parents.capacity() == 0) {
+        parents.reserve(kFirstParents);
+    }
+    parents.push_back(parent);
+}
 
 } // namespace
 
@@ -106,12 +138,15 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
             steps.add(creation_.size() / kReadPerStep);
             // The records form their own order of containment at all times.
             const std::uint32_t added = record;
+            std::vector<VS_CREATION_SPACE>& records = creation_.records();
             creation_.relateLast(
                 [&](std::uint32_t outer) {
-                    addCreationParent(creation_.records(), added, {PARENT_IN_CREATION, outer});
+                    steps.add(stepsOfOffer(records[added]));
+                    offerContainer(graph, records, added, {PARENT_IN_CREATION, outer}, records[outer].rect);
                 },
                 [&](std::uint32_t inner) {
-                    addCreationParent(creation_.records(), inner, {PARENT_IN_CREATION, added});
+                    steps.add(stepsOfOffer(records[inner]));
+                    offerContainer(graph, records, inner, {PARENT_IN_CREATION, added}, common);
                 });
         }
         if (common == space.rect) {
@@ -120,7 +155,8 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
             creation_[record].space = s;
             continue;
         }
-        addCreationParent(creation_.records(), record, {PARENT_IN_GRAPH, s});
+        steps.add(stepsOfOffer(creation_[record]));
+        offerContainer(graph, creation_.records(), record, {PARENT_IN_GRAPH, s}, space.rect);
         for (const std::uint32_t child : space.children) {
             // A space that was visited already is queued and visited again. A second visit can move a parent to the end
             // of its record's list, and list orders decide ties.
@@ -215,27 +251,11 @@ unsigned ValueSpace::getCreationLocation(std::vector<VS_CREATION_SPACE>& creatio
 
 void ValueSpace::addCreationParent(std::vector<VS_CREATION_SPACE>& creation, unsigned index,
                                    std::pair<std::uint32_t, std::uint32_t> parent) {
-    const auto rectOf = [&](const std::pair<std::uint32_t, std::uint32_t>& named) -> const Rectangle& {
-        return named.first == PARENT_IN_CREATION ? creation[named.second].rect : graph[named.second].rect;
-    };
-    const Rectangle offered = rectOf(parent);
-    VS_CREATION_SPACE& record = creation[index];
-    countSteps(*store, 2 * (kStepsPerVisit + record.parents.size()));
-    if (!contains(offered, record.rect)) {
-        return;
+    const Rectangle offered = rectOf(graph, creation, parent);
+    countSteps(*store, stepsOfOffer(creation[index]));
+    if (contains(offered, creation[index].rect)) {
+        offerContainer(graph, creation, index, parent, offered);
     }
-    for (std::size_t k = 0; k < record.parents.size();) {
-        const Rectangle& held = rectOf(record.parents[k]);
-        if (contains(held, offered)) {
-            // The offer is tighter, or the same rectangle by a newer name.
-            record.parents.erase(record.parents.begin() + static_cast<std::ptrdiff_t>(k));
-        } else if (contains(offered, held)) {
-            return; // The record has something tighter already.
-        } else {
-            ++k;
-        }
-    }
-    record.parents.push_back(parent);
 }
 
 } // namespace OrvantaNS

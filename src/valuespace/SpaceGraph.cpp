@@ -16,6 +16,13 @@ constexpr std::size_t kReservedSpaces = 500;
 // Links that a list has room for from the first one on: allocators give no less than that.
 constexpr std::size_t kFirstLinks = 6;
 
+void append(std::vector<std::uint32_t>& list, std::uint32_t value) {
+    if (list.capacity() == 0) {
+        list.reserve(kFirstLinks);
+    }
+    list.push_back(value);
+}
+
 void eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
     const auto found = std::find(list.begin(), list.end(), value);
     if (found != list.end()) {
@@ -97,8 +104,11 @@ void ValueSpace::createLink(unsigned parent, unsigned child) {
 
 void ValueSpace::link(std::uint32_t parent, std::uint32_t child) {
     ++linkChanges_;
-    exclusiveAppend(graph[parent].children, child);
-    if (exclusiveAppend(graph[child].parents, parent)) {
+    const bool isNew = exclusiveAppend(graph[parent].children, child);
+    if (isHandMade_ ? exclusiveAppend(graph[child].parents, parent) : isNew) {
+        if (!isHandMade_) {
+            append(graph[child].parents, parent); // a link that is not there at one end is not there at the other
+        }
         settled_.remove(child);
     }
 }
@@ -118,10 +128,7 @@ bool ValueSpace::exclusiveAppend(std::vector<std::uint32_t>& list, unsigned valu
     if (std::find(list.begin(), list.end(), value) != list.end()) {
         return false;
     }
-    if (list.capacity() == 0) {
-        list.reserve(kFirstLinks);
-    }
-    list.push_back(value);
+    append(list, value);
     return true;
 }
 

@@ -17,9 +17,8 @@ void siftDown(std::vector<MERGE_ENTRY>& queue, std::size_t count) {
     std::size_t hole = 0;
     for (std::size_t child = 1; child < count; child = 2 * hole + 1) {
         const std::size_t right = child + 1;
-        if (right < count && below(queue[child], queue[right])) {
-            child = right;
-        }
+        // Added, not chosen: which child is worth more is a toss-up, and a jump there would be foretold wrong half the time.
+        child += static_cast<std::size_t>(right < count && below(queue[child], queue[right]));
         // A child of equal priority rises: the entry that came from the end of the queue goes behind its equals.
         if (below(queue[child], moving)) {
             break;

@@ -106,20 +106,23 @@ double OrvantaWorker::getLengthPlusBlanks(OV_DATA_STORE& store, unsigned int sli
 }
 
 unsigned int OrvantaWorker::findNextTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
-    const auto from = store.slices.begin() + static_cast<std::ptrdiff_t>(slice);
-    const auto next =
-        std::find_if(from + 1, store.slices.end(), [](const OV_FOCUS_SLICE& s) { return isTargetSlice(s); });
-    countSteps(store, static_cast<std::uint64_t>(next - from));
-    return next == store.slices.end() ? slice : static_cast<std::uint32_t>(next - store.slices.begin());
+    const auto size = static_cast<std::uint32_t>(store.slices.size());
+    std::uint32_t next = slice + 1;
+    while (next < size && !isTargetSlice(store.slices[next])) {
+        ++next;
+    }
+    // Counted by all that were looked at, at once: these are searched very often, and mostly end at the first.
+    countSteps(store, next < size ? next - slice : size - 1 - slice);
+    return next < size ? next : slice;
 }
 
 unsigned int OrvantaWorker::findPreviousTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
-    std::uint32_t i = slice;
-    while (i > 0 && !isTargetSlice(store.slices[i - 1])) {
-        --i;
+    std::uint32_t behind = slice;
+    while (behind > 0 && !isTargetSlice(store.slices[behind - 1])) {
+        --behind;
     }
-    countSteps(store, std::uint64_t{slice} - i + 1);
-    return i > 0 ? i - 1 : slice;
+    countSteps(store, behind > 0 ? slice - behind + 1 : slice);
+    return behind > 0 ? behind - 1 : slice;
 }
 
 bool OrvantaWorker::doWindowsMerge(OV_DATA_STORE& store, MERGE_ENTRY& entry) const {
