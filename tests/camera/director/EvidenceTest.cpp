@@ -1,0 +1,417 @@
+#include "camera/director/Evidence.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+namespace OrvantaNS::testing {
+namespace {
+
+using namespace camera;
+
+// A readable frame is 853.33 by 533.33 pixels. With a line of 20 pixels a press is 160 by 100, typing 360 by 70.
+const FrameShape kShape(640, 400, 1280, 800, 0.75, false);
+const RealRect kScreen{0, 0, 1280, 800};
+
+/// A minute of 1280 by 800 in quarters of a second, in which nothing happens.
+camera::Scene quiet() {
+    camera::Scene scene;
+    scene.width = 1280;
+    scene.height = 800;
+    scene.length = 60.0;
+    scene.steps = 241;
+    scene.lineHeight = 20.0;
+    scene.changeEnds.assign(241, 0);
+    return scene;
+}
+
+/// Adds changes of one step; steps in order.
+void addChanges(camera::Scene& scene, std::size_t step, const std::vector<SceneChange>& changes) {
+    scene.changes.insert(scene.changes.end(), changes.begin(), changes.end());
+    for (std::size_t i = step; i < scene.changeEnds.size(); ++i) {
+        scene.changeEnds[i] = static_cast<std::uint32_t>(scene.changes.size());
+    }
+}
+
+DirectorWeights distinctWeights() {
+    DirectorWeights w;
+    w.press = 3.0;
+    w.drag = 5.0;
+    w.typing = 7.0;
+    w.change = 2.0;
+    w.smallWindow = 11.0;
+    w.windowOpens = 13.0;
+    w.parent = 17.0;
+    w.returns = 19.0;
+    w.page = 23.0;
+    w.pageByKey = 29.0;
+    w.leftPart = 0.5;
+    w.pressPart = 0.25;
+    w.linger = 8.0;
+    w.context = 31.0;
+    w.cursor = 100.0;
+    w.whole = 0.5;
+    return w;
+}
+
+std::vector<Evidence> of(const camera::Scene& scene, EvidenceKind kind) {
+    std::vector<Evidence> list = gatherEvidence(scene, kShape, distinctWeights());
+    std::erase_if(list, [kind](const Evidence& one) { return one.kind != kind; });
+    return list;
+}
+
+void expect(const Evidence& one, std::int32_t from, std::int32_t to, const RealRect& rect, double weight) {
+    EXPECT_EQ(one.from, from);
+    EXPECT_EQ(one.to, to);
+    EXPECT_NEAR(one.rect.left, rect.left, 1e-9);
+    EXPECT_NEAR(one.rect.top, rect.top, 1e-9);
+    EXPECT_NEAR(one.rect.right, rect.right, 1e-9);
+    EXPECT_NEAR(one.rect.bottom, rect.bottom, 1e-9);
+    EXPECT_NEAR(one.weight, weight, 1e-9);
+}
+
+ScenePress press(double seconds, double release, double x, double y) { return {seconds, release, x, y, {x, y, x, y}}; }
+
+TEST(EvidenceTest, NothingHappens_OnlyTheWholeScreenIsLeft) {
+    const auto list = gatherEvidence(quiet(), kShape, distinctWeights());
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].kind, EvidenceKind::Whole);
+    expect(list[0], 0, 240, kScreen, 0.5);
+}
+
+TEST(EvidenceTest, Press_FromHalfASecondBeforeToASecondAfterItsRelease) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back(press(10.0, 10.2, 400, 300));
+    const auto list = of(scene, EvidenceKind::Press);
+    ASSERT_EQ(list.size(), 1u);
+    // 9.5 s is step 38, 11.2 s lies in step 44.
+    expect(list[0], 38, 45, {320, 250, 480, 350}, 3.0);
+    EXPECT_TRUE(of(scene, EvidenceKind::Drag).empty());
+}
+
+TEST(EvidenceTest, Press_InACorner_IsCutToTheScreen) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back(press(10.0, 10.0, 10, 790));
+    scene.presses.push_back(press(20.0, 20.0, 1270, 10));
+    const auto list = of(scene, EvidenceKind::Press);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[0], 38, 44, {0, 740, 90, 800}, 3.0);
+    expect(list[1], 78, 84, {1190, 0, 1280, 60}, 3.0);
+}
+
+TEST(EvidenceTest, Press_AtTheClipsEdges_IsCutToTheClip) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back(press(0.0, 0.1, 400, 300));
+    scene.presses.push_back(press(59.9, 59.9, 400, 300));
+    const auto list = of(scene, EvidenceKind::Press);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0].from, 0);
+    EXPECT_EQ(list[0].to, 5);
+    EXPECT_EQ(list[1].to, 241);
+}
+
+TEST(EvidenceTest, Drag_IsTheBoxOfItsPathWithRoomAround) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back({10.0, 12.0, 400, 300, {400, 300, 600, 400}});
+    const auto list = of(scene, EvidenceKind::Drag);
+    ASSERT_EQ(list.size(), 1u);
+    // A line and a half to the sides, one above and below; a quarter of a second before, a half after.
+    expect(list[0], 39, 50, {370, 280, 630, 420}, 5.0);
+}
+
+TEST(EvidenceTest, Drag_NotLongerThanAPressOrNotLargerThanATremor_IsNone) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back({10.0, 10.25, 400, 300, {400, 300, 600, 400}});
+    // 100 by 80 pixels are the twenty square lines that a drag must exceed.
+    scene.presses.push_back({20.0, 22.0, 400, 300, {400, 300, 440, 340}});
+    EXPECT_TRUE(of(scene, EvidenceKind::Drag).empty());
+    scene.presses.push_back({30.0, 30.5, 400, 300, {400, 300, 441, 340}});
+    EXPECT_EQ(of(scene, EvidenceKind::Drag).size(), 1u);
+}
+
+TEST(EvidenceTest, Typing_ForAGoodSecondOrUntilTheCaretGoes) {
+    camera::Scene scene = quiet();
+    scene.carets.push_back({5.0, 30.0, {400, 200, 402, 220}});
+    scene.carets.push_back({30.0, 30.5, {100, 200, 102, 220}});
+    const auto list = of(scene, EvidenceKind::Typing);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[0], 19, 25, {221, 175, 581, 245}, 7.0);
+    expect(list[1], 119, 122, {0, 175, 281, 245}, 7.0);
+}
+
+TEST(EvidenceTest, LargeWindow_OpensAndIsThePageAndThenTheContext) {
+    camera::Scene scene = quiet();
+    const RealRect window{100, 0, 1280, 800};
+    scene.windows.push_back({10.0, 40.0, window});
+    auto list = of(scene, EvidenceKind::WindowOpens);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 40, 50, window, 13.0);
+    list = of(scene, EvidenceKind::Page);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 40, 50, window, 19.0);
+    list = of(scene, EvidenceKind::Context);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 40, 160, window, 31.0);
+    EXPECT_TRUE(of(scene, EvidenceKind::SmallWindow).empty());
+}
+
+TEST(EvidenceTest, SmallWindow_IsOfInterestWhileItStands_WithItsParent) {
+    camera::Scene scene = quiet();
+    const RealRect window{100, 0, 1280, 800};
+    const RealRect dialog{300, 200, 700, 450};
+    scene.windows.push_back({10.0, 20.0, window});
+    scene.windows.push_back({20.0, 30.0, dialog});
+    auto list = of(scene, EvidenceKind::SmallWindow);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 80, 120, dialog, 11.0);
+    list = of(scene, EvidenceKind::Page);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[1], 80, 120, window, 17.0);
+    EXPECT_EQ(of(scene, EvidenceKind::Context).size(), 1u);
+}
+
+TEST(EvidenceTest, WindowBetweenSmallAndLarge_IsBothInPart) {
+    // 640 / 0.75 / 1000 = 0.8533 of the readable zoom: (0.8533 - 0.7) / 0.3 = 0.5111 small; at 1010 columns 0.4829.
+    camera::Scene scene = quiet();
+    const RealRect smaller{0, 0, 1000, 100};
+    const RealRect larger{0, 0, 1010, 100};
+    const double half = (640.0 / 0.75 / 1000.0 - 0.7) / 0.3;
+    const double less = (640.0 / 0.75 / 1010.0 - 0.7) / 0.3;
+    scene.windows.push_back({10.0, 20.0, smaller});
+    scene.windows.push_back({20.0, 30.0, larger});
+    auto list = of(scene, EvidenceKind::SmallWindow);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[0], 40, 80, smaller, 11.0 * half);
+    expect(list[1], 80, 120, larger, 11.0 * less);
+    // More small than large: no parent of others, and no page of its own.
+    list = of(scene, EvidenceKind::Page);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 80, 90, larger, 19.0 * (1.0 - less));
+    list = of(scene, EvidenceKind::Context);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[0], 40, 80, smaller, 31.0 * (1.0 - half));
+}
+
+TEST(EvidenceTest, MovingWindow_OpensByHalfAndIsNothingElse) {
+    camera::Scene scene = quiet();
+    scene.windows.push_back({10.0, 10.25, {0, 0, 400, 300}});
+    const auto list = gatherEvidence(scene, kShape, distinctWeights());
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0].kind, EvidenceKind::WindowOpens);
+    expect(list[0], 40, 41, {0, 0, 400, 300}, 6.5);
+}
+
+TEST(EvidenceTest, WindowOfTheLastThree_DoesNotOpenAgain) {
+    const RealRect a{0, 0, 400, 300};
+    const RealRect b{100, 0, 500, 300};
+    const RealRect c{200, 0, 600, 300};
+    const RealRect d{300, 0, 700, 300};
+    const auto opened = [](const std::vector<RealRect>& order) {
+        camera::Scene scene = quiet();
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            const double from = 5.0 * static_cast<double>(i);
+            scene.windows.push_back({from, from + 5.0, order[i]});
+        }
+        return of(scene, EvidenceKind::WindowOpens).size();
+    };
+    EXPECT_EQ(opened({a, b, a}), 2u);
+    EXPECT_EQ(opened({a, b, c, a}), 3u);
+    EXPECT_EQ(opened({a, b, c, d, a}), 5u);
+}
+
+TEST(EvidenceTest, ChangesOfAStep_ShareOneWeightByTheirAttention) {
+    camera::Scene scene = quiet();
+    addChanges(scene, 40, {{{100, 100, 200, 140}, 1.0}, {{500, 500, 600, 540}, 0.12}});
+    const auto list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[0], 40, 43, {100, 100, 200, 140}, 2.0 / 1.12);
+    expect(list[1], 40, 43, {500, 500, 600, 540}, 0.24 / 1.12);
+}
+
+TEST(EvidenceTest, ClockworkAlone_KeepsItsLittleAttention) {
+    camera::Scene scene = quiet();
+    addChanges(scene, 40, {{{100, 100, 200, 140}, 0.12}});
+    const auto list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 40, 43, {100, 100, 200, 140}, 0.24);
+    // And is nothing that the viewer goes on looking at.
+    EXPECT_TRUE(of(scene, EvidenceKind::Linger).empty());
+}
+
+TEST(EvidenceTest, Speck_CountsLessAndDoesNotLinger) {
+    // 0.3 square lines are 120 pixels.
+    camera::Scene scene = quiet();
+    addChanges(scene, 40, {{{100, 100, 111, 110}, 1.0}});
+    auto list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_NEAR(list[0].weight, 0.3 * 2.0, 1e-9);
+    EXPECT_TRUE(of(scene, EvidenceKind::Linger).empty());
+    scene = quiet();
+    addChanges(scene, 40, {{{100, 100, 112, 110}, 1.0}});
+    EXPECT_NEAR(of(scene, EvidenceKind::Change)[0].weight, 2.0, 1e-9);
+    EXPECT_FALSE(of(scene, EvidenceKind::Linger).empty());
+}
+
+TEST(EvidenceTest, ChangeLargerThanAReadableFrame_CountsLess) {
+    // A readable frame has 455,111 pixels; 512,000 would be half of the screen, and a page.
+    camera::Scene scene = quiet();
+    addChanges(scene, 40, {{{0, 0, 650, 700}, 1.0}});
+    addChanges(scene, 80, {{{0, 0, 700, 700}, 1.0}});
+    const auto list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_NEAR(list[0].weight, 2.0, 1e-9);
+    EXPECT_NEAR(list[1].weight, 0.4 * 2.0, 1e-9);
+}
+
+TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
+    camera::Scene scene = quiet();
+    const RealRect row{100, 300, 1100, 320};
+    addChanges(scene, 40, {{row, 1.0}});
+    auto list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 2u);
+    // 0.6 of a readable frame's 853.33 columns.
+    expect(list[0], 40, 43, {100, 300, 612, 320}, 0.5 * 2.0);
+    expect(list[1], 40, 43, row, 0.5 * 2.0);
+    // What beats like a clock is taken as it is.
+    scene = quiet();
+    addChanges(scene, 40, {{row, 0.12}});
+    list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 40, 43, row, 0.24);
+}
+
+TEST(EvidenceTest, WideChange_CountsWhereTheLastPressWas_For20Seconds) {
+    const RealRect row{100, 300, 1100, 320};
+    const auto parts = [&row](double seconds, double y) {
+        camera::Scene scene = quiet();
+        scene.presses.push_back(press(1.0, 1.0, 500, 310));
+        scene.presses.push_back(press(seconds, seconds, 800, y));
+        addChanges(scene, 160, {{row, 1.0}}); // at 40 s
+        return of(scene, EvidenceKind::Change);
+    };
+    const auto pointed = parts(20.25, 310.0);
+    ASSERT_EQ(pointed.size(), 3u);
+    expect(pointed[1], 160, 163, {620, 275, 980, 345}, 0.25 * 2.0);
+    expect(pointed[2], 160, 163, row, 0.25 * 2.0);
+    EXPECT_EQ(parts(40.0, 310.0).size(), 3u); // pressed at that very moment
+    EXPECT_EQ(parts(20.0, 310.0).size(), 2u); // too long ago
+    EXPECT_EQ(parts(30.0, 350.0).size(), 2u); // elsewhere, though the press before was in it
+    EXPECT_EQ(parts(40.1, 310.0).size(), 2u); // not pressed yet; the one before is too old
+}
+
+TEST(EvidenceTest, HalfOfTheFrontWindowChanges_ItIsAPage) {
+    camera::Scene scene = quiet();
+    const RealRect window{0, 0, 1000, 800};
+    scene.windows.push_back({0.0, 60.0, window});
+    addChanges(scene, 40, {{{0, 0, 500, 800}, 1.0}}); // just half
+    EXPECT_EQ(of(scene, EvidenceKind::Page).size(), 1u) << "that of the window which opens";
+    addChanges(scene, 80, {{{0, 0, 501, 800}, 1.0}});
+    auto list = of(scene, EvidenceKind::Page);
+    ASSERT_EQ(list.size(), 2u);
+    // By no hand: from the step before for two and a half seconds.
+    expect(list[1], 79, 90, window, 29.0);
+    // What changes next to the window does not count.
+    addChanges(scene, 120, {{{700, 0, 1280, 800}, 1.0}});
+    EXPECT_EQ(of(scene, EvidenceKind::Page).size(), 2u);
+}
+
+TEST(EvidenceTest, PageWithinASecondOfAPress_AnswersTheHand) {
+    const auto weight = [](double release) {
+        camera::Scene scene = quiet();
+        scene.presses.push_back(press(5.0, release, 400, 300));
+        addChanges(scene, 40, {{{0, 0, 1280, 800}, 1.0}});
+        return of(scene, EvidenceKind::Page).at(0).weight;
+    };
+    EXPECT_EQ(weight(9.01), 23.0);
+    EXPECT_EQ(weight(9.0), 29.0);
+}
+
+TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
+    camera::Scene scene = quiet();
+    addChanges(scene, 40, {{kScreen, 1.0}});
+    addChanges(scene, 44, {{kScreen, 1.0}});
+    const auto list = of(scene, EvidenceKind::Page);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[0], 39, 50, kScreen, 29.0);
+    expect(list[1], 50, 54, kScreen, 29.0);
+}
+
+TEST(EvidenceTest, Scrolling_ATenthOfTheWindowWithinHalfASecondOfTheWheel) {
+    const auto pages = [](double wheel, double wide) {
+        camera::Scene scene = quiet();
+        scene.wheels.push_back(wheel);
+        addChanges(scene, 40, {{{0, 0, wide, 256}, 1.0}});
+        return of(scene, EvidenceKind::Page);
+    };
+    const auto list = pages(9.6, 401);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 39, 50, kScreen, 23.0);
+    EXPECT_EQ(pages(10.2, 401).size(), 1u); // within the step
+    EXPECT_TRUE(pages(9.5, 401).empty());
+    EXPECT_TRUE(pages(10.25, 401).empty());
+    EXPECT_TRUE(pages(9.6, 400).empty()); // a tenth, not more
+}
+
+TEST(EvidenceTest, Linger_WhatWasSeenLastFadesInThreeSteps) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back(press(10.0, 10.2, 400, 300));
+    const auto list = of(scene, EvidenceKind::Linger);
+    ASSERT_EQ(list.size(), 3u);
+    // The press is of interest up to step 45, which is 11.25 s; then for 4 seconds, up to 10 seconds, and on.
+    expect(list[0], 45, 61, {320, 250, 480, 350}, 8.0);
+    expect(list[1], 61, 85, {320, 250, 480, 350}, 4.0);
+    expect(list[2], 85, 241, {320, 250, 480, 350}, 2.0);
+}
+
+TEST(EvidenceTest, Linger_EndsWithTheNextThingOfInterest) {
+    camera::Scene scene = quiet();
+    scene.presses.push_back(press(10.0, 10.2, 400, 300));
+    scene.presses.push_back(press(13.0, 13.2, 400, 300));
+    const auto list = of(scene, EvidenceKind::Linger);
+    ASSERT_EQ(list.size(), 4u);
+    expect(list[0], 45, 50, {320, 250, 480, 350}, 8.0);
+}
+
+TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheSecondsBefore_IfAReadableFrameHoldsIt) {
+    const auto lasting = [](double seconds, double x) {
+        camera::Scene scene = quiet();
+        scene.presses.push_back(press(seconds, seconds, x, 300));
+        scene.presses.push_back(press(20.0, 20.0, 400, 300));
+        return of(scene, EvidenceKind::Linger).back().rect;
+    };
+    // The second press ends with step 83; the first must have ended less than 4 seconds before.
+    EXPECT_EQ(lasting(16.5, 900), (RealRect{320, 250, 980, 350}));
+    EXPECT_EQ(lasting(15.0, 900), (RealRect{320, 250, 480, 350}));
+    // 854 columns are more than a readable frame has.
+    EXPECT_EQ(lasting(16.5, 1093), (RealRect{320, 250, 1173, 350}));
+    EXPECT_EQ(lasting(16.5, 1094), (RealRect{320, 250, 480, 350}));
+}
+
+TEST(EvidenceTest, Cursor_CountsWhileItMovesAndLessWhileItRests) {
+    camera::Scene scene = quiet();
+    scene.cursor.assign(241, {true, false, 400, 300});
+    scene.cursor[100].isNew = true;
+    const auto list = of(scene, EvidenceKind::Cursor);
+    ASSERT_EQ(list.size(), 240u); // the last step begins where the clip ends
+    const RealRect around{367, 267, 433, 333};
+    expect(list[0], 0, 1, around, 8.0);
+    expect(list[99], 99, 100, around, 8.0);
+    expect(list[100], 100, 101, around, 100.0);
+    expect(list[103], 103, 104, around, 100.0); // 0.75 s
+    expect(list[104], 104, 105, around, 40.0);  // 1 s
+    expect(list[123], 123, 124, around, 40.0);  // 5.75 s
+    expect(list[124], 124, 125, around, 8.0);   // 6 s
+    for (SceneCursor& cursor : scene.cursor) {
+        cursor.isInside = false;
+    }
+    EXPECT_TRUE(of(scene, EvidenceKind::Cursor).empty());
+}
+
+TEST(EvidenceTest, NameOf_TellsEveryKind) {
+    EXPECT_EQ(nameOf(EvidenceKind::Press), "press");
+    EXPECT_EQ(nameOf(EvidenceKind::SmallWindow), "small window");
+    EXPECT_EQ(nameOf(EvidenceKind::Whole), "whole");
+}
+
+} // namespace
+} // namespace OrvantaNS::testing
