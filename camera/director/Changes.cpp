@@ -59,7 +59,11 @@ bool beats(const std::vector<double>& times, std::size_t index) {
     while (last + 1 < times.size() && times[last + 1] - now <= kHabitReach && last - index < kHabitLooks) {
         ++last;
     }
-    if (last - first + 1 < kHabitCount || now - times[first] < kNews) {
+    // Whether it went on before the news, however many repeats ago that was.
+    const auto sinceNews = std::partition_point(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(index),
+                                                [now](double time) { return now - time >= kNews; });
+    const bool isNews = sinceNews == times.begin() || now - *std::prev(sinceNews) > kHabitReach;
+    if (last - first + 1 < kHabitCount || isNews) {
         return false;
     }
     std::vector<double> gaps;

@@ -60,6 +60,33 @@ TEST(FrameShapeTest, Frame_SliverOfAnOutput_StaysInside) {
     EXPECT_EQ(frame, (RealRect{640, 0, 641, 800}));
 }
 
+TEST(FrameShapeTest, Frame_MeasureUpTo40_IsExact_AndACoarserOneIsRounded) {
+    const FrameShape exact(1000, 975, 3000, 3000, 0.75, false); // 40 by 39
+    EXPECT_EQ(exact.frame(1500, 1500, 1030), (RealRect{980, 993, 2020, 2007}));
+    const FrameShape rounded(1025, 1000, 3000, 3000, 0.75, false); // 41 by 40
+    EXPECT_EQ(width(rounded.frame(1500, 1500, 1030)), 1030.0);
+    EXPECT_EQ(height(rounded.frame(1500, 1500, 1030)), 1004.0);
+}
+
+TEST(FrameShapeTest, Frame_SliverOfARegion_StaysInside) {
+    // Four rows hold no frame of 8 by 5 pixels; 6 columns and 3 rows are the largest of about its shape.
+    const FrameShape shape(640, 400, 1000, 4, 0.75, false);
+    EXPECT_EQ(shape.widest(), 6.0);
+    EXPECT_EQ(shape.heightOf(6.0), 3.0);
+}
+
+TEST(FrameShapeTest, HeightOf_IsAPixelAtLeast) {
+    const FrameShape shape(6400000, 64, 1280, 800, 0.75, false);
+    EXPECT_EQ(shape.heightOf(1280.0), 1.0);
+}
+
+TEST(FrameShapeTest, ReadingWidth_IsTheReadableFrames_ButNoNarrowerThanASquareOfItsArea) {
+    EXPECT_DOUBLE_EQ(FrameShape(640, 400, 1280, 800, 0.75, false).readingWidth(), 640.0 / 0.75);
+    // The root of 360 times 640 is 480.
+    EXPECT_DOUBLE_EQ(FrameShape(360, 640, 3000, 3000, 0.75, false).readingWidth(), 640.0);
+    EXPECT_EQ(FrameShape(360, 640, 1280, 800, 0.75, false).readingWidth(), 450.0);
+}
+
 TEST(FrameShapeTest, Frame_AnyShape_IsInsideInWholePixelsAndAtTheOutputsShape) {
     Random random(11);
     for (int i = 0; i < 2000; ++i) {

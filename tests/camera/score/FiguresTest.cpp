@@ -74,6 +74,75 @@ TEST(FiguresTest, SmallWindows_CountForTheirFirstEightSeconds) {
     EXPECT_DOUBLE_EQ(*figures.windowsRead, 16.0 / 31);
 }
 
+/// The share of presses with room when one is made at a place while a frame is on show.
+double roomFor(std::int32_t x, std::int32_t y, const RealRect& frame) {
+    Scene scene = recording();
+    scene.cursor(0, x, y).click(5);
+    return *judge(scene, {{0, frame}}).withRoom;
+}
+
+TEST(FiguresTest, Room_Is24OutputPixelsToEveryEdgeThatIsNotTheScreens) {
+    // At two thirds of the size 24 output pixels are 36 of the recording.
+    const RealRect frame{100, 100, 1060, 700};
+    EXPECT_EQ(roomFor(140, 300, frame), 1.0);
+    EXPECT_EQ(roomFor(130, 300, frame), 0.0);
+    EXPECT_EQ(roomFor(1020, 300, frame), 1.0);
+    EXPECT_EQ(roomFor(1030, 300, frame), 0.0);
+    EXPECT_EQ(roomFor(300, 140, frame), 1.0);
+    EXPECT_EQ(roomFor(300, 130, frame), 0.0);
+    EXPECT_EQ(roomFor(300, 660, frame), 1.0);
+    EXPECT_EQ(roomFor(300, 670, frame), 0.0);
+    EXPECT_EQ(roomFor(1275, 795, {480, 300, 1280, 800}), 1.0);
+    // An edge within a pixel of the screen's is the screen's.
+    EXPECT_EQ(roomFor(5, 300, {1, 100, 801, 600}), 1.0);
+    EXPECT_EQ(roomFor(5, 300, {2, 100, 802, 600}), 0.0);
+}
+
+TEST(FiguresTest, Reading_CountsFromJustTheReadableZoom) {
+    Scene scene = recording();
+    scene.cursor(0, 400, 300).click(5).caret(3, box(100, 100, 1, 18)).dirty(3.0, box(100, 100, 60, 30));
+    const JudgedSession session = judgedSession(scene);
+    const auto at = [&session](std::int32_t wide, std::int32_t high) {
+        return judgePath(session, JudgedPath({{0, kCorner}}, session.whole, wide, high, 1.0), wide, high);
+    };
+    const PathFigures just = at(600, 375);
+    EXPECT_EQ(*just.pressesRead, 1.0);
+    EXPECT_EQ(*just.typingRead, 1.0);
+    EXPECT_EQ(*just.changesRead, 1.0);
+    const PathFigures below = at(592, 370);
+    EXPECT_EQ(*below.pressesRead, 0.0);
+    EXPECT_EQ(*below.typingRead, 0.0);
+    EXPECT_EQ(*below.changesRead, 0.0);
+}
+
+TEST(FiguresTest, Typing_CaretAtTheFramesEdges) {
+    const auto read = [](Rectangle caret) {
+        Scene scene = recording();
+        scene.caret(3, caret);
+        return *judge(scene, {{0, {100, 100, 900, 600}}}).typingRead;
+    };
+    EXPECT_EQ(read(box(100, 300, 1, 18)), 1.0);
+    EXPECT_EQ(read(box(99, 300, 1, 18)), 0.0);
+    EXPECT_EQ(read(box(899, 300, 1, 18)), 1.0);
+    EXPECT_EQ(read(box(900, 300, 1, 18)), 0.0);
+    EXPECT_EQ(read(box(300, 100, 1, 18)), 1.0);
+    EXPECT_EQ(read(box(300, 582, 1, 18)), 1.0);
+    EXPECT_EQ(read(box(300, 583, 1, 18)), 0.0);
+}
+
+TEST(FiguresTest, SmallWindows_NeedOnly95PercentOfThemselvesInAReadableFrame) {
+    // 853 columns and 533 rows are readable: 95% of 880 and of 550 are held, of 900 and of 565 not.
+    const auto isJudged = [](Rectangle window) {
+        Scene scene = recording();
+        scene.window(2, window).window(22, box(0, 0, 1280, 800));
+        return judge(scene, {}).windowsRead.has_value();
+    };
+    EXPECT_TRUE(isJudged(box(100, 100, 880, 300)));
+    EXPECT_FALSE(isJudged(box(100, 100, 900, 300)));
+    EXPECT_TRUE(isJudged(box(100, 100, 500, 550)));
+    EXPECT_FALSE(isJudged(box(100, 100, 500, 565)));
+}
+
 TEST(FiguresTest, MovesAndTravel_AreByTheMinute) {
     const PathFigures figures = judge(recording().length(30), {{5, {0, 0, 640, 400}}, {15, {640, 0, 1280, 400}}});
     EXPECT_EQ(figures.moves, 2u);
