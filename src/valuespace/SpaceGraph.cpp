@@ -43,6 +43,8 @@ void ValueSpace::reset() {
     topSpaces.clear();
     freeSpaces.clear();
     objectMap.clear();
+    inUse_.start(0);
+    freed_.clear();
     ++linkChanges_;
     isHandMade_ = false;
     hasLostLinks_ = false;
@@ -60,6 +62,8 @@ void ValueSpace::clearSpace(unsigned index) {
 void ValueSpace::freeSpace(std::uint32_t space) {
     ++linkChanges_;
     freeSpaces.push_back(space);
+    freed_.push_back(space);
+    inUse_.remove(space);
     OV_INTERSECTION& slot = graph[space];
     slot.valid = false;
     // The lists keep their memory for the slot's next life.
@@ -80,6 +84,7 @@ std::uint32_t ValueSpace::makeSpace(const Rectangle& rect) {
         index = static_cast<std::uint32_t>(graph.size());
         graph.emplace_back();
         settled_.grow(graph.size());
+        inUse_.grow(graph.size());
     } else {
         index = freeSpaces.back();
         freeSpaces.pop_back();
@@ -92,6 +97,7 @@ std::uint32_t ValueSpace::makeSpace(const Rectangle& rect) {
     slot.children.clear();
     slot.objects.clear();
     settled_.remove(index);
+    inUse_.add(index);
     return index;
 }
 

@@ -64,28 +64,39 @@ void sortForOffer(OV_DATA_STORE& store, std::vector<VS_VALUE_ORDER>::iterator be
                   [&](auto less) { std::sort(begin, end, less); });
 }
 
-// Writes the value of every slot, and tells each valid space with its sum, in slot order.
-template <typename Visit> void sumSpaces(ValueSpace& space, Visit visit) {
-    const std::vector<OV_VALUE_OBJECT>& objects = space.store->valueObjects;
-    StepCounter steps(*space.store);
-    for (std::size_t index = 0; index < space.graph.size(); ++index) {
-        OV_INTERSECTION& slot = space.graph[index];
-        slot.value = 0.0;
-        if (!slot.valid) {
-            continue;
-        }
+} // namespace
+
+template <typename Visit> void ValueSpace::sumSpaces(Visit visit) {
+    const std::vector<OV_VALUE_OBJECT>& objects = store->valueObjects;
+    StepCounter steps(*store);
+    const auto sumUp = [&](std::uint32_t index) {
+        OV_INTERSECTION& slot = graph[index];
         steps.add(1 + slot.objects.size() / kNamesPerStep);
         double sum = 0.0;
         for (const std::uint32_t object : slot.objects) {
             sum += objects[object].value;
         }
         slot.value = sum;
-        visit(VS_VALUE_ORDER{static_cast<std::uint32_t>(index), sum});
+        visit(VS_VALUE_ORDER{index, sum});
+    };
+    if (isHandMade_) {
+        for (std::uint32_t index = 0; index < graph.size(); ++index) {
+            graph[index].value = 0.0;
+            if (graph[index].valid) {
+                sumUp(index);
+            }
+        }
+    } else {
+        // Most slots of an ordinary graph are free: they are left over from its busiest moment.
+        steps.add(freed_.size() / kNamesPerStep);
+        for (const std::uint32_t index : freed_) {
+            graph[index].value = 0.0;
+        }
+        inUse_.forEach(sumUp);
     }
+    freed_.clear();
     steps.settle();
 }
-
-} // namespace
 
 VS_VALUE_MAP ValueSpace::summarize(double span) {
     VS_VALUE_MAP map;
@@ -100,7 +111,7 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     order.clear();
     bool handsOverToTheEnd = false;
     if (span >= 0.0) {
-        sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
+        sumSpaces([&](const VS_VALUE_ORDER& entry) {
             if (entry.value >= span) {
                 order.push_back(entry);
             } else {
@@ -183,7 +194,7 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
         // What is too cool, and what its parent will swallow, is left out before the sort instead of after it: this runs
         // several times for every slice.
         order.clear();
-        sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) {
+        sumSpaces([&](const VS_VALUE_ORDER& entry) {
             if (entry.value >= threshold) {
                 order.push_back(entry);
             }
@@ -216,7 +227,7 @@ bool ValueSpace::isSwallowed(std::uint32_t space, double least, double below) co
 std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
     std::vector<VS_VALUE_ORDER> order;
     order.reserve(graph.size());
-    sumSpaces(*this, [&](const VS_VALUE_ORDER& entry) { order.push_back(entry); });
+    sumSpaces([&](const VS_VALUE_ORDER& entry) { order.push_back(entry); });
     // A sort over values that are not numbers has no defined result, so those go to the end, in slot order.
     auto numbersEnd = order.end();
     const auto isNumber = [](const VS_VALUE_ORDER& entry) { return !std::isnan(entry.value); };

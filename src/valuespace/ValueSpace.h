@@ -169,6 +169,8 @@ private:
 
     // ---- Summaries ----
 
+    /// Writes the value of every slot, and tells each valid space with its sum, in slot order.
+    template <typename Visit> void sumSpaces(Visit visit);
     bool isSwallowed(std::uint32_t space, double least, double below) const;
     /// Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
     /// its own. Laid out once for a summary: walking the map anew for each list takes longer than the arithmetic.
@@ -182,9 +184,11 @@ private:
         std::uint64_t linkChanges = 0; ///< The number of changes at which the set was made; 0 before the first.
         SlotSet spaces;
     };
-    std::vector<Below> below_;      ///< By slot: all that can be reached downward.
-    std::uint64_t linkChanges_ = 1; ///< Counts changes of links and slots.
-    SlotSet settled_;               ///< Known to pass `isSettled`.
+    std::vector<Below> below_;         ///< By slot: all that can be reached downward.
+    std::uint64_t linkChanges_ = 1;    ///< Counts changes of links and slots.
+    SlotSet settled_;                  ///< Known to pass `isSettled`.
+    SlotSet inUse_;                    ///< The slots that hold a space.
+    std::vector<std::uint32_t> freed_; ///< Slots that were freed since values were last written.
     bool isHandMade_ = false;   ///< Something but insertions and deletions has made spaces or links, or an object has
                                 ///< come back that an old list may still name.
     std::uint32_t highest_ = 0; ///< The highest object ever inserted.
