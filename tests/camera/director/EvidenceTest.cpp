@@ -201,6 +201,14 @@ TEST(EvidenceTest, MovingWindow_OpensByHalfAndIsNothingElse) {
     expect(list[0], 40, 41, {0, 0, 400, 300}, 6.5);
 }
 
+TEST(EvidenceTest, WindowThatStaysForMoreThanAMoment_OpensInFull) {
+    camera::Scene scene = quiet();
+    scene.windows.push_back({10.0, 10.3, {0, 0, 400, 300}});
+    const auto list = of(scene, EvidenceKind::WindowOpens);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 40, 42, {0, 0, 400, 300}, 13.0);
+}
+
 TEST(EvidenceTest, WindowOfTheLastThree_DoesNotOpenAgain) {
     const RealRect a{0, 0, 400, 300};
     const RealRect b{100, 0, 500, 300};
@@ -361,6 +369,14 @@ TEST(EvidenceTest, Linger_WhatWasSeenLastFadesInThreeSteps) {
     expect(list[0], 45, 61, {320, 250, 480, 350}, 8.0);
     expect(list[1], 61, 85, {320, 250, 480, 350}, 4.0);
     expect(list[2], 85, 241, {320, 250, 480, 350}, 2.0);
+}
+
+TEST(EvidenceTest, Linger_HoldsAllThatWasOfInterestInTheLastStep) {
+    camera::Scene scene = quiet();
+    addChanges(scene, 40, {{{100, 100, 200, 140}, 1.0}, {{500, 500, 600, 540}, 1.0}});
+    const auto list = of(scene, EvidenceKind::Linger);
+    ASSERT_EQ(list.size(), 3u);
+    expect(list[0], 43, 59, {100, 100, 600, 540}, 8.0);
 }
 
 TEST(EvidenceTest, Linger_EndsWithTheNextThingOfInterest) {
