@@ -139,6 +139,12 @@ TEST(EvidenceTest, Typing_ForAGoodSecondOrUntilTheCaretGoes) {
     expect(list[1], 119, 122, {0, 175, 281, 245}, 7.0);
 }
 
+TEST(EvidenceTest, Typing_CaretThatGoesAtOnce_IsNone) {
+    camera::Scene scene = quiet();
+    scene.carets.push_back({0.0, 0.0, {400, 200, 402, 220}});
+    EXPECT_TRUE(of(scene, EvidenceKind::Typing).empty());
+}
+
 TEST(EvidenceTest, LargeWindow_OpensAndIsThePageAndThenTheContext) {
     camera::Scene scene = quiet();
     const RealRect window{100, 0, 1280, 800};
