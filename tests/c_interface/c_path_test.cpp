@@ -22,6 +22,15 @@ void expectFrame(const orvanta_frame& inC, const CameraFrame& inCpp) {
     EXPECT_EQ(inC.overhangs != 0, inCpp.overhangs);
 }
 
+std::vector<OV_TIME_RECT> keyframesOf(const std::vector<orvanta_keyframe>& rows) {
+    std::vector<OV_TIME_RECT> keyframes;
+    keyframes.reserve(rows.size());
+    for (const orvanta_keyframe& row : rows) {
+        keyframes.push_back({row.time, {row.rect.left, row.rect.right, row.rect.top, row.rect.bottom}});
+    }
+    return keyframes;
+}
+
 PathHandle pathOf(const RequestHandle& request, const std::vector<orvanta_keyframe>& rows, const orvanta_easing* easing,
                   orvanta_error* error) {
     orvanta_path* made = nullptr;
@@ -36,10 +45,7 @@ TEST(CPathTest, FramesOfAPlan_AreThoseOfCameraPath) {
     ASSERT_EQ(orvanta_plan(request.get(), nullptr, &made, nullptr), ORVANTA_OK);
     const ResultHandle result(made);
     const auto rows = rowsOf<orvanta_keyframe>(result, ORVANTA_TABLE_KEYFRAMES);
-    std::vector<OV_TIME_RECT> keyframes;
-    for (const orvanta_keyframe& row : rows) {
-        keyframes.push_back({row.time, {row.rect.left, row.rect.right, row.rect.top, row.rect.bottom}});
-    }
+    const std::vector<OV_TIME_RECT> keyframes = keyframesOf(rows);
     std::vector<std::int64_t> ticks;
     std::vector<double> seconds;
     for (std::int64_t tick = 0; tick <= params.clipStop(); tick += 37) {
@@ -132,10 +138,7 @@ TEST(CPathTest, MovesOfAPlan_AreThoseOfCameraPath) {
     orvanta_result* made = nullptr;
     ASSERT_EQ(orvanta_plan(request.get(), nullptr, &made, nullptr), ORVANTA_OK);
     const auto rows = rowsOf<orvanta_keyframe>(ResultHandle(made), ORVANTA_TABLE_KEYFRAMES);
-    std::vector<OV_TIME_RECT> keyframes;
-    for (const orvanta_keyframe& row : rows) {
-        keyframes.push_back({row.time, {row.rect.left, row.rect.right, row.rect.top, row.rect.bottom}});
-    }
+    const std::vector<OV_TIME_RECT> keyframes = keyframesOf(rows);
     const auto moves = movesOf(pathOf(request, rows, nullptr, nullptr));
     const CameraPath expected(keyframes, CameraSetup::of(params));
     ASSERT_GT(moves.size(), 0U);
