@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <random>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -146,6 +150,34 @@ TEST(SortByDensityTest, DensestFirst_EqualOnesInOrder_NotANumberLast) {
         order.push_back(space.first.left);
     }
     EXPECT_EQ(order, (std::vector<std::int32_t>{2, 5, 4, 0, 1, 3}));
+}
+
+// The definition: what is no number goes behind the rest, and the rest is sorted with equal ones in order.
+std::vector<std::pair<Rectangle, double>> plainlySorted(std::vector<std::pair<Rectangle, double>> spaces) {
+    const auto end = std::stable_partition(spaces.begin(), spaces.end(),
+                                           [](const auto& space) { return !std::isnan(space.second); });
+    std::stable_sort(spaces.begin(), end, CompareMapSpacesReverse);
+    return spaces;
+}
+
+TEST(SortByDensityTest, FewAndMany_EqualTheDefinition) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<std::pair<Rectangle, double>> spaces;
+        const std::size_t count = random() % (2 * kFewMapSpaces + 2);
+        for (std::int32_t i = 0; spaces.size() < count; ++i) {
+            // Few values, so that many are equal.
+            spaces.push_back({{i}, random() % 8 == 0 ? kNaN : static_cast<double>(random() % 6)});
+        }
+        const std::vector<std::pair<Rectangle, double>> expected = plainlySorted(spaces);
+        sortByDensity(spaces);
+        ASSERT_EQ(spaces.size(), expected.size());
+        for (std::size_t i = 0; i < spaces.size(); ++i) {
+            ASSERT_EQ(spaces[i].first, expected[i].first) << "at " << i << " of " << count;
+        }
+    }
 }
 
 TEST(DataStoreTest, Fresh_IsZeroed) {

@@ -522,6 +522,40 @@ TEST(CleanValueMapTest, RectanglesThatDiffer_AndValuesThatAreNotNumbers_Stay) {
     EXPECT_EQ(map.spaces.size(), 3u);
 }
 
+// The definition: each pair that is left takes away the later ones of its rectangle that are worth no more.
+Pairs plainlyCleaned(Pairs spaces) {
+    for (std::size_t i = 0; i < spaces.size(); ++i) {
+        for (std::size_t j = i + 1; j < spaces.size();) {
+            if (spaces[i].second >= spaces[j].second && spaces[i].first == spaces[j].first) {
+                spaces.erase(spaces.begin() + static_cast<std::ptrdiff_t>(j));
+            } else {
+                ++j;
+            }
+        }
+    }
+    return spaces;
+}
+
+TEST(CleanValueMapTest, GeneratedMaps_EqualTheDefinition) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 300; ++round) {
+        VS_VALUE_MAP map;
+        for (std::size_t count = random() % 20; map.spaces.size() < count;) {
+            map.spaces.emplace_back(box(0, 0, static_cast<std::int32_t>(random() % 3), 10),
+                                    random() % 10 == 0 ? kNaN : static_cast<double>(random() % 4));
+        }
+        const Pairs expected = plainlyCleaned(map.spaces);
+        ValueSpace::cleanValueMap(map);
+        ASSERT_EQ(map.spaces.size(), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            ASSERT_EQ(map.spaces[i].first, expected[i].first);
+            ASSERT_TRUE(map.spaces[i].second == expected[i].second || std::isnan(expected[i].second));
+        }
+    }
+}
+
 TEST(CleanValueMapTest, TouchesTheSpacesAlone) {
     VS_VALUE_MAP map;
     map.span = 4.0;
