@@ -52,6 +52,8 @@ export default defineConfig(({ mode }) => {
         plugins: [viteSingleFile({ removeViteModuleLoader: true }), contentPolicy(mode)],
         resolve: { alias: { "orvanta-engine": engine } },
         publicDir: mode === "report" ? false : "public",
+        // A bare system may know no localhost.
+        server: { host: "127.0.0.1" },
         // The engines' module would load what only Node.js has; nothing of it may become a file of its own.
         worker: { format: "iife", rollupOptions: { output: { inlineDynamicImports: true } } },
         build: {
