@@ -221,6 +221,7 @@ TEST(ChangesTest, Clustered_UnionThatReachesAnother_JoinsItToo) {
 
 TEST(ChangesTest, Clustered_TheSameAgain_CountsOnce) {
     std::vector<RealRect> rects;
+    rects.reserve(61);
     for (int i = 0; i < 60; ++i) {
         rects.push_back({i * 100.0, 0, i * 100.0 + 1, 1});
     }

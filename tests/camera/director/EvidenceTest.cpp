@@ -117,6 +117,8 @@ TEST(EvidenceTest, Drag_IsTheBoxOfItsPathWithRoomAround) {
     ASSERT_EQ(list.size(), 1u);
     // A line and a half to the sides, one above and below; a quarter of a second before, a half after.
     expect(list[0], 39, 50, {370, 280, 630, 420}, 5.0);
+    scene.presses.front().seconds = 10.2; // a quarter of a second before is still step 39
+    EXPECT_EQ(of(scene, EvidenceKind::Drag).at(0).from, 39);
 }
 
 TEST(EvidenceTest, Drag_NotLongerThanAPressOrNotLargerThanATremor_IsNone) {
@@ -231,6 +233,7 @@ TEST(EvidenceTest, WindowOfTheLastThree_DoesNotOpenAgain) {
     EXPECT_EQ(opened({a, b, a}), 2u);
     EXPECT_EQ(opened({a, b, c, a}), 3u);
     EXPECT_EQ(opened({a, b, c, d, a}), 5u);
+    EXPECT_EQ(opened({a, {}, b, c, a}), 3u); // no window at all is none of them
 }
 
 TEST(EvidenceTest, ChangesOfAStep_ShareOneWeightByTheirAttention) {
