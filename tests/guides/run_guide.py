@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """Follows a guide as a reader would, in an empty folder: a block after a line like `main.cpp`: becomes that file, a block
-of sh is run, and a block of text is what the run before it printed. A block of bash is run too: it installs packages, and so
-is for a tree that is thrown away. Every block is one of these.
+of sh is run, one of bat by Windows' shell under wine, and a block of text is what the run before it printed. A block of bash
+is run too: it installs packages, and so is for a tree that is thrown away. Every block is one of these.
 
-    run_guide.py GUIDE FOLDER [--languages c,cpp,cmake] [--prefix INSTALLED] [--files FILE...]
+    run_guide.py GUIDE FOLDER [--languages c,cpp,cmake] [--prefix INSTALLED] [--package ZIP] [--files FILE...]
 
 With --languages, sections (by their heading of level 2) that have a block of another language are passed over: another
-test follows them. --files are there from the beginning.
+test follows them. --files are there from the beginning, and what the package holds; ORVANTA_WINE is the program wine.
 """
 
 import argparse
@@ -51,6 +51,13 @@ def follow(section, folder, env):
             if run.returncode != 0:
                 sys.exit(f"status {run.returncode} of:\n{text}{run.stdout}")
             printed = run.stdout
+        elif language == "bat":
+            (folder / "steps.bat").write_text("@echo off\r\n" + text.replace("\n", "\r\n"), newline="")
+            command = [os.environ["ORVANTA_WINE"], "cmd", "/c", "steps.bat"]
+            run = subprocess.run(command, cwd=folder, env=env, stdout=subprocess.PIPE)
+            printed = run.stdout.decode().replace("\r\n", "\n")
+            if run.returncode != 0:
+                sys.exit(f"status {run.returncode} of:\n{text}{printed}")
         elif language == "text" and printed is not None:
             if printed != text:
                 sys.exit(f"the guide says:\n{text}but this was printed:\n{printed}")
@@ -66,12 +73,15 @@ def main():
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--languages", default="")
     parser.add_argument("--prefix", default="")
+    parser.add_argument("--package", default="")
     parser.add_argument("--files", type=pathlib.Path, nargs="*", default=[])
     args = parser.parse_args()
     shutil.rmtree(args.folder, ignore_errors=True)
     args.folder.mkdir(parents=True)
     for file in args.files:
         shutil.copy(file, args.folder)
+    if args.package:
+        shutil.unpack_archive(args.package, args.folder)
     known = set(filter(None, args.languages.split(","))) | {"sh", "text"}
     env = environment(args.prefix)
     compared = 0

@@ -1,4 +1,8 @@
 // The command `orvanta`.
 #include "subcommands/CommandLine.h"
+#include "terminal/PlainStreams.h"
 
-int main(int argc, char** argv) { return OrvantaNS::command::CommandLine().run(argc, argv); }
+int main(int argc, char** argv) {
+    const OrvantaNS::command::PlainStreams streams;
+    return OrvantaNS::command::CommandLine().run(argc, argv);
+}

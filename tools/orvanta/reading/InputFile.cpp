@@ -4,12 +4,15 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "reading/InputError.h"
+#include "terminal/FileName.h"
 #include "terminal/Interrupt.h"
 
 #if defined(__unix__) || defined(__APPLE__)
@@ -74,6 +77,7 @@ std::ptrdiff_t readSome(std::FILE* file, char* to, std::size_t size) {
 std::ptrdiff_t readSome(std::FILE* file, char* to, std::size_t size) {
     throwIfInterrupted();
     const std::size_t count = std::fread(to, 1, size, file);
+    throwIfInterrupted(); // Ctrl-C ends what is typed.
     return count == 0 && std::ferror(file) != 0 ? -1 : static_cast<std::ptrdiff_t>(count);
 }
 
@@ -84,7 +88,12 @@ std::ptrdiff_t readSome(std::FILE* file, char* to, std::size_t size) {
 ByteSource openInput(const std::string& path, const std::string& name) {
     File opened(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
     if (opened == nullptr) {
-        throw InputError({name, 0, 0, {}, 0}, fmt::format("cannot be opened: {}", std::strerror(errno)));
+        const int reason = errno;
+        // Windows does not open folders; elsewhere they turn out to be ones when they are read.
+        std::error_code none;
+        const bool isFolder = std::filesystem::is_directory(pathOf(path), none);
+        throw InputError({name, 0, 0, {}, 0}, fmt::format("cannot be {}: {}", isFolder ? "read" : "opened",
+                                                          std::strerror(isFolder ? EISDIR : reason)));
     }
     // A source can be copied, so it shares the file.
     return [file = std::shared_ptr<std::FILE>(std::move(opened)), name](char* to, std::size_t size) {

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "reading/InputError.h"
+#include "terminal/FileName.h"
 #include "terminal/TextFormat.h"
 
 namespace OrvantaNS::command {
@@ -37,21 +38,21 @@ fs::path unpackedName(fs::path name) {
 
 std::string findVideo(const std::string& given, const std::string& recordingPath, const Recording& recording) {
     if (!given.empty()) {
-        if (!isFile(given)) {
+        if (!isFile(pathOf(given))) {
             throw InputError(fmt::format("{}: there is no such video", printable(given, given.size())));
         }
         return given;
     }
     const bool standardInput = recordingPath == "-";
-    fs::path base = standardInput ? fs::path() : fs::path(recordingPath);
+    fs::path base = standardInput ? fs::path() : pathOf(recordingPath);
     if (recording.video) {
-        const fs::path named = base.parent_path() / fs::path(*recording.video);
+        const fs::path named = base.parent_path() / pathOf(*recording.video);
         if (!isFile(named)) {
             throw InputError(fmt::format("{}: its header names the video {}, which is not there; name the video after "
                                          "the recording",
-                                         recordingPath, printable(named.string(), named.string().size())));
+                                         recordingPath, printableName(nameOf(named))));
         }
-        return named.string();
+        return nameOf(named);
     }
     if (standardInput) {
         throw InputError("a recording from the standard input has no video beside it; name the video after it");
@@ -60,14 +61,14 @@ std::string findVideo(const std::string& given, const std::string& recordingPath
     for (const char* ending : kEndings) {
         fs::path candidate = base;
         candidate.replace_extension(ending);
-        if (candidate != fs::path(recordingPath) && isFile(candidate)) {
-            return candidate.string();
+        if (candidate != pathOf(recordingPath) && isFile(candidate)) {
+            return nameOf(candidate);
         }
     }
     throw InputError(
         fmt::format("{}: no video lies beside it ({} with .mp4, .mkv, .webm or .mov); name the video after "
                     "the recording",
-                    recordingPath, base.stem().string()));
+                    recordingPath, nameOf(base.stem())));
 }
 
 std::string videoNameFor(const std::string& recordingPath, const Recording& recording) {
@@ -77,8 +78,8 @@ std::string videoNameFor(const std::string& recordingPath, const Recording& reco
         if (recordingPath == "-" || recordingPath.empty()) {
             return "VIDEO.mp4";
         }
-        return recording.video ? (fs::path(recordingPath).parent_path() / *recording.video).string()
-                               : unpackedName(recordingPath).replace_extension(kEndings.front()).string();
+        return recording.video ? nameOf(pathOf(recordingPath).parent_path() / pathOf(*recording.video))
+                               : nameOf(unpackedName(pathOf(recordingPath)).replace_extension(kEndings.front()));
     }
 }
 

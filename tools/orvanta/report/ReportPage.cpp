@@ -117,6 +117,10 @@ std::string packedForPage(std::string_view content) {
                      Z_DEFAULT_STRATEGY) != Z_OK) {
         throw std::bad_alloc();
     }
+    // The same page on every system: the library would name the one it was built for.
+    gz_header header{};
+    header.os = 3; // Unix.
+    deflateSetHeader(&stream, &header);
     std::string packed;
     std::array<char, 1 << 16> buffer;
     // zlib counts in 32 bits and wants its input writable, though it only reads it.

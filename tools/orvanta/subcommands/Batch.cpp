@@ -14,6 +14,7 @@
 
 #include "asking/OptionError.h"
 #include "subcommands/Failures.h"
+#include "terminal/FileName.h"
 #include "terminal/Interrupt.h"
 #include "terminal/Messages.h"
 #include "terminal/TextFormat.h"
@@ -40,11 +41,51 @@ namespace fs = std::filesystem;
 
 /// The recording's name without folder and ending; packed files have two endings.
 std::string stemOf(const std::string& recording) {
-    fs::path name = fs::path(recording).filename();
+    fs::path name = pathOf(recording).filename();
     if (name.extension() == ".gz" || name.extension() == ".zst") {
         name = name.stem();
     }
-    return name.stem().string();
+    return nameOf(name.stem());
+}
+
+void sayLine(const BatchItem& item, ExitStatus status, const std::string& text) {
+    if (messageStyle().quiet) {
+        return;
+    }
+    if (messageStyle().json) {
+        const Json line = {{"recording", item.recording},
+                           {"output", status == kDone ? Json(item.output) : Json()},
+                           {"exitStatus", static_cast<int>(status)},
+                           {"result", status == kDone ? Json(text) : Json()}};
+        writeOutput({}, line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
+    } else if (status == kDone) {
+        writeOutput({}, fmt::format("{}: {} -> {}\n", printableName(item.recording), text, printableName(item.output)));
+    } else {
+        writeOutput({}, fmt::format("{}: failed\n", printableName(item.recording)));
+    }
+}
+
+/// "orvanta: 1 of 3 recordings failed:" and a line for each.
+void tellFailures(const std::vector<Failure>& failures, std::size_t count) {
+    if (messageStyle().json) {
+        for (const Failure& failure : failures) {
+            if (failure.status != kDone && !failure.message.empty()) {
+                tellFailure(failure);
+            }
+        }
+        return;
+    }
+    std::string text = fmt::format("{} of {} recordings failed:", count, failures.size());
+    for (const Failure& failure : failures) {
+        if (failure.message.empty()) {
+            continue;
+        }
+        const std::string name = printableName(failure.file);
+        const std::string message =
+            failure.message.starts_with(name) ? failure.message : fmt::format("{}: {}", name, failure.message);
+        text += fmt::format("\n  {}", message);
+    }
+    tellFailure({text, kFailed});
 }
 
 } // namespace
@@ -66,7 +107,7 @@ std::vector<BatchItem> BatchArguments::items(const std::vector<std::string>& rec
         if (recording == "-") {
             throw OptionError("--out-dir: the standard input has no name for its result; use -o");
         }
-        const std::string output = (fs::path(folder) / (stemOf(recording) + ending)).string();
+        const std::string output = nameOf(pathOf(folder) / pathOf(stemOf(recording) + ending));
         const auto [other, isNew] = taken.emplace(output, recording);
         if (!isNew) {
             throw OptionError(fmt::format("--out-dir: the results of {} and {} would both be {}",
@@ -76,17 +117,17 @@ std::vector<BatchItem> BatchArguments::items(const std::vector<std::string>& rec
         items.push_back({recording, output});
     }
     std::error_code error;
-    fs::create_directories(folder, error);
-    if (!fs::is_directory(folder)) {
+    fs::create_directories(pathOf(folder), error);
+    if (!fs::is_directory(pathOf(folder))) {
         throw OutputError(fmt::format("{}: is no folder, and cannot be made one{}", printableName(folder),
                                       error ? ": " + error.message() : ""));
     }
     return items;
 }
 
-#if defined(ORVANTA_HAS_FORK)
-
 namespace {
+
+#if defined(ORVANTA_HAS_FORK)
 
 /// The work on one item.
 struct Job {
@@ -164,23 +205,6 @@ ExitStatus end(Job& job) {
     }
     job.text = fmt::format("its process was ended by signal {} ({})", WTERMSIG(status), strsignal(WTERMSIG(status)));
     return kFailed;
-}
-
-void sayLine(const BatchItem& item, ExitStatus status, const std::string& text) {
-    if (messageStyle().quiet) {
-        return;
-    }
-    if (messageStyle().json) {
-        const Json line = {{"recording", item.recording},
-                           {"output", status == kDone ? Json(item.output) : Json()},
-                           {"exitStatus", static_cast<int>(status)},
-                           {"result", status == kDone ? Json(text) : Json()}};
-        writeOutput({}, line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n");
-    } else if (status == kDone) {
-        writeOutput({}, fmt::format("{}: {} -> {}\n", printableName(item.recording), text, printableName(item.output)));
-    } else {
-        writeOutput({}, fmt::format("{}: failed\n", printableName(item.recording)));
-    }
 }
 
 /// The processes that run, and how those that have ended did.
@@ -262,37 +286,47 @@ private:
     bool stopped_ = false;
 };
 
-/// "orvanta: 1 of 3 recordings failed:" and a line for each.
-void tellFailures(const std::vector<Failure>& failures, std::size_t count) {
-    if (messageStyle().json) {
-        for (const Failure& failure : failures) {
-            if (failure.status != kDone && !failure.message.empty()) {
-                tellFailure(failure);
-            }
-        }
-        return;
-    }
-    std::string text = fmt::format("{} of {} recordings failed:", count, failures.size());
-    for (const Failure& failure : failures) {
-        if (failure.message.empty()) {
-            continue;
-        }
-        const std::string name = printableName(failure.file);
-        const std::string message =
-            failure.message.starts_with(name) ? failure.message : fmt::format("{}: {}", name, failure.message);
-        text += fmt::format("\n  {}", message);
-    }
-    tellFailure({text, kFailed});
+/// The failures, as a run of all items leaves them: one for each, without a message where nothing failed.
+std::vector<Failure> runAll(const std::vector<BatchItem>& items, int jobs,
+                            const std::function<std::string(const BatchItem&)>& work) {
+    const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
+    Batch batch(items, work);
+    batch.run(jobs > 0 ? static_cast<std::size_t>(jobs) : processors);
+    return batch.failures();
 }
+
+#else
+
+// Without processes to fork: one after the other.
+std::vector<Failure> runAll(const std::vector<BatchItem>& items, int,
+                            const std::function<std::string(const BatchItem&)>& work) {
+    messageStyle().progress = false;
+    std::vector<Failure> failures(items.size());
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        ExitStatus status = kDone;
+        std::string text;
+        try {
+            text = work(items[i]);
+        } catch (...) {
+            const Failure failure = currentFailure();
+            status = failure.status;
+            failures[i].message = failure.message;
+            failures[i].status = status;
+            failures[i].file = items[i].recording;
+        }
+        throwIfInterrupted();
+        sayLine(items[i], status, text);
+    }
+    return failures;
+}
+
+#endif
 
 } // namespace
 
 ExitStatus runBatch(const std::vector<BatchItem>& items, int jobs,
                     const std::function<std::string(const BatchItem&)>& work) {
-    const std::size_t processors = std::max(1U, std::thread::hardware_concurrency());
-    Batch batch(items, work);
-    batch.run(jobs > 0 ? static_cast<std::size_t>(jobs) : processors);
-    const std::vector<Failure>& failures = batch.failures();
+    const std::vector<Failure> failures = runAll(items, jobs, work);
     const auto isFailure = [](const Failure& failure) { return !failure.message.empty(); };
     const auto first = std::find_if(failures.begin(), failures.end(), isFailure);
     if (first == failures.end()) {
@@ -301,13 +335,5 @@ ExitStatus runBatch(const std::vector<BatchItem>& items, int jobs,
     tellFailures(failures, static_cast<std::size_t>(std::count_if(failures.begin(), failures.end(), isFailure)));
     return first->status;
 }
-
-#else
-
-ExitStatus runBatch(const std::vector<BatchItem>&, int, const std::function<std::string(const BatchItem&)>&) {
-    throw OptionError("--out-dir needs a system that can fork processes; give one recording at a time");
-}
-
-#endif
 
 } // namespace OrvantaNS::command

@@ -32,7 +32,7 @@ struct BatchArguments {
 /// Does `work` for every item in a process of its own, `jobs` of them side by side. `work` returns what to say of the result,
 /// such as "12 keyframes", or throws. Says a line for each on the standard output as it ends, and lists the failures at the
 /// end on the standard error. Ctrl-C ends them all. Returns the status of the first item that failed, in the items' order.
-/// Throws `Interrupted`, and `OptionError` on systems without processes to fork.
+/// Throws `Interrupted`. On systems without processes to fork (Windows) the items are done one after the other.
 ExitStatus runBatch(const std::vector<BatchItem>& items, int jobs,
                     const std::function<std::string(const BatchItem&)>& work);
 

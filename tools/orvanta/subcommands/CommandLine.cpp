@@ -15,6 +15,7 @@
 #include "subcommands/RenderCommand.h"
 #include "subcommands/ReportCommand.h"
 #include "subcommands/ScoreCommand.h"
+#include "terminal/FileName.h"
 #include "terminal/Interrupt.h"
 #include "terminal/NearestName.h"
 #include "terminal/Terminal.h"
@@ -112,6 +113,7 @@ CommandLine::CommandLine()
     : app_("Decides where the picture of a screen recording stands in a smaller output frame."),
       subcommands_(makeSubcommands()) {
     app_.name("orvanta");
+    app_.allow_windows_style_options(false); // A word that begins with a slash names a file on every system.
     app_.formatter(std::make_shared<HelpFormatter>(terminalColumns(stdout, kUsualColumns)));
     app_.footer(kExamples);
     app_.require_subcommand(1);
@@ -156,7 +158,7 @@ Failure CommandLine::unknownSubcommand(const std::string& word) const {
     failure.advice = "orvanta --help";
     if (!nearest.empty()) {
         failure.message += fmt::format("; did you mean {}?", nearest);
-    } else if (std::filesystem::is_regular_file(word, error)) {
+    } else if (std::filesystem::is_regular_file(pathOf(word), error)) {
         failure.message = fmt::format("{} is a file; a subcommand comes first", printableName(word));
         failure.advice = fmt::format("orvanta info {}", printableName(word));
     }

@@ -8,6 +8,7 @@
 #include "reading/PathFile.h"
 #include "reading/VideoLookup.h"
 #include "subcommands/PathOptions.h"
+#include "terminal/FileName.h"
 #include "terminal/Messages.h"
 #include "writing/Output.h"
 
@@ -107,8 +108,8 @@ private:
         CameraPlan plan = readPathFile(path_);
         plan.setup.easing = easing.value_or(plan.setup.easing);
         // A path tells the recording's name; the two lie side by side, as far as anybody knows.
-        const fs::path recording = fs::path(path_).parent_path() / fs::path(plan.recording).filename();
-        output_.video = videoNameFor(plan.recording.empty() || path_ == "-" ? "-" : recording.string(), {});
+        const fs::path recording = pathOf(path_).parent_path() / pathOf(plan.recording).filename();
+        output_.video = videoNameFor(plan.recording.empty() || path_ == "-" ? "-" : nameOf(recording), {});
         return plan;
     }
 

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "terminal/FileName.h"
 #include "terminal/Messages.h"
 #include "terminal/Terminal.h"
 #include "terminal/TextFormat.h"
@@ -217,7 +218,7 @@ bool TextOutputArguments::isJson() const {
 }
 
 std::string endingOf(const std::string& path) {
-    std::string ending = std::filesystem::path(path).extension().string();
+    std::string ending = nameOf(pathOf(path).extension());
     std::transform(ending.begin(), ending.end(), ending.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     return ending;

@@ -16,6 +16,7 @@
 #include "reading/VideoLookup.h"
 #include "report/ReportPage.h"
 #include "subcommands/OptionGroups.h"
+#include "terminal/FileName.h"
 #include "writing/Inspection.h"
 #include "writing/KeyframeOutput.h"
 #include "writing/Output.h"
@@ -107,7 +108,7 @@ private:
     /// The path of the video, as `render` finds it; nothing when there is none and none was asked for.
     std::optional<fs::path> videoPath(const Recording& recording) const {
         try {
-            return fs::path(findVideo(video_, recording_.path, recording));
+            return pathOf(findVideo(video_, recording_.path, recording));
         } catch (const InputError& missing) {
             if (!video_.empty()) {
                 throw;
@@ -125,23 +126,23 @@ private:
             return std::nullopt;
         }
         ReportVideo video;
-        video.type = videoType(path->string());
+        video.type = videoType(nameOf(*path));
         video.embed = embed_;
         if (embed_) {
             std::error_code error;
             if (const std::uintmax_t size = fs::file_size(*path, error); !error && size > kLargestEmbedded) {
                 throw OptionError(fmt::format("--embed-video: {} has {} MB, and browsers open no page with more than "
                                               "{} MB of video; leave the option out and keep the video beside the page",
-                                              path->string(), size >> 20, kLargestEmbedded >> 20));
+                                              nameOf(*path), size >> 20, kLargestEmbedded >> 20));
             }
-            video.link = path->filename().generic_string();
+            video.link = nameOf(path->filename());
             video.content = readWhole(*path);
             return video;
         }
         std::error_code error;
-        const fs::path folder = output_.path.empty() ? fs::path() : fs::path(output_.path).parent_path();
+        const fs::path folder = output_.path.empty() ? fs::path() : pathOf(output_.path).parent_path();
         const fs::path link = fs::relative(*path, folder.empty() ? fs::current_path() : folder, error);
-        video.link = (error || link.empty() ? *path : link).generic_string();
+        video.link = nameOf((error || link.empty() ? *path : link).generic_u8string());
         return video;
     }
 
@@ -149,7 +150,7 @@ private:
         std::ifstream file(path, std::ios::binary);
         std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
         if (!file) {
-            throw InputError(fmt::format("{}: cannot be read", path.string()));
+            throw InputError(fmt::format("{}: cannot be read", nameOf(path)));
         }
         return content;
     }

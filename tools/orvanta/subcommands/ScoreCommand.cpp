@@ -9,6 +9,7 @@
 #include "reading/InputError.h"
 #include "reading/ScoreInput.h"
 #include "subcommands/OptionGroups.h"
+#include "terminal/FileName.h"
 #include "writing/Output.h"
 #include "writing/ScoreReport.h"
 
@@ -75,8 +76,8 @@ private:
     std::vector<camera::Moment> momentsOf(const Recording& recording) const {
         std::string file = moments_;
         if (file.empty()) {
-            file = fs::path(recording_.path).replace_extension(".moments.csv").string();
-            if (recording_.path == "-" || !fs::is_regular_file(file)) {
+            file = nameOf(pathOf(recording_.path).replace_extension(".moments.csv"));
+            if (recording_.path == "-" || !fs::is_regular_file(pathOf(file))) {
                 return {};
             }
         }

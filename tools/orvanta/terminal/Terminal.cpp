@@ -5,6 +5,7 @@
 
 #if defined(_WIN32)
 #include <io.h>
+#include <windows.h>
 #else
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -14,9 +15,15 @@ namespace OrvantaNS::command {
 
 namespace {
 
+#if defined(_WIN32)
+HANDLE handleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))); }
+#endif
+
 bool isTerminal(std::FILE* file) {
 #if defined(_WIN32)
-    return _isatty(_fileno(file)) != 0;
+    // The C library takes the device NUL for a terminal, too.
+    DWORD mode = 0;
+    return GetConsoleMode(handleOf(file), &mode) != 0;
 #else
     return isatty(fileno(file)) != 0;
 #endif
@@ -32,7 +39,12 @@ std::FILE* progressTerminal() {
 }
 
 int terminalColumns(std::FILE* file, int otherwise) {
-#if defined(TIOCGWINSZ)
+#if defined(_WIN32)
+    CONSOLE_SCREEN_BUFFER_INFO screen{};
+    if (GetConsoleScreenBufferInfo(handleOf(file), &screen) != 0) {
+        return screen.srWindow.Right - screen.srWindow.Left + 1;
+    }
+#elif defined(TIOCGWINSZ)
     winsize size{};
     if (ioctl(fileno(file), TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         return size.ws_col;

@@ -10,6 +10,7 @@
 
 #include "asking/OptionError.h"
 #include "frame/Geometry.h"
+#include "terminal/FileName.h"
 #include "terminal/TextFormat.h"
 #include "writing/Output.h"
 
@@ -115,13 +116,13 @@ std::string mltProject(const CameraPlan& plan, const PictureRate& rate, const st
 
 std::string mltVideoName(const std::string& video, const std::string& projectFile) {
     std::error_code error;
-    const fs::path whole = fs::absolute(video, error);
+    const fs::path whole = fs::absolute(pathOf(video), error);
     if (error || isStandardOutput(projectFile)) {
-        return error ? video : whole.lexically_normal().string();
+        return error ? video : nameOf(whole.lexically_normal().generic_u8string());
     }
-    const fs::path folder = fs::absolute(projectFile, error).parent_path();
+    const fs::path folder = fs::absolute(pathOf(projectFile), error).parent_path();
     const fs::path name = error ? fs::path() : whole.lexically_normal().lexically_relative(folder.lexically_normal());
-    return name.empty() ? whole.string() : name.string();
+    return nameOf((name.empty() ? whole : name).generic_u8string());
 }
 
 std::string mltCommandLine(const std::string& file) {

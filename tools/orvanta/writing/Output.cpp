@@ -13,6 +13,7 @@
 
 #include <fmt/format.h>
 
+#include "terminal/FileName.h"
 #include "terminal/Interrupt.h"
 #include "terminal/TextFormat.h"
 
@@ -20,6 +21,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 #define ORVANTA_HAS_DESCRIPTORS
+#elif defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
 #endif
 
 namespace OrvantaNS::command {
@@ -33,9 +38,11 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-OutputError failure(const std::string& name, int error) {
-    return OutputError(fmt::format("{}: cannot be written: {}", printableName(name), std::strerror(error)));
+OutputError failure(const std::string& name, const std::string& reason) {
+    return OutputError(fmt::format("{}: cannot be written: {}", printableName(name), reason));
 }
+
+OutputError failure(const std::string& name, int error) { return failure(name, std::string(std::strerror(error))); }
 
 void writeAll(std::FILE* file, std::string_view text, const std::string& name) {
     errno = 0;
@@ -53,10 +60,11 @@ void closeWritten(File file, const std::string& name) {
 }
 
 /// The open file that a name such as /dev/fd/3 stands for, links to such names included.
-std::optional<int> descriptorOf(fs::path path) {
+std::optional<int> descriptorOf(const std::string& output) {
+    fs::path path = pathOf(output);
     constexpr int kMostLinks = 40; // As many as systems follow.
     for (int i = 0; i < kMostLinks; ++i) {
-        const std::string name = path.lexically_normal().generic_string();
+        const std::string name = nameOf(path.lexically_normal().generic_u8string());
         constexpr std::string_view kStreams[] = {"/dev/stdin", "/dev/stdout", "/dev/stderr"};
         if (const auto* const found = std::find(std::begin(kStreams), std::end(kStreams), name);
             found != std::end(kStreams)) {
@@ -99,7 +107,18 @@ void writeDescriptor(int number, std::string_view text, const std::string& name)
 
 std::string temporaryName(const fs::path& path) {
     static std::random_device random;
-    return fmt::format("{}.{:08x}.tmp", path.string(), random());
+    return fmt::format("{}.{:08x}.tmp", nameOf(path), random());
+}
+
+/// Opens a file that is not there yet; null with EEXIST when the name is taken.
+std::FILE* openNew(const std::string& name) {
+#if defined(_WIN32)
+    // The C library there knows no mode "x".
+    const int descriptor = _open(name.c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+    return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
+#else
+    return std::fopen(name.c_str(), "wbx");
+#endif
 }
 
 constexpr int kAttempts = 16; // At a name that nothing has yet.
@@ -108,25 +127,24 @@ constexpr int kAttempts = 16; // At a name that nothing has yet.
 File createBeside(const fs::path& path, std::string& created) {
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         created = temporaryName(path);
-        // "x": fails when the name is taken.
-        if (File file(std::fopen(created.c_str(), "wbx")); file != nullptr) {
+        if (File file(openNew(created)); file != nullptr) {
             return file;
         }
         if (errno != EEXIST) {
             break;
         }
     }
-    throw failure(path.string(), errno);
+    throw failure(nameOf(path), errno);
 }
 
 /// Gives the file under `temporary` its name.
 void moveInPlace(const std::string& temporary, const fs::path& path) {
     std::error_code error;
-    fs::rename(temporary, path, error);
+    fs::rename(pathOf(temporary), path, error);
     if (error) {
         std::error_code ignored;
-        fs::remove(temporary, ignored);
-        throw failure(path.string(), error.value());
+        fs::remove(pathOf(temporary), ignored);
+        throw failure(nameOf(path), error.message());
     }
 }
 
@@ -141,14 +159,14 @@ void replaceByNamedFile(const fs::path& path, std::string_view text) {
     std::string temporary;
     File file = createBeside(path, temporary);
     try {
-        writeAll(file.get(), text, path.string());
-        closeWritten(std::move(file), path.string());
-        copyPermissions(path, temporary);
+        writeAll(file.get(), text, nameOf(path));
+        closeWritten(std::move(file), nameOf(path));
+        copyPermissions(path, pathOf(temporary));
         throwIfInterrupted();
     } catch (...) {
         file.reset();
         std::error_code ignored;
-        fs::remove(temporary, ignored);
+        fs::remove(pathOf(temporary), ignored);
         throw;
     }
     moveInPlace(temporary, path);
@@ -170,14 +188,14 @@ bool replaceByNamelessFile(const fs::path& path, std::string_view text) {
         close(descriptor);
         return false;
     }
-    writeAll(file.get(), text, path.string());
+    writeAll(file.get(), text, nameOf(path));
     const std::string nameless = fmt::format("/proc/self/fd/{}", descriptor);
     copyPermissions(path, nameless);
     throwIfInterrupted();
     const auto nameIt = [&](const std::string& name) {
         return linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
     };
-    if (nameIt(path.string())) {
+    if (nameIt(nameOf(path))) {
         return true;
     }
     // A name that is taken can only be taken over from another name.
@@ -219,19 +237,20 @@ void checkOutput(const std::string& path) {
     if (isStandardOutput(path) || descriptorOf(path)) {
         return;
     }
+    const fs::path file = pathOf(path);
     std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status) && fs::is_symlink(path, error)) {
+    const fs::file_status status = fs::status(file, error);
+    if (!fs::exists(status) && fs::is_symlink(file, error)) {
         throw OutputError(fmt::format("{}: is a link to {}, which does not exist; name the file itself",
-                                      printableName(path), printableName(fs::read_symlink(path, error).string())));
+                                      printableName(path), printableName(nameOf(fs::read_symlink(file, error)))));
     }
     if (fs::is_directory(status)) {
         throw OutputError(fmt::format("{}: is a directory; name a file in it", printableName(path)));
     }
-    if (fs::is_regular_file(status) && isReadOnly(path, status)) {
+    if (fs::is_regular_file(status) && isReadOnly(file, status)) {
         throw OutputError(fmt::format("{}: is read-only, and stays as it is", printableName(path)));
     }
-    const fs::path folder = fs::path(path).parent_path();
+    const fs::path folder = file.parent_path();
     if (!fs::exists(status) && !folder.empty() && !fs::is_directory(folder, error)) {
         throw failure(path, ENOENT);
     }
@@ -253,8 +272,9 @@ void writeOutput(const std::string& path, std::string_view text) {
         writeDescriptor(*descriptor, text, path);
         return;
     }
+    const fs::path named = pathOf(path);
     std::error_code error;
-    const fs::file_status status = fs::status(path, error);
+    const fs::file_status status = fs::status(named, error);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         // A device or a pipe takes text as it comes and must not be moved away.
         File file(std::fopen(path.c_str(), "wb"));
@@ -267,8 +287,8 @@ void writeOutput(const std::string& path, std::string_view text) {
         closeWritten(std::move(file), path);
         return;
     }
-    const fs::path real = fs::exists(status) ? fs::canonical(path, error) : fs::path(path);
-    const fs::path place = error ? fs::path(path) : real;
+    const fs::path real = fs::exists(status) ? fs::canonical(named, error) : named;
+    const fs::path place = error ? named : real;
     if (!replaceByNamelessFile(place, text)) {
         replaceByNamedFile(place, text);
     }
@@ -276,8 +296,8 @@ void writeOutput(const std::string& path, std::string_view text) {
 
 void refuseOverwriting(const std::string& path, const std::string& inputPath, std::string_view input) {
     std::error_code error;
-    if (!isStandardOutput(path) && !isStandardOutput(inputPath) && fs::is_regular_file(path, error) &&
-        fs::equivalent(path, inputPath, error)) {
+    if (!isStandardOutput(path) && !isStandardOutput(inputPath) && fs::is_regular_file(pathOf(path), error) &&
+        fs::equivalent(pathOf(path), pathOf(inputPath), error)) {
         throw OutputError(fmt::format("{}: is the {} itself and would be overwritten", printableName(path), input));
     }
 }
