@@ -74,6 +74,12 @@ TEST(FiguresTest, SmallWindows_CountForTheirFirstEightSeconds) {
     EXPECT_DOUBLE_EQ(*figures.windowsRead, 16.0 / 31);
 }
 
+TEST(FiguresTest, Moves_AreByTheMinuteOfTheClip) {
+    Scene scene = recording();
+    scene.params().setClipInterval(10000, 40000);
+    EXPECT_DOUBLE_EQ(judge(scene, {{15, kCorner}}).movesAMinute, 2.0);
+}
+
 /// The share of presses with room when one is made at a place while a frame is on show.
 double roomFor(std::int32_t x, std::int32_t y, const RealRect& frame) {
     Scene scene = recording();
