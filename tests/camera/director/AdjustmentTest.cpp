@@ -111,10 +111,10 @@ TEST(AdjustmentTest, LargeFrame_GoesByStepsOfA256thOfItsWidth) {
 }
 
 TEST(AdjustmentTest, GainOfLessThanAMillionth_IsNone) {
-    // The whole of it is seen in a quarter of a second: half a millionth of a second is nothing, 25 of them are.
-    const std::vector<PlanShot> shots{{0, frameAt(90, 50)}};
-    EXPECT_EQ(Plain().see(frameAt(80, 50), 0, 1, 2e-6).adjusted(shots), shots);
-    EXPECT_NE(Plain().see(frameAt(80, 50), 0, 1, 1e-4).adjusted(shots), shots);
+    // The first step to the left shows all of it, for a quarter of a second: half a millionth is nothing, five are.
+    const RealRect thing{80, 60, 88, 70};
+    EXPECT_EQ(Plain().see(thing, 0, 1, 2e-6).adjusted({{0, frameAt(88, 50)}})[0].rect, frameAt(88, 50));
+    EXPECT_EQ(Plain().see(thing, 0, 1, 2e-5).adjusted({{0, frameAt(88, 50)}})[0].rect, frameAt(80, 50));
 }
 
 TEST(AdjustmentTest, TwoFramesFarApart_CreepTowardsEachOther_TwelveTriesAtEachStep) {

@@ -113,6 +113,7 @@ TEST(ReasonsTest, Text_WhatIsUnseenTakesNoPlaceAmongTheNamed) {
 TEST(ReasonsTest, Text_KindSeenByLessThanThreeFifths_DidNotFit) {
     // Of its 100 columns 62, 60 and 58 are inside.
     EXPECT_EQ(textFor({piece(EvidenceKind::Typing, 1.0, {578, 100, 678, 110})}), "typing");
+    EXPECT_EQ(textFor({piece(EvidenceKind::Typing, 1.0, {580, 100, 680, 110})}), "typing");
     EXPECT_EQ(textFor({piece(EvidenceKind::Typing, 1.0, {582, 100, 682, 110})}), "typing; typing did not fit");
 }
 
