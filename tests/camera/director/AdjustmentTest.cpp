@@ -117,6 +117,15 @@ TEST(AdjustmentTest, GainOfLessThanAMillionth_IsNone) {
     EXPECT_EQ(Plain().see(thing, 0, 1, 2e-5).adjusted({{0, frameAt(88, 50)}})[0].rect, frameAt(80, 50));
 }
 
+TEST(AdjustmentTest, TwoSidesAlike_GoesToTheRightAndDown) {
+    // One thing just beyond each edge; the frame that holds both shows them too small by more than one of them is worth.
+    const auto between = [](const RealRect& one, const RealRect& other) {
+        return Plain().see(one, 0, 20, 0.5).see(other, 0, 20, 0.5).adjusted({{0, frameAt(100, 50)}})[0].rect;
+    };
+    EXPECT_EQ(between({164, 60, 172, 70}, {92, 60, 100, 70}), frameAt(108, 50));
+    EXPECT_EQ(between({120, 90, 130, 95}, {120, 45, 130, 50}), frameAt(100, 55));
+}
+
 TEST(AdjustmentTest, TwoFramesFarApart_CreepTowardsEachOther_TwelveTriesAtEachStep) {
     Plain plain;
     plain.weights.moveWay = 1.0;

@@ -229,6 +229,9 @@ TEST(ReasonsTest, RunnerUp_DiffersByATenthOfTheWidthAtAnyEdge) {
     EXPECT_TRUE(isOther({0, 64, 640, 400}));
     EXPECT_TRUE(isOther({0, 0, 704, 400}));
     EXPECT_TRUE(isOther({0, 0, 640, 464}));
+    const World world({}, 4);
+    const RealRect middle{320, 200, 960, 600};
+    EXPECT_FALSE(reasonedShot(world.rules, {}, {{middle, 0, 4}}, {{0, middle}}, 0).hasRunnerUp);
 }
 
 TEST(ReasonsTest, RunnerUp_MustBeAliveThroughoutTheRest) {
