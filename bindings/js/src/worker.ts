@@ -46,8 +46,10 @@ interface NodeWorkers {
   };
 }
 
+// Windows of desktop programs, and their workers, may have Node.js's globals, but a browser's workers.
 function isNode(): boolean {
-  return typeof process === "object" && typeof process?.versions?.node === "string" && !("window" in globalThis);
+  const isBrowser = "window" in globalThis || "WorkerGlobalScope" in globalThis;
+  return typeof process === "object" && typeof process?.versions?.node === "string" && !isBrowser;
 }
 
 async function nodeWorkers(): Promise<NodeWorkers> {

@@ -1,8 +1,11 @@
 // The module in a page, in a real browser, under a policy that lets nothing in from elsewhere.
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { createServer } from "node:http";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { after, test } from "node:test";
+import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
 const module = readFileSync(new URL("../dist/orvanta.js", import.meta.url));
@@ -51,23 +54,48 @@ const server = createServer((request, response) => {
 });
 await new Promise((listening) => server.listen(0, "127.0.0.1", listening));
 const args = ["--no-sandbox", "--disable-gpu", "--disable-background-networking", "--disable-component-update", "--disable-sync"];
-const browser = await chromium.launch({ executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium", args });
+const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium";
+const browser = await chromium.launch({ executablePath, args });
 after(async () => {
   await browser.close();
   server.close();
 });
 
-test("a page and a worker of it plan alike, tell progress and pass on failures, without a word on the console", async () => {
+/** Opens a page that runs `host`, and tells its outcome and whatever was said on the console meanwhile. */
+async function run(browser, url) {
   const tab = await browser.newPage();
   const said = [];
   tab.on("console", (message) => said.push(message.text()));
   tab.on("pageerror", (failure) => said.push(failure.message));
-  await tab.goto(`http://127.0.0.1:${server.address().port}/`);
+  await tab.goto(url);
   await tab.waitForFunction(() => window.host !== undefined);
   const { reports, ...rest } = await tab.evaluate(() => window.host);
+  return { said, reports, rest };
+}
+
+test("a page and a worker of it plan alike, tell progress and pass on failures, without a word on the console", async () => {
+  const { said, reports, rest } = await run(browser, `http://127.0.0.1:${server.address().port}/`);
   assert.deepEqual(rest, { keyframes: 2, same: true, refused: 1, stopped: "AbortError" });
   assert.ok(reports > 0);
   assert.deepEqual(said, []);
+});
+
+test("a page from a file works too where it and its workers have Node.js's globals, as the windows of desktop programs may", async () => {
+  const folder = mkdtempSync(join(tmpdir(), "orvanta-window-"));
+  const globals = `globalThis.process = { versions: { node: "20.0.0", chrome: "130.0.0.0" }, type: "renderer" };`;
+  writeFileSync(join(folder, "orvanta.js"), `${globals}\n${module}`);
+  writeFileSync(join(folder, "host.js"), host.replace('"/orvanta.js"', '"./orvanta.js"'));
+  writeFileSync(join(folder, "index.html"), page.replace('"/host.js"', '"./host.js"').replaceAll("'self'", "'self' file:"));
+  const windows = await chromium.launch({ executablePath, args: [...args, "--allow-file-access-from-files"] });
+  try {
+    const { said, reports, rest } = await run(windows, pathToFileURL(join(folder, "index.html")).href);
+    assert.deepEqual(rest, { keyframes: 2, same: true, refused: 1, stopped: "AbortError" });
+    assert.ok(reports > 0);
+    assert.deepEqual(said, []);
+  } finally {
+    await windows.close();
+    rmSync(folder, { recursive: true });
+  }
 });
 
 test("the guide's page shows what the guide says that Node.js prints", async () => {
