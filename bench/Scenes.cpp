@@ -103,33 +103,36 @@ Params overlappingAreas(int areas) {
     return params;
 }
 
-Params desktopSession(int hours) {
-    testing::SessionPlan plan;
-    plan.seconds = 3600.0;
-    const Params hour = testing::generatedRecording(kSeed, plan);
-    const long long length = hour.clipStop();
-    Params session = hour;
-    session.setClipInterval(0, hours * length);
+Params repeated(const Params& once, int times) {
+    const long long length = once.clipStop() - once.clipStart();
+    Params all = once;
+    all.setClipInterval(once.clipStart(), once.clipStart() + times * length);
     const auto append = [](auto& samples, const auto& more, long long shift) {
         for (auto sample : more) {
             sample.time += shift;
             samples.push_back(sample);
         }
     };
-    for (int k = 1; k < hours; ++k) {
-        append(session.cursorLocations(), hour.cursorLocations(), k * length);
-        append(session.cursorActions(), hour.cursorActions(), k * length);
-        append(session.foreWindows(), hour.foreWindows(), k * length);
-        append(session.dirtyRects(), hour.dirtyRects(), k * length);
-        append(session.caretRects(), hour.caretRects(), k * length);
+    for (int k = 1; k < times; ++k) {
+        append(all.cursorLocations(), once.cursorLocations(), k * length);
+        append(all.cursorActions(), once.cursorActions(), k * length);
+        append(all.foreWindows(), once.foreWindows(), k * length);
+        append(all.dirtyRects(), once.dirtyRects(), k * length);
+        append(all.caretRects(), once.caretRects(), k * length);
     }
-    // The last gesture of an hour may reach into the next one.
-    sortByTime(session.cursorLocations());
-    sortByTime(session.cursorActions());
-    sortByTime(session.foreWindows());
-    sortByTime(session.dirtyRects());
-    sortByTime(session.caretRects());
-    return session;
+    // The last gesture may reach beyond the end.
+    sortByTime(all.cursorLocations());
+    sortByTime(all.cursorActions());
+    sortByTime(all.foreWindows());
+    sortByTime(all.dirtyRects());
+    sortByTime(all.caretRects());
+    return all;
+}
+
+Params desktopSession(int hours) {
+    testing::SessionPlan plan;
+    plan.seconds = 3600.0;
+    return repeated(testing::generatedRecording(kSeed, plan), hours);
 }
 
 Params pressesWithoutRelease(int count) {

@@ -19,6 +19,9 @@ struct Scene {
 /// Twenty seconds of a cursor that sweeps over `areas` changing areas, each of which overlaps the others.
 Params overlappingAreas(int areas);
 
+/// A request whose clip and samples follow upon themselves so many `times`; the recorded regions stay as they are.
+Params repeated(const Params& once, int times);
+
 /// A desktop session: the same busy hour again and again.
 Params desktopSession(int hours);
 

@@ -1,13 +1,13 @@
 // Runs scenes through the whole value engine and tells what each costs:
 //
 //   scenes [--requests FILE] [--list] [PATTERN]
-//   scenes --requests FILE --first
+//   scenes --requests FILE --first [--times N]
 //
 // A line for each scene whose name the regular expression PATTERN finds, with a tab between: the name, the user CPU
 // seconds of one computation (the mean of several, when one is short), the most memory in KiB that the process held
 // beyond the request, and a number that two runs share only if their keyframes agree. A FILE of requests as
 // write_requests prints them adds the scenes recorded/1, recorded/2 and so on; with --first, its first request is printed
-// again and nothing run.
+// again, N times one after the other in one, and nothing run.
 //
 // Needs nothing of the library but the host's headers, so that it builds against the library of another revision as
 // well: scripts/bench-compare has both answer in turns.
@@ -119,20 +119,26 @@ int main(int argc, char** argv) {
         std::vector<bench::Scene> scenes = bench::allScenes();
         std::vector<bench::Scene> recorded;
         bool list = false;
+        bool first = false;
+        int times = 1;
         std::regex pattern(".");
         for (int i = 1; i < argc; ++i) {
             const std::string argument = argv[i];
             if (argument == "--first") {
-                testing::writeRequest(std::cout, recorded.at(0).make());
-                return 0;
-            }
-            if (argument == "--list") {
+                first = true;
+            } else if (argument == "--times" && i + 1 < argc) {
+                times = std::stoi(argv[++i]);
+            } else if (argument == "--list") {
                 list = true;
             } else if (argument == "--requests" && i + 1 < argc) {
                 recorded = recordedScenes(argv[++i]);
             } else {
                 pattern = argument;
             }
+        }
+        if (first) {
+            testing::writeRequest(std::cout, bench::repeated(recorded.at(0).make(), times));
+            return 0;
         }
         scenes.insert(scenes.end(), recorded.begin(), recorded.end());
         for (const bench::Scene& scene : scenes) {
