@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "EmptyScene.h"
+
 namespace OrvantaNS::camera {
 
 bool operator==(const Candidate& a, const Candidate& b) { return a.rect == b.rect && a.from == b.from && a.to == b.to; }
@@ -30,17 +32,6 @@ const FrameShape kShape(640, 400, 1280, 800, 0.75, false);
 // Presses within 3.5 s are to be held together.
 constexpr double kReach = 3.5;
 
-/// Two minutes of 1280 by 800 in quarters of a second.
-camera::Scene twoMinutes() {
-    camera::Scene scene;
-    scene.width = 1280;
-    scene.height = 800;
-    scene.length = 120.0;
-    scene.steps = 481;
-    scene.lineHeight = 20.0;
-    return scene;
-}
-
 const Candidate kWhole{{0, 0, 1280, 800}, 0, 481};
 
 ScenePress press(double seconds, double x, double y) { return {seconds, seconds, x, y, {x, y, x, y}}; }
@@ -56,25 +47,25 @@ std::vector<Candidate> find(const camera::Scene& scene, const std::vector<Eviden
 }
 
 std::vector<Candidate> forPresses(const std::vector<ScenePress>& presses, double reach = kReach) {
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     scene.presses = presses;
     return find(scene, {}, reach);
 }
 
 std::vector<Candidate> forWindows(const std::vector<SceneWindow>& windows) {
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     scene.windows = windows;
     return find(scene);
 }
 
 // ---- The largest frames ----
 
-TEST(CandidatesTest, NothingHappens_OnlyTheWholeIsLeft) { EXPECT_THAT(find(twoMinutes()), ElementsAre(kWhole)); }
+TEST(CandidatesTest, NothingHappens_OnlyTheWholeIsLeft) { EXPECT_THAT(find(emptyScene(120.0)), ElementsAre(kWhole)); }
 
 TEST(CandidatesTest, Portrait_FiveOfTheLargestFramesStandSideBySide_TheMiddleOneFirst) {
     // Multiples of 9 by 16 pixels; 450 by 800 is the largest inside. Their centres stand at quarters of the region.
     const FrameShape portrait(360, 640, 1280, 800, 0.75, false);
-    EXPECT_THAT(findCandidates(twoMinutes(), portrait, {}, kReach),
+    EXPECT_THAT(findCandidates(emptyScene(120.0), portrait, {}, kReach),
                 ElementsAre(Candidate{{415, 0, 865, 800}, 0, 481}, Candidate{{0, 0, 450, 800}, 0, 481},
                             Candidate{{95, 0, 545, 800}, 0, 481}, Candidate{{735, 0, 1185, 800}, 0, 481},
                             Candidate{{830, 0, 1280, 800}, 0, 481}));
@@ -83,7 +74,7 @@ TEST(CandidatesTest, Portrait_FiveOfTheLargestFramesStandSideBySide_TheMiddleOne
 TEST(CandidatesTest, Banner_TheLargestFramesStandAboveEachOther) {
     // Multiples of 16 by 1 pixels: 1280 by 80 is the largest inside.
     const FrameShape banner(640, 40, 1280, 800, 0.75, false);
-    EXPECT_THAT(findCandidates(twoMinutes(), banner, {}, kReach),
+    EXPECT_THAT(findCandidates(emptyScene(120.0), banner, {}, kReach),
                 ElementsAre(Candidate{{0, 360, 1280, 440}, 0, 481}, Candidate{{0, 0, 1280, 80}, 0, 481},
                             Candidate{{0, 160, 1280, 240}, 0, 481}, Candidate{{0, 560, 1280, 640}, 0, 481},
                             Candidate{{0, 720, 1280, 800}, 0, 481}));
@@ -164,7 +155,7 @@ TEST(CandidatesTest, SameFrame_WithinFiveSecondsOfItsEnd_IsOneCandidate) {
 }
 
 TEST(CandidatesTest, SameFrame_WithinALongerOne_LeavesItAsLong) {
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     // A long window with a dialog in it that ends first: the frame of both lives as long as the longer one.
     scene.windows = {{20.0, 60.0, {100, 100, 860, 500}}, {30.0, 32.0, {100, 100, 860, 500}}};
     EXPECT_THAT(find(scene), ElementsAre(kWhole, Candidate{{92, 58, 868, 543}, 64, 289}));
@@ -175,13 +166,13 @@ TEST(CandidatesTest, SameFrame_WithinALongerOne_LeavesItAsLong) {
 TEST(CandidatesTest, StrongEvidence_HasItsFrameAndAReadableOne) {
     // From four seconds before 30 s to 14 after the 24 and the 6 s over which evidence is joined.
     EXPECT_THAT(
-        find(twoMinutes(), {pressed(120, 400, 300)}),
+        find(emptyScene(120.0), {pressed(120, 400, 300)}),
         UnorderedElementsAre(kWhole, Candidate{{80, 100, 720, 500}, 104, 273}, Candidate{{0, 33, 856, 568}, 104, 201}));
 }
 
 TEST(CandidatesTest, Evidence_OnlyStrongKindsHaveFrames) {
     const auto isStrong = [](EvidenceKind kind, double weight, const RealRect& rect) {
-        return find(twoMinutes(), {{kind, 120, 128, rect, weight}}).size() > 1;
+        return find(emptyScene(120.0), {{kind, 120, 128, rect, weight}}).size() > 1;
     };
     const RealRect rect{300, 300, 400, 400};
     for (const EvidenceKind kind : {EvidenceKind::Press, EvidenceKind::Drag, EvidenceKind::Typing,
@@ -202,7 +193,7 @@ TEST(CandidatesTest, Evidence_OnlyStrongKindsHaveFrames) {
 TEST(CandidatesTest, TwoPlaces_HaveFramesEach_OneThatHoldsBoth_AndAReadableOneBetweenThem) {
     // At 30 s and 35 s.
     const std::vector<Evidence> evidence{pressed(120, 400, 300), pressed(140, 900, 500)};
-    const std::vector<Candidate> found = find(twoMinutes(), evidence);
+    const std::vector<Candidate> found = find(emptyScene(120.0), evidence);
     EXPECT_THAT(found, UnorderedElementsAre(
                            kWhole,
                            // The first alone, over 0 and 3 s ahead; readable, over 0 s.
@@ -212,13 +203,13 @@ TEST(CandidatesTest, TwoPlaces_HaveFramesEach_OneThatHoldsBoth_AndAReadableOneBe
                            // The second alone, from 35 s on.
                            Candidate{{580, 300, 1220, 700}, 124, 293}, Candidate{{424, 233, 1280, 768}, 124, 221}));
     // By time, whatever the order of the list.
-    EXPECT_EQ(find(twoMinutes(), {evidence[1], evidence[0]}), found);
+    EXPECT_EQ(find(emptyScene(120.0), {evidence[1], evidence[0]}), found);
 }
 
 TEST(CandidatesTest, Places_AreJoinedUpToEachHorizon) {
     // Three seconds ahead at the most the two are joined by the second horizon, later by the third.
     const auto lifeOfBoth = [](std::int32_t second) {
-        for (const Candidate& one : find(twoMinutes(), {pressed(120, 400, 300), pressed(second, 900, 500)})) {
+        for (const Candidate& one : find(emptyScene(120.0), {pressed(120, 400, 300), pressed(second, 900, 500)})) {
             if (one.rect == RealRect{302, 183, 998, 618}) {
                 return one.to;
             }
@@ -234,7 +225,7 @@ TEST(CandidatesTest, Places_AreJoinedUpToEachHorizon) {
 TEST(CandidatesTest, SecondOfOnePlaceWithinTheSameSecond_AddsNothing) {
     const auto life = [](std::int32_t second, double x) {
         std::int32_t to = 0;
-        for (const Candidate& one : find(twoMinutes(), {pressed(120, 400, 300), pressed(second, x, 300)})) {
+        for (const Candidate& one : find(emptyScene(120.0), {pressed(120, 400, 300), pressed(second, x, 300)})) {
             if (one.rect == RealRect{80, 100, 720, 500}) {
                 to = one.to;
             }
@@ -247,7 +238,7 @@ TEST(CandidatesTest, SecondOfOnePlaceWithinTheSameSecond_AddsNothing) {
 }
 
 TEST(CandidatesTest, ReadableFrame_IsPushedIntoTheWindowInFront) {
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     // Windows of less than half a second have no frames of their own. The readable frame around (400, 300) stands against
     // the window's top and left edge, but for the pixels of its measure.
     scene.windows = {{29.75, 30.25, {300, 200, 1280, 800}}};
@@ -262,13 +253,13 @@ TEST(CandidatesTest, ReadableFrame_IsPushedIntoTheWindowInFront) {
 }
 
 TEST(CandidatesTest, ReadableFrame_StandsInTheMiddleOfASmallerWindow) {
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     scene.windows = {{29.75, 30.25, {500, 300, 800, 500}}};
     EXPECT_THAT(find(scene, {pressed(120, 400, 300)}), ::testing::Contains(Candidate{{222, 133, 1078, 668}, 104, 201}));
 }
 
 TEST(CandidatesTest, WindowInFront_IsTheLastThatCame_NotWhereThereIsNone) {
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     const Candidate pushed{{299, 199, 1155, 734}, 104, 201};
     const RealRect window{300, 200, 1280, 800};
     // The one that comes at the moment is in front; before an empty one it is the one before.
@@ -284,13 +275,13 @@ TEST(CandidatesTest, WindowInFront_IsTheLastThatCame_NotWhereThereIsNone) {
 TEST(CandidatesTest, FramesNearEachOther_AreOne_TheFirstStandsForAll) {
     // Their left edges lie in one twelfth of 640 pixels, from 53.3 to 106.7; those of the readable frames, too.
     EXPECT_THAT(
-        find(twoMinutes(), {pressed(120, 400, 300), pressed(124, 405, 300)}),
+        find(emptyScene(120.0), {pressed(120, 400, 300), pressed(124, 405, 300)}),
         UnorderedElementsAre(kWhole, Candidate{{80, 100, 720, 500}, 104, 277}, Candidate{{0, 33, 856, 568}, 104, 205}));
 }
 
 TEST(CandidatesTest, ManyFrames_AreJoinedAsFewAre) {
     // Twenty thousand windows in turns at two places: one candidate for each place.
-    camera::Scene scene = twoMinutes();
+    camera::Scene scene = emptyScene(120.0);
     scene.step = 1.0;
     scene.length = 20000.0;
     scene.steps = 20001;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "EmptyScene.h"
+
 namespace OrvantaNS::testing {
 namespace {
 
@@ -12,18 +14,6 @@ using namespace camera;
 // A readable frame is 853.33 by 533.33 pixels. With a line of 20 pixels a press is 160 by 100, typing 360 by 70.
 const FrameShape kShape(640, 400, 1280, 800, 0.75, false);
 const RealRect kScreen{0, 0, 1280, 800};
-
-/// A minute of 1280 by 800 in quarters of a second, in which nothing happens.
-camera::Scene quiet() {
-    camera::Scene scene;
-    scene.width = 1280;
-    scene.height = 800;
-    scene.length = 60.0;
-    scene.steps = 241;
-    scene.lineHeight = 20.0;
-    scene.changeEnds.assign(241, 0);
-    return scene;
-}
 
 /// Adds changes of one step; steps in order.
 void addChanges(camera::Scene& scene, std::size_t step, const std::vector<SceneChange>& changes) {
@@ -73,14 +63,14 @@ void expect(const Evidence& one, std::int32_t from, std::int32_t to, const RealR
 ScenePress press(double seconds, double release, double x, double y) { return {seconds, release, x, y, {x, y, x, y}}; }
 
 TEST(EvidenceTest, NothingHappens_OnlyTheWholeScreenIsLeft) {
-    const auto list = gatherEvidence(quiet(), kShape, distinctWeights());
+    const auto list = gatherEvidence(emptyScene(60.0), kShape, distinctWeights());
     ASSERT_EQ(list.size(), 1u);
     EXPECT_EQ(list[0].kind, EvidenceKind::Whole);
     expect(list[0], 0, 240, kScreen, 0.5);
 }
 
 TEST(EvidenceTest, Press_FromHalfASecondBeforeToASecondAfterItsRelease) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back(press(10.0, 10.2, 400, 300));
     const auto list = of(scene, EvidenceKind::Press);
     ASSERT_EQ(list.size(), 1u);
@@ -90,7 +80,7 @@ TEST(EvidenceTest, Press_FromHalfASecondBeforeToASecondAfterItsRelease) {
 }
 
 TEST(EvidenceTest, Press_InACorner_IsCutToTheScreen) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back(press(10.0, 10.0, 10, 790));
     scene.presses.push_back(press(20.0, 20.0, 1270, 10));
     const auto list = of(scene, EvidenceKind::Press);
@@ -100,7 +90,7 @@ TEST(EvidenceTest, Press_InACorner_IsCutToTheScreen) {
 }
 
 TEST(EvidenceTest, Press_AtTheClipsEdges_IsCutToTheClip) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back(press(0.0, 0.1, 400, 300));
     scene.presses.push_back(press(59.9, 59.9, 400, 300));
     const auto list = of(scene, EvidenceKind::Press);
@@ -111,7 +101,7 @@ TEST(EvidenceTest, Press_AtTheClipsEdges_IsCutToTheClip) {
 }
 
 TEST(EvidenceTest, Drag_IsTheBoxOfItsPathWithRoomAround) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back({10.0, 12.0, 400, 300, {400, 300, 600, 400}});
     const auto list = of(scene, EvidenceKind::Drag);
     ASSERT_EQ(list.size(), 1u);
@@ -122,7 +112,7 @@ TEST(EvidenceTest, Drag_IsTheBoxOfItsPathWithRoomAround) {
 }
 
 TEST(EvidenceTest, Drag_NotLongerThanAPressOrNotLargerThanATremor_IsNone) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back({10.0, 10.25, 400, 300, {400, 300, 600, 400}});
     // 100 by 80 pixels are the twenty square lines that a drag must exceed.
     scene.presses.push_back({20.0, 22.0, 400, 300, {400, 300, 440, 340}});
@@ -132,7 +122,7 @@ TEST(EvidenceTest, Drag_NotLongerThanAPressOrNotLargerThanATremor_IsNone) {
 }
 
 TEST(EvidenceTest, Typing_ForAGoodSecondOrUntilTheCaretGoes) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.carets.push_back({5.0, 30.0, {400, 200, 402, 220}});
     scene.carets.push_back({30.0, 30.5, {100, 200, 102, 220}});
     const auto list = of(scene, EvidenceKind::Typing);
@@ -142,13 +132,13 @@ TEST(EvidenceTest, Typing_ForAGoodSecondOrUntilTheCaretGoes) {
 }
 
 TEST(EvidenceTest, Typing_CaretThatGoesAtOnce_IsNone) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.carets.push_back({0.0, 0.0, {400, 200, 402, 220}});
     EXPECT_TRUE(of(scene, EvidenceKind::Typing).empty());
 }
 
 TEST(EvidenceTest, LargeWindow_OpensAndIsThePageAndThenTheContext) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     const RealRect window{100, 0, 1280, 800};
     scene.windows.push_back({10.0, 40.0, window});
     auto list = of(scene, EvidenceKind::WindowOpens);
@@ -164,7 +154,7 @@ TEST(EvidenceTest, LargeWindow_OpensAndIsThePageAndThenTheContext) {
 }
 
 TEST(EvidenceTest, SmallWindow_IsOfInterestWhileItStands_WithItsParent) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     const RealRect window{100, 0, 1280, 800};
     const RealRect dialog{300, 200, 700, 450};
     scene.windows.push_back({10.0, 20.0, window});
@@ -180,7 +170,7 @@ TEST(EvidenceTest, SmallWindow_IsOfInterestWhileItStands_WithItsParent) {
 
 TEST(EvidenceTest, WindowBetweenSmallAndLarge_IsBothInPart) {
     // 640 / 0.75 / 1000 = 0.8533 of the readable zoom: (0.8533 - 0.7) / 0.3 = 0.5111 small; at 1010 columns 0.4829.
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     const RealRect smaller{0, 0, 1000, 100};
     const RealRect larger{0, 0, 1010, 100};
     const double half = (640.0 / 0.75 / 1000.0 - 0.7) / 0.3;
@@ -201,7 +191,7 @@ TEST(EvidenceTest, WindowBetweenSmallAndLarge_IsBothInPart) {
 }
 
 TEST(EvidenceTest, MovingWindow_OpensByHalfAndIsNothingElse) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.windows.push_back({10.0, 10.25, {0, 0, 400, 300}});
     const auto list = gatherEvidence(scene, kShape, distinctWeights());
     ASSERT_EQ(list.size(), 2u);
@@ -210,7 +200,7 @@ TEST(EvidenceTest, MovingWindow_OpensByHalfAndIsNothingElse) {
 }
 
 TEST(EvidenceTest, WindowThatStaysForMoreThanAMoment_OpensInFull) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.windows.push_back({10.0, 10.3, {0, 0, 400, 300}});
     const auto list = of(scene, EvidenceKind::WindowOpens);
     ASSERT_EQ(list.size(), 1u);
@@ -223,7 +213,7 @@ TEST(EvidenceTest, WindowOfTheLastThree_DoesNotOpenAgain) {
     const RealRect c{200, 0, 600, 300};
     const RealRect d{300, 0, 700, 300};
     const auto opened = [](const std::vector<RealRect>& order) {
-        camera::Scene scene = quiet();
+        camera::Scene scene = emptyScene(60.0);
         for (std::size_t i = 0; i < order.size(); ++i) {
             const double from = 5.0 * static_cast<double>(i);
             scene.windows.push_back({from, from + 5.0, order[i]});
@@ -237,7 +227,7 @@ TEST(EvidenceTest, WindowOfTheLastThree_DoesNotOpenAgain) {
 }
 
 TEST(EvidenceTest, ChangesOfAStep_ShareOneWeightByTheirAttention) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 200, 140}, 1.0}, {{500, 500, 600, 540}, 0.12}});
     const auto list = of(scene, EvidenceKind::Change);
     ASSERT_EQ(list.size(), 2u);
@@ -246,7 +236,7 @@ TEST(EvidenceTest, ChangesOfAStep_ShareOneWeightByTheirAttention) {
 }
 
 TEST(EvidenceTest, ClockworkAlone_KeepsItsLittleAttention) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 200, 140}, 0.12}});
     const auto list = of(scene, EvidenceKind::Change);
     ASSERT_EQ(list.size(), 1u);
@@ -257,13 +247,13 @@ TEST(EvidenceTest, ClockworkAlone_KeepsItsLittleAttention) {
 
 TEST(EvidenceTest, Speck_CountsLessAndDoesNotLinger) {
     // 0.3 square lines are 120 pixels.
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 111, 110}, 1.0}});
     auto list = of(scene, EvidenceKind::Change);
     ASSERT_EQ(list.size(), 1u);
     EXPECT_NEAR(list[0].weight, 0.3 * 2.0, 1e-9);
     EXPECT_TRUE(of(scene, EvidenceKind::Linger).empty());
-    scene = quiet();
+    scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 112, 110}, 1.0}});
     EXPECT_NEAR(of(scene, EvidenceKind::Change)[0].weight, 2.0, 1e-9);
     EXPECT_FALSE(of(scene, EvidenceKind::Linger).empty());
@@ -271,7 +261,7 @@ TEST(EvidenceTest, Speck_CountsLessAndDoesNotLinger) {
 
 TEST(EvidenceTest, ChangeLargerThanAReadableFrame_CountsLess) {
     // A readable frame has 455,111 pixels; 512,000 would be half of the screen, and a page.
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{0, 0, 650, 700}, 1.0}});
     addChanges(scene, 80, {{{0, 0, 700, 700}, 1.0}});
     const auto list = of(scene, EvidenceKind::Change);
@@ -281,7 +271,7 @@ TEST(EvidenceTest, ChangeLargerThanAReadableFrame_CountsLess) {
 }
 
 TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     const RealRect row{100, 300, 1100, 320};
     addChanges(scene, 40, {{row, 1.0}});
     auto list = of(scene, EvidenceKind::Change);
@@ -290,7 +280,7 @@ TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
     expect(list[0], 40, 43, {100, 300, 612, 320}, 0.5 * 2.0);
     expect(list[1], 40, 43, row, 0.5 * 2.0);
     // What beats like a clock is taken as it is.
-    scene = quiet();
+    scene = emptyScene(60.0);
     addChanges(scene, 40, {{row, 0.12}});
     list = of(scene, EvidenceKind::Change);
     ASSERT_EQ(list.size(), 1u);
@@ -300,7 +290,7 @@ TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
 TEST(EvidenceTest, WideChange_CountsWhereTheLastPressWas_For20Seconds) {
     const RealRect row{100, 300, 1100, 320};
     const auto parts = [&row](double seconds, double y) {
-        camera::Scene scene = quiet();
+        camera::Scene scene = emptyScene(60.0);
         scene.presses.push_back(press(1.0, 1.0, 500, 310));
         scene.presses.push_back(press(seconds, seconds, 800, y));
         addChanges(scene, 160, {{row, 1.0}}); // at 40 s
@@ -317,7 +307,7 @@ TEST(EvidenceTest, WideChange_CountsWhereTheLastPressWas_For20Seconds) {
 }
 
 TEST(EvidenceTest, HalfOfTheFrontWindowChanges_ItIsAPage) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     const RealRect window{0, 0, 1000, 800};
     scene.windows.push_back({0.0, 60.0, window});
     addChanges(scene, 40, {{{0, 0, 500, 800}, 1.0}}); // just half
@@ -334,7 +324,7 @@ TEST(EvidenceTest, HalfOfTheFrontWindowChanges_ItIsAPage) {
 
 TEST(EvidenceTest, PageWithinASecondOfAPress_AnswersTheHand) {
     const auto weight = [](double release) {
-        camera::Scene scene = quiet();
+        camera::Scene scene = emptyScene(60.0);
         scene.presses.push_back(press(5.0, release, 400, 300));
         addChanges(scene, 40, {{{0, 0, 1280, 800}, 1.0}});
         return of(scene, EvidenceKind::Page).at(0).weight;
@@ -344,7 +334,7 @@ TEST(EvidenceTest, PageWithinASecondOfAPress_AnswersTheHand) {
 }
 
 TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{kScreen, 1.0}});
     addChanges(scene, 44, {{kScreen, 1.0}});
     const auto list = of(scene, EvidenceKind::Page);
@@ -355,7 +345,7 @@ TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
 
 TEST(EvidenceTest, Scrolling_ATenthOfTheWindowWithinHalfASecondOfTheWheel) {
     const auto pages = [](double wheel, double wide) {
-        camera::Scene scene = quiet();
+        camera::Scene scene = emptyScene(60.0);
         scene.wheels.push_back(wheel);
         addChanges(scene, 40, {{{0, 0, wide, 256}, 1.0}});
         return of(scene, EvidenceKind::Page);
@@ -370,7 +360,7 @@ TEST(EvidenceTest, Scrolling_ATenthOfTheWindowWithinHalfASecondOfTheWheel) {
 }
 
 TEST(EvidenceTest, Linger_WhatWasSeenLastFadesInThreeSteps) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back(press(10.0, 10.2, 400, 300));
     const auto list = of(scene, EvidenceKind::Linger);
     ASSERT_EQ(list.size(), 3u);
@@ -381,7 +371,7 @@ TEST(EvidenceTest, Linger_WhatWasSeenLastFadesInThreeSteps) {
 }
 
 TEST(EvidenceTest, Linger_HoldsAllThatWasOfInterestInTheLastStep) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 200, 140}, 1.0}, {{500, 500, 600, 540}, 1.0}});
     const auto list = of(scene, EvidenceKind::Linger);
     ASSERT_EQ(list.size(), 3u);
@@ -389,7 +379,7 @@ TEST(EvidenceTest, Linger_HoldsAllThatWasOfInterestInTheLastStep) {
 }
 
 TEST(EvidenceTest, Linger_EndsWithTheNextThingOfInterest) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.presses.push_back(press(10.0, 10.2, 400, 300));
     scene.presses.push_back(press(13.0, 13.2, 400, 300));
     const auto list = of(scene, EvidenceKind::Linger);
@@ -399,7 +389,7 @@ TEST(EvidenceTest, Linger_EndsWithTheNextThingOfInterest) {
 
 TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheSecondsBefore_IfAReadableFrameHoldsIt) {
     const auto lasting = [](double seconds, double x) {
-        camera::Scene scene = quiet();
+        camera::Scene scene = emptyScene(60.0);
         scene.presses.push_back(press(seconds, seconds, x, 300));
         scene.presses.push_back(press(20.0, 20.0, 400, 300));
         return of(scene, EvidenceKind::Linger).back().rect;
@@ -413,7 +403,7 @@ TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheSecondsBefore_IfAReadableFrameHol
 }
 
 TEST(EvidenceTest, Cursor_CountsWhileItMovesAndLessWhileItRests) {
-    camera::Scene scene = quiet();
+    camera::Scene scene = emptyScene(60.0);
     scene.cursor.assign(241, {true, false, 400, 300});
     scene.cursor[100].isNew = true;
     const auto list = of(scene, EvidenceKind::Cursor);

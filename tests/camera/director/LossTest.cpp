@@ -4,40 +4,31 @@
 
 #include <gtest/gtest.h>
 
+#include "EmptyScene.h"
+
 namespace OrvantaNS::testing {
 namespace {
 
 using namespace camera;
 
-/// A scene of two steps of a quarter second on 1280 by 800.
-camera::Scene twoSteps() {
-    camera::Scene scene;
-    scene.width = 1280;
-    scene.height = 800;
-    scene.length = 0.5;
-    scene.steps = 2;
-    scene.changeEnds.assign(2, 0);
-    return scene;
-}
-
 const FrameShape kShape(640, 400, 1280, 800, 0.75, false);
 
 TEST(LossTest, FrameThatHoldsAllAtAReadableZoom_LosesNothing) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const LossTable table(scene, kShape, {}, {{EvidenceKind::Press, 0, 2, {100, 100, 200, 150}, 0.5}});
     EXPECT_EQ(table.loss({0, 0, 640, 400}, 0, 2), 0.0);
     EXPECT_EQ(table.weightOf(0), 0.5);
 }
 
 TEST(LossTest, FrameThatHoldsNothing_LosesTheWeightForEverySecond) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const LossTable table(scene, kShape, {}, {{EvidenceKind::Press, 0, 1, {100, 100, 200, 150}, 0.5}});
     EXPECT_EQ(table.loss({640, 400, 1280, 800}, 0, 1), 0.125);
     EXPECT_EQ(table.loss({640, 400, 1280, 800}, 1, 2), 0.0);
 }
 
 TEST(LossTest, WeightsOfACrowdedStep_AddUpToOne) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const LossTable table(scene, kShape, {},
                           {{EvidenceKind::Press, 0, 2, {100, 100, 200, 150}, 3.0},
                            {EvidenceKind::Press, 0, 1, {1100, 700, 1200, 750}, 1.0}});
@@ -47,7 +38,7 @@ TEST(LossTest, WeightsOfACrowdedStep_AddUpToOne) {
 }
 
 TEST(LossTest, CroppedThing_LosesFasterThanItsShare) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     DirectorWeights weights;
     weights.cropSmall = 4.0;
     const LossTable table(scene, kShape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0}});
@@ -59,7 +50,7 @@ TEST(LossTest, CroppedThing_LosesFasterThanItsShare) {
 }
 
 TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     DirectorWeights weights;
     weights.unread = 0.8;
     weights.unreadStep = 0.5;
@@ -71,7 +62,7 @@ TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
 }
 
 TEST(LossTest, AHairBelowTheReadableZoom_LosesTheStepInProportion) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     DirectorWeights weights;
     weights.unread = 1.0;
     weights.unreadStep = 1.0;
@@ -82,7 +73,7 @@ TEST(LossTest, AHairBelowTheReadableZoom_LosesTheStepInProportion) {
 }
 
 TEST(LossTest, BeyondTheEndOfTheSlope_LosesAllAndNoMore) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     DirectorWeights weights;
     weights.unread = 1.6;
     weights.unreadStep = 0.5;
@@ -93,7 +84,7 @@ TEST(LossTest, BeyondTheEndOfTheSlope_LosesAllAndNoMore) {
 }
 
 TEST(LossTest, WindowThatNoReadableFrameHolds_IsReadAtTheLargestZoomThatHoldsIt) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     // 1100 columns fit at 0.582; the frame of 1280 shows it a little smaller, that of 1112 does not.
     const LossTable table(scene, kShape, {}, {{EvidenceKind::Page, 0, 1, {0, 0, 1100, 600}, 1.0}});
     EXPECT_EQ(table.loss({0, 0, 1112, 695}, 0, 1), 0.0);
@@ -101,7 +92,7 @@ TEST(LossTest, WindowThatNoReadableFrameHolds_IsReadAtTheLargestZoomThatHoldsIt)
 }
 
 TEST(LossTest, CroppedWindow_LosesFasterStill) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     DirectorWeights weights;
     weights.cropWindow = 10.0;
     const LossTable table(scene, kShape, weights, {{EvidenceKind::SmallWindow, 0, 1, {600, 100, 700, 200}, 1.0}});
@@ -122,7 +113,7 @@ DirectorWeights halfUnread() {
 }
 
 TEST(LossTest, LargeWindow_LosesLessBySmallnessThanItsParts) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     // 640 columns would be readable in whole; the frame of 1280 shows them at half the output's size.
     const RealRect window{0, 0, 600, 350};
     const LossTable whole(scene, kShape, halfUnread(), {{EvidenceKind::Page, 0, 1, window, 1.0}});
@@ -132,7 +123,7 @@ TEST(LossTest, LargeWindow_LosesLessBySmallnessThanItsParts) {
 }
 
 TEST(LossTest, LargeWindowThatOpens_TakesItsShareOfWhatItsPartsAskToBeRead) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const RealRect window{0, 0, 1200, 780}; // no frame tighter than the whole screen holds it
     const RealRect field{100, 100, 200, 150};
     const RealRect screen{0, 0, 1280, 800};
@@ -146,7 +137,7 @@ TEST(LossTest, LargeWindowThatOpens_TakesItsShareOfWhatItsPartsAskToBeRead) {
 }
 
 TEST(LossTest, SmallWindowThatOpens_LeavesItsPartsTheirReading) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const LossTable table(scene, kShape, halfUnread(),
                           {{EvidenceKind::WindowOpens, 0, 1, {90, 90, 210, 160}, 3.0},
                            {EvidenceKind::Press, 0, 1, {100, 100, 200, 150}, 2.0}});
@@ -154,14 +145,14 @@ TEST(LossTest, SmallWindowThatOpens_LeavesItsPartsTheirReading) {
 }
 
 TEST(LossTest, LargeChange_IsSeenInAReadableFrameFullOfIt) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const FrameShape shape(640, 400, 1280, 800, 0.8, false);
     const LossTable table(scene, shape, {}, {{EvidenceKind::Change, 0, 1, {0, 0, 1280, 800}, 1.0}});
     EXPECT_EQ(table.loss({100, 100, 900, 600}, 0, 1), 0.0);
 }
 
 TEST(LossTest, LargeChangeInPortrait_IsReadWhereAFrameHoldsALine) {
-    camera::Scene scene = twoSteps();
+    camera::Scene scene = emptyScene(0.25);
     scene.width = 2560;
     scene.height = 1600;
     // A readable frame is 480 wide and 853 high; a square of its area, 640.
@@ -172,7 +163,7 @@ TEST(LossTest, LargeChangeInPortrait_IsReadWhereAFrameHoldsALine) {
 }
 
 TEST(LossTest, LargeChange_IsNotReadByShowingItWhole) {
-    const camera::Scene scene = twoSteps();
+    const camera::Scene scene = emptyScene(0.25);
     const LossTable table(scene, kShape, halfUnread(), {{EvidenceKind::Change, 0, 1, {0, 0, 1280, 800}, 1.0}});
     EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.5, 1e-12);
 }
