@@ -133,7 +133,7 @@ private:
             } else if (open[button]) {
                 ScenePress& press = scene_.presses[*open[button]];
                 const double release = seconds(action.time);
-                if (release >= press.seconds && release - press.seconds < kLongestHold) {
+                if (release >= press.seconds && release - press.seconds <= kLongestHold) {
                     press.release = release;
                     for (std::size_t i = sampleAt(openTicks[button]); i <= sampleAt(action.time); ++i) {
                         const double x = local(samples[i].x, region_.left) + 0.5;
