@@ -56,9 +56,23 @@ TEST(CameraEasingTest, At_Ends_AreExact) {
     EXPECT_NEAR(CameraEasing().at(1 - 1e-12), 1.0, 1e-11);
 }
 
+TEST(CameraEasingTest, At_EndsOfCurvesThatAreFlatThere_AreExact) {
+    // Here x is 1 - (1 - s)^3 or s^3, which is 1 or 0 to a double while y is still far from it.
+    EXPECT_EQ(CameraEasing(1, 0, 1, 10).at(1.0), 1.0);
+    EXPECT_EQ(CameraEasing(0, 10, 0, 0).at(0.0), 0.0);
+}
+
 TEST(CameraEasingTest, At_StraightLine_IsTheTimeItself) {
-    EXPECT_EQ(CameraEasing::linear().at(0.3), 0.3);
-    EXPECT_EQ(CameraEasing(0.2, 0.2, 0.9, 0.9).at(0.7), 0.7);
+    for (int i = 0; i <= 1000; ++i) {
+        EXPECT_EQ(CameraEasing::linear().at(i / 1000.0), i / 1000.0);
+        EXPECT_EQ(CameraEasing(0.2, 0.2, 0.9, 0.9).at(i / 1000.0), i / 1000.0);
+    }
+}
+
+// At s = 1/2, x and y are three eighths of the points' and an eighth.
+TEST(CameraEasingTest, At_OneControlPointOffTheLine_IsACurve) {
+    EXPECT_NEAR(CameraEasing(0.5, 0, 0.75, 0.75).at(0.59375), 0.40625, 1e-12);
+    EXPECT_NEAR(CameraEasing(0.25, 0.25, 0.5, 1).at(0.40625), 0.59375, 1e-12);
 }
 
 TEST(CameraEasingTest, At_SymmetricCurve_IsHalfWayAtHalfTime) {
@@ -113,15 +127,26 @@ TEST(CameraEasingTest, At_YWithinTheUnit_NeverFalls) {
 }
 
 TEST(CameraEasingTest, ControlPoints_OutOfRange_AreRefused) {
-    EXPECT_NO_THROW(CameraEasing(0, -10, 1, 10));
-    EXPECT_THROW(CameraEasing(-0.001, 0, 1, 1), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(0, 0, 1.001, 1), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(0, -10.001, 1, 1), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(0, 0, 1, 10.001), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(kNaN, 0, 1, 1), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(0, kNaN, 1, 1), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(0, 0, kInfinity, 1), std::invalid_argument);
-    EXPECT_THROW(CameraEasing(0, 0, 1, -kInfinity), std::invalid_argument);
+    const auto isRefused = [](std::size_t number, double value) {
+        double numbers[4] = {0.5, 0.5, 0.5, 0.5};
+        numbers[number] = value;
+        try {
+            const CameraEasing easing(numbers[0], numbers[1], numbers[2], numbers[3]);
+        } catch (const std::invalid_argument&) {
+            return true;
+        }
+        return false;
+    };
+    for (const std::size_t number : {0u, 1u, 2u, 3u}) {
+        const bool isX = number % 2 == 0;
+        const double low = isX ? 0.0 : -10.0;
+        const double high = isX ? 1.0 : 10.0;
+        EXPECT_FALSE(isRefused(number, low)) << number;
+        EXPECT_FALSE(isRefused(number, high)) << number;
+        for (const double bad : {low - 0.001, high + 0.001, kNaN, kInfinity, -kInfinity}) {
+            EXPECT_TRUE(isRefused(number, bad)) << number << " " << bad;
+        }
+    }
 }
 
 } // namespace
