@@ -107,6 +107,15 @@ TEST(CameraEasingTest, At_PointsOfTheCurve_AreFound) {
     }
 }
 
+// With its x at a third and two thirds a curve's parameter is the time itself.
+TEST(CameraEasingTest, At_CurveOfEvenPace_IsFoundToTheLastDigits) {
+    const CameraEasing easing(1 / 3.0, 2, 2 / 3.0, -1);
+    for (int i = 1; i < 1000; ++i) {
+        EXPECT_NEAR(easing.at(i / 1000.0), curve(2, -1, i / 1000.0), 3e-15) << i;
+        EXPECT_NEAR(easing.at(1 - i / 1e6), curve(2, -1, 1 - i / 1e6), 3e-15) << i;
+    }
+}
+
 TEST(CameraEasingTest, At_YWithinTheUnit_NeverFalls) {
     const std::uint64_t seed = 7;
     Random random(seed);

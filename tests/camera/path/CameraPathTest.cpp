@@ -175,6 +175,54 @@ TEST(CameraPathTest, Move_IntoAnOverhang_IsCentredFromWhereItNoLongerFits) {
     EXPECT_EQ(path.frameAt(1100), path.wholeFrame());
 }
 
+// In neither dimension at the edge, where every way would lead to the same place. Left is straight: 600 of 2000 - 250.
+TEST(CameraPathTest, Move_BetweenAnOverhangAndTheMiddle_GoesTheSameWayThereAndBack) {
+    CameraSetup setup = square();
+    setup.region = rect(0, 0, 2000, 1000);
+    const CameraPath path({{0, rect(600, 300, 250, 250)}, {1000, rect(0, 0, 2000, 1000)}}, setup);
+    for (const long long tick : {0LL, 10LL, 33LL, 34LL, 50LL, 90LL, 100LL}) {
+        const double size = 2000 * std::pow(8, -static_cast<double>(tick) / 100);
+        const double top = size > 1000 ? (1000 - size) / 2 : 300 * (1000 - size) / (1000 - 250);
+        expectFrame(path.frameAt(tick), 600 * (2000 - size) / (2000 - 250), top, size, size);
+        expectFrame(path.frameAt(1100 - tick), 600 * (2000 - size) / (2000 - 250), top, size, size);
+    }
+}
+
+TEST(CameraPathTest, Easing_ThatDrawsBackFromAFrameThatJustFits_StaysCentred) {
+    CameraSetup setup = square();
+    setup.region = rect(0, 0, 2000, 1000);
+    setup.easing = CameraEasing(0.3, -0.5, 0.7, 1);
+    const CameraPath path({{0, rect(500, 0, 1000, 1000)}, {1000, rect(0, 0, 2000, 1000)}}, setup);
+    const CameraFrame frame = path.frameAt(1010);
+    const double size = 1000 * std::pow(2, setup.easing.at(0.1));
+    EXPECT_LT(size, 990);
+    expectFrame(frame, 500 * (2000 - size) / (2000 - 1000), (1000 - size) / 2, size, size);
+}
+
+TEST(CameraPathTest, Easing_ThatOvershoots_ZoomsFurtherThanItsEnd) {
+    CameraSetup setup = square();
+    setup.easing = CameraEasing(0.3, 0, 0.4, 2.5);
+    const CameraPath path({{0, rect(300, 300, 400, 400)}}, setup);
+    double closest = 1000;
+    for (long long tick = 0; tick < 100; ++tick) {
+        const double width = path.frameAt(tick).width;
+        EXPECT_NEAR(width, 1000 * std::pow(0.4, setup.easing.at(static_cast<double>(tick) / 100)), 1e-9);
+        closest = std::min(closest, width);
+    }
+    EXPECT_LT(closest, 300);
+}
+
+// The progress of the last tick rounds to 1.
+TEST(CameraPathTest, Size_AtTheLastTickOfAnEndlessMove_IsNotBeyondItsEnd) {
+    CameraSetup setup = square();
+    setup.fadeDuration = 100000000000000000;
+    for (std::int32_t size = 1; size < 1000; ++size) {
+        const CameraPath path({{0, rect(0, 0, size, size)}}, setup);
+        EXPECT_GE(path.frameAt(setup.fadeDuration - 1).width, size);
+        EXPECT_GE(path.frameAt(setup.fadeDuration - 1).height, size);
+    }
+}
+
 TEST(CameraPathTest, Keyframe_DuringAMove_StartsFromWhereTheCameraIs) {
     const CameraPath path({{0, rect(750, 0, 250, 250)}, {50, rect(0, 0, 1000, 1000)}}, square());
     expectFrame(path.frameAt(50), 500, 0, 500, 500);
@@ -268,6 +316,17 @@ TEST(CameraPathTest, Seconds_OfAWholeTick_AreThatTick) {
     }
 }
 
+// A second a tick and no fade: doubles below 2 are 2^-52 apart, and seven of them are within 2 times 2^-50.
+TEST(CameraPathTest, Seconds_AreAWholeTickWithinFourRoundings) {
+    CameraSetup setup = square();
+    setup.timeScale = 1;
+    setup.fadeDuration = 0;
+    const CameraPath path({{2, rect(300, 200, 400, 400)}}, setup);
+    const double rounding = std::numeric_limits<double>::epsilon();
+    EXPECT_EQ(path.frameAtSeconds(2 - 7 * rounding), path.frameAt(2));
+    EXPECT_EQ(path.frameAtSeconds(2 - 8 * rounding), path.wholeFrame());
+}
+
 TEST(CameraPathTest, Batches_GiveTheFramesInTheOrderAsked) {
     const CameraPath path({{500, rect(750, 0, 250, 250)}}, square());
     const std::vector<long long> ticks{550, 0, 10000, 510};
@@ -297,7 +356,11 @@ TEST(CameraPathTest, Setup_OutOfRange_IsRefused) {
     };
     EXPECT_THAT(refusal([](CameraSetup& s) { s.region = {}; }), HasSubstr("region"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.region = {10, 0, 0, 10}; }), HasSubstr("region"));
+    EXPECT_THAT(refusal([](CameraSetup& s) { s.region = {0, 10, 10, 0}; }), HasSubstr("region"));
+    EXPECT_THAT(refusal([](CameraSetup& s) { s.region = {0, 10, 5, 5}; }), HasSubstr("region"));
+    EXPECT_EQ(refusal([](CameraSetup& s) { s.region = {7, 8, 5, 6}; }), "no std::invalid_argument");
     EXPECT_THAT(refusal([](CameraSetup& s) { s.targetWidth = 0; }), HasSubstr("target"));
+    EXPECT_THAT(refusal([](CameraSetup& s) { s.targetHeight = 0; }), HasSubstr("target"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.targetHeight = -1; }), HasSubstr("target"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.timeScale = 0; }), HasSubstr("time scale"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.timeScale = -5; }), HasSubstr("time scale"));
