@@ -38,7 +38,7 @@ bool isExcused(const Scene& scene, const FrameShape& shape, std::size_t index, d
                std::abs(other.y - press.y) > shape.heightOf(shape.widest()) - 4.0;
     };
     const std::size_t first = index > kMostNeighbours ? index - kMostNeighbours : 0;
-    const std::size_t last = std::min(scene.presses.size(), index + kMostNeighbours);
+    const std::size_t last = std::min(scene.presses.size(), index + 1 + kMostNeighbours);
     for (std::size_t i = index; i-- > first && press.seconds - scene.presses[i].seconds <= reach;) {
         if (conflicts(scene.presses[i])) {
             return true;

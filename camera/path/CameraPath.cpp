@@ -137,8 +137,6 @@ CameraPath::CameraPath(const std::vector<OV_TIME_RECT>& keyframes, const CameraS
     regionHeight_ = toDouble(region.height);
     // A region may be wider than a rectangle can tell in 32 bits from 0, so its own edges make the whole frame.
     whole_ = frameOf(setup.region);
-    whole_.left = placed(0.0, whole_.width, regionWidth_);
-    whole_.top = placed(0.0, whole_.height, regionHeight_);
 
     for (std::size_t i = 0; i < keyframes.size(); ++i) {
         const Sides sides = sidesOf(keyframes[i].rect);
@@ -185,7 +183,7 @@ CameraFrame CameraPath::frameAtSeconds(double seconds) const {
         return frameAt(std::numeric_limits<long long>::lowest());
     }
     const double nearest = std::round(ticks);
-    if (std::fabs(ticks - nearest) <= std::fabs(ticks) * kSecondsRounding && nearest < kBeyondTicks) {
+    if (std::fabs(ticks - nearest) <= std::fabs(ticks) * kSecondsRounding) {
         return frameAt(static_cast<long long>(nearest));
     }
     // What is no whole tick lies within 2^53 of 0, so every tick around it is an exact double.

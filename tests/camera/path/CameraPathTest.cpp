@@ -199,6 +199,17 @@ TEST(CameraPathTest, Easing_ThatDrawsBackFromAFrameThatJustFits_StaysCentred) {
     expectFrame(frame, 500 * (2000 - size) / (2000 - 1000), (1000 - size) / 2, size, size);
 }
 
+TEST(CameraPathTest, Easing_ThatOvershootsAFrameThatJustFits_StaysCentred) {
+    CameraSetup setup = square();
+    setup.region = rect(0, 0, 2000, 1000);
+    setup.easing = CameraEasing(0.3, 0, 0.4, 2.5);
+    const CameraPath path({{0, rect(500, 0, 1000, 1000)}}, setup);
+    const CameraFrame frame = path.frameAt(60);
+    const double size = 2000 * std::pow(0.5, setup.easing.at(0.6));
+    EXPECT_LT(size, 990);
+    expectFrame(frame, 500 * (2000 - size) / (2000 - 1000), (1000 - size) / 2, size, size);
+}
+
 TEST(CameraPathTest, Easing_ThatOvershoots_ZoomsFurtherThanItsEnd) {
     CameraSetup setup = square();
     setup.easing = CameraEasing(0.3, 0, 0.4, 2.5);
@@ -212,14 +223,19 @@ TEST(CameraPathTest, Easing_ThatOvershoots_ZoomsFurtherThanItsEnd) {
     EXPECT_LT(closest, 300);
 }
 
-// The progress of the last tick rounds to 1.
-TEST(CameraPathTest, Size_AtTheLastTickOfAnEndlessMove_IsNotBeyondItsEnd) {
+// A thousand million millionth before the end, where the rounding of a size is larger than what is left of the way.
+TEST(CameraPathTest, Size_AtTheLastTickOfALongMove_IsNotBeyondItsEnd) {
     CameraSetup setup = square();
-    setup.fadeDuration = 100000000000000000;
-    for (std::int32_t size = 1; size < 1000; ++size) {
-        const CameraPath path({{0, rect(0, 0, size, size)}}, setup);
-        EXPECT_GE(path.frameAt(setup.fadeDuration - 1).width, size);
-        EXPECT_GE(path.frameAt(setup.fadeDuration - 1).height, size);
+    setup.fadeDuration = 1000000000000000;
+    // With the curve the progress is 1 to a double, on the line it is not.
+    for (const CameraEasing& easing : {CameraEasing::easeInOut(), CameraEasing::linear()}) {
+        setup.easing = easing;
+        for (std::int32_t size = 1; size < 1000; ++size) {
+            const long long later = 2 * setup.fadeDuration;
+            const CameraPath path({{0, rect(0, 0, size, size)}, {later, rect(0, 0, 1000, 1000)}}, setup);
+            EXPECT_GE(path.frameAt(setup.fadeDuration - 1).width, size);
+            EXPECT_LE(path.frameAt(later + setup.fadeDuration - 1).width, 1000);
+        }
     }
 }
 
@@ -359,6 +375,7 @@ TEST(CameraPathTest, Setup_OutOfRange_IsRefused) {
     EXPECT_THAT(refusal([](CameraSetup& s) { s.region = {0, 10, 10, 0}; }), HasSubstr("region"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.region = {0, 10, 5, 5}; }), HasSubstr("region"));
     EXPECT_EQ(refusal([](CameraSetup& s) { s.region = {7, 8, 5, 6}; }), "no std::invalid_argument");
+    EXPECT_EQ(refusal([](CameraSetup& s) { s.targetWidth = s.targetHeight = 1; }), "no std::invalid_argument");
     EXPECT_THAT(refusal([](CameraSetup& s) { s.targetWidth = 0; }), HasSubstr("target"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.targetHeight = 0; }), HasSubstr("target"));
     EXPECT_THAT(refusal([](CameraSetup& s) { s.targetHeight = -1; }), HasSubstr("target"));
@@ -373,6 +390,10 @@ TEST(CameraPathTest, Keyframe_WithoutPixels_IsRefusedByNumberAndTick) {
     const std::vector<OV_TIME_RECT> keyframes{{5, rect(0, 0, 10, 10)}, {77, {10, 10, 0, 10}}};
     EXPECT_EQ(messageOf([&] { CameraPath(keyframes, square()); }),
               "camera path: the rectangle of keyframe 1 at tick 77 covers no pixel");
+    EXPECT_EQ(messageOf([] {
+                  CameraPath({{-4, {0, 10, 10, 0}}}, square());
+              }),
+              "camera path: the rectangle of keyframe 0 at tick -4 covers no pixel");
     EXPECT_EQ(messageOf([] {
                   CameraPath({}, square()).frameOf({0, 10, 10, 0});
               }),
