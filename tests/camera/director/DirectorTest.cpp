@@ -186,6 +186,195 @@ TEST(DirectorTest, Regions_ThatChange_ArePlannedOneAfterTheOther) {
     EXPECT_EQ(list[1].rect, box(1280, 100, 1000, 625));
 }
 
+TEST(DirectorTest, Request_AtTheEndsOfItsRanges_IsAnswered) {
+    EXPECT_EQ(codeOf(recording().target(64, 64)), 0);
+    EXPECT_EQ(codeOf(recording().target(1280, 799)), 0);
+    EXPECT_EQ(codeOf(recording().target(1279, 800)), 0);
+    EXPECT_EQ(codeOf(recording().target(1281, 801)), OVERR_TARGET_TOO_LARGE);
+    // 64 by 64 pixels, whatever their shape.
+    EXPECT_EQ(codeOf(recording(32, 128).target(64, 64)), 0);
+    EXPECT_EQ(codeOf(recording(31, 132).target(64, 64)), OVERR_BAD_REGION);
+    EXPECT_EQ(codeOf(recording(4096, 1).target(64, 64)), 0);
+    EXPECT_EQ(codeOf(recording(4095, 1).target(64, 64)), OVERR_BAD_REGION);
+    // A side that 32 bits do not hold.
+    constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::lowest();
+    constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+    Params wide = recording().params();
+    wide.recordingRegions().front().rect = {kLowest, kHighest, 0, 800};
+    EXPECT_EQ(codeOf(wide), OVERR_BAD_REGION);
+    wide.recordingRegions().front().rect = {0, 1280, kLowest, kHighest};
+    EXPECT_EQ(codeOf(wide), OVERR_BAD_REGION);
+    wide.recordingRegions().front().rect = {-1, kHighest, 0, 800};
+    EXPECT_EQ(codeOf(wide), OVERR_BAD_REGION);
+    wide.recordingRegions().front().rect = {0, kHighest, 0, 800};
+    EXPECT_EQ(codeOf(wide), 0);
+}
+
+// ---- Regions ----
+
+const Rectangle kSecond = box(1280, 100, 1000, 625);
+
+/// Typing in two far corners of a rectangle, for ten seconds each, from a moment on.
+void typeIn(Scene& scene, double time, const Rectangle& where) {
+    for (int i = 0; i < 40; ++i) {
+        scene.caret(time + 0.25 * i, box(where.left + 50 + 3 * i, where.top + 40, 1, 18));
+    }
+    for (int i = 0; i < 40; ++i) {
+        scene.caret(time + 10.0 + 0.25 * i, box(where.right - 200 + 3 * i, where.bottom - 60, 1, 18));
+    }
+}
+
+Rectangle moved(const Rectangle& rect, std::int32_t right, std::int32_t down) {
+    return {rect.left + right, rect.right + right, rect.top + down, rect.bottom + down};
+}
+
+TEST(DirectorTest, Regions_EachIsPlannedAsIfAlone) {
+    Scene scene = recording().region(30.0, kSecond);
+    typeIn(scene, 2.0, kWhole);
+    typeIn(scene, 32.0, kSecond);
+    const DirectorPlan both = OrvantaDirector().plan(scene, nullptr);
+    Params one = scene.params();
+    one.recordingRegions().pop_back();
+    one.setClipInterval(0, 30000);
+    const DirectorPlan first = OrvantaDirector().plan(one, nullptr);
+    Params other = scene.params();
+    other.recordingRegions().erase(other.recordingRegions().begin());
+    other.setClipInterval(30000, 60000);
+    const DirectorPlan second = OrvantaDirector().plan(other, nullptr);
+    ASSERT_GT(first.shots.size(), 1u);
+    ASSERT_GT(second.shots.size(), 1u);
+    EXPECT_NEAR(both.cost, first.cost + second.cost, 1e-9);
+    ASSERT_EQ(both.shots.size(), first.shots.size() + second.shots.size());
+    for (std::size_t i = 0; i < both.shots.size(); ++i) {
+        const bool isSecond = i >= first.shots.size();
+        const DirectorShot& alone = isSecond ? second.shots[i - first.shots.size()] : first.shots[i];
+        const std::int32_t right = isSecond ? 1280 : 0;
+        const std::int32_t down = isSecond ? 100 : 0;
+        EXPECT_EQ(both.shots[i].keyframe.time, alone.keyframe.time);
+        EXPECT_EQ(both.shots[i].keyframe.rect, moved(alone.keyframe.rect, right, down));
+        ASSERT_EQ(both.shots[i].hasRunnerUp, alone.hasRunnerUp);
+        if (alone.hasRunnerUp) {
+            EXPECT_EQ(both.shots[i].runnerUp, moved(alone.runnerUp, right, down));
+        }
+        ASSERT_EQ(both.shots[i].reasons.size(), alone.reasons.size());
+        for (std::size_t k = 0; k < alone.reasons.size(); ++k) {
+            EXPECT_EQ(both.shots[i].reasons[k].rect, moved(alone.reasons[k].rect, right, down));
+        }
+    }
+}
+
+/// The times of the keyframes of a quiet recording with further regions: one for each stretch.
+std::vector<long long> quietTimes(const std::vector<OV_TIME_RECT>& regions, double clipStart = 0.0) {
+    Params params = recording().params();
+    params.recordingRegions().insert(params.recordingRegions().end(), regions.begin(), regions.end());
+    params.setClipInterval(static_cast<long long>(clipStart * 1000), 60000);
+    std::vector<long long> times;
+    for (const OV_TIME_RECT& keyframe : keyframes(params)) {
+        times.push_back(keyframe.time);
+    }
+    return times;
+}
+
+TEST(DirectorTest, Regions_AreThoseOfTheClip_InTheirOrder) {
+    using Times = std::vector<long long>;
+    EXPECT_EQ(quietTimes({{20000, kSecond}, {40000, kWhole}}), (Times{0, 20000, 40000}));
+    // The same again is the same stretch.
+    EXPECT_EQ(quietTimes({{20000, kWhole}, {40000, kSecond}, {50000, kSecond}}), (Times{0, 40000}));
+    // A place that is too small to be shown leaves the camera where it is, and what comes after it begins anew.
+    EXPECT_EQ(quietTimes({{20000, box(0, 0, 63, 65)}, {40000, kSecond}}), (Times{0, 40000}));
+    EXPECT_EQ(quietTimes({{20000, box(0, 0, 64, 64)}, {40000, kSecond}}), (Times{0, 20000, 40000}));
+    EXPECT_EQ(quietTimes({{20000, {}}, {40000, kWhole}}), (Times{0, 40000}));
+    // Before the clip, at its ends, and after it.
+    EXPECT_EQ(quietTimes({{20000, kSecond}}, 30.0), (Times{30000}));
+    EXPECT_EQ(quietTimes({{20000, kSecond}, {25000, kWhole}, {45000, kSecond}}, 30.0), (Times{30000, 45000}));
+    EXPECT_EQ(quietTimes({{60000, kSecond}}), (Times{0}));
+    EXPECT_EQ(quietTimes({{59999, kSecond}}), (Times{0, 59999}));
+    // One that comes too early is passed over.
+    EXPECT_EQ(quietTimes({{40000, kSecond}, {20000, kWhole}, {50000, kSecond}}), (Times{0, 50000}));
+}
+
+TEST(DirectorTest, Opening_OfTheWholeRecording_HasAKeyframeUnlessItIsShownAnyway) {
+    // A page scrolls that fills the screen, and no frame but the whole shows it; then there is typing.
+    const auto scrolled = [](const Rectangle& page) {
+        Scene scene = recording();
+        scene.window(0.0, page);
+        for (int i = 0; i < 40; ++i) {
+            scene.action(0.5 * i, 7).dirty(0.5 * i + 0.1, page);
+        }
+        typeIn(scene, 30.0, page);
+        return scene;
+    };
+    const auto first = keyframes(scrolled(kWhole));
+    EXPECT_GT(first.front().time, 20000);
+    EXPECT_NE(first.front().rect, kWhole);
+    // The second region is there from the start, and the recording that is shown before it is the first.
+    const Rectangle large = box(1280, 100, 1600, 1000);
+    const auto second = keyframes(scrolled(large).region(0.0, large));
+    ASSERT_GE(second.size(), 2u);
+    EXPECT_EQ(second[0].time, 0);
+    EXPECT_EQ(second[0].rect, large);
+}
+
+// ---- Clock and fade ----
+
+TEST(DirectorTest, Keyframes_AreRoundedToTicks) {
+    // Everything happens at whole tenths of a second; keyframes stand at quarters of a second, half a tick rounds up.
+    Scene scene = recording();
+    for (int i = 0; i < 20; ++i) {
+        scene.caret(20.3 + 0.5 * i, box(150 + 3 * i, 140, 1, 18)).caret(40.3 + 0.5 * i, box(1050 + 3 * i, 700, 1, 18));
+    }
+    std::stable_sort(scene.params().caretRects().begin(), scene.params().caretRects().end(),
+                     [](const OV_TIME_RECT& a, const OV_TIME_RECT& b) { return a.time < b.time; });
+    Params coarse = scene.params();
+    for (OV_TIME_RECT& caret : coarse.caretRects()) {
+        caret.time /= 100;
+    }
+    coarse.setTimeScale(10.0).setFadeDuration(10).setClipInterval(0, 600);
+    const auto fine = keyframes(scene);
+    const auto list = keyframes(coarse);
+    ASSERT_GE(fine.size(), 2u);
+    ASSERT_EQ(list.size(), fine.size());
+    for (std::size_t i = 0; i < fine.size(); ++i) {
+        EXPECT_EQ(fine[i].time % 250, 0);
+        EXPECT_EQ(list[i].time, (fine[i].time + 50) / 100);
+        EXPECT_EQ(list[i].rect, fine[i].rect);
+    }
+}
+
+TEST(DirectorTest, Fade_LongerThanHalfAMinute_IsPlannedAsHalfAMinute) {
+    Scene scene = recording().length(300.0);
+    for (int i = 0; i < 400; ++i) {
+        scene.caret(2.0 + 0.25 * i, box(150 + i, 140, 1, 18));
+    }
+    for (int i = 0; i < 400; ++i) {
+        scene.caret(180.0 + 0.25 * i, box(850 + i, 700, 1, 18));
+    }
+    const auto times = [&](double fade) {
+        std::vector<long long> list;
+        for (const OV_TIME_RECT& keyframe : keyframes(Scene(scene).fade(fade))) {
+            list.push_back(keyframe.time);
+        }
+        return list;
+    };
+    ASSERT_GT(times(30.0).size(), 1u);
+    EXPECT_EQ(times(1000.0), times(30.0));
+    EXPECT_NE(times(29.0), times(30.0));
+    EXPECT_EQ(times(-5.0), times(0.0));
+}
+
+TEST(DirectorTest, Progress_OfStretches_IsThatOfTheClip) {
+    Scene scene = recording().region(30.0, kSecond);
+    scene.params().setClipInterval(20000, 60000);
+    RecordingReporter reporter;
+    OrvantaDirector().calcOrvantaKeyframes(scene, &reporter);
+    const std::vector<double>& percents = reporter.percents;
+    EXPECT_EQ(percents.front(), 0.0);
+    EXPECT_EQ(percents.back(), 100.0);
+    // The first of the two stretches ends after a quarter of the clip, where the second begins.
+    EXPECT_EQ(std::count(percents.begin(), percents.end(), 25.0), 3);
+    EXPECT_TRUE(std::is_sorted(percents.begin(), percents.end()));
+}
+
 TEST(DirectorTest, Overhang_Portrait_MayShowAllOfAWideWindow) {
     Scene scene = recording().target(360, 640);
     for (int i = 0; i < 500; ++i) {
