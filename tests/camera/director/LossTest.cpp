@@ -136,6 +136,94 @@ TEST(LossTest, LargeWindowThatOpens_TakesItsShareOfWhatItsPartsAskToBeRead) {
     EXPECT_NEAR(table.loss(screen, 1, 2), 0.25 * 0.5, 1e-12);
 }
 
+TEST(LossTest, WindowThatOpens_TakesMoreTheLessOfItCanBeRead) {
+    const camera::Scene scene = emptyScene(0.25);
+    // With a little room, 0.97 of the frame, it fits at a zoom of 0.15 octaves below the readable one: half of what makes it
+    // large.
+    const double wide = 0.97 * 640 / 0.75 * std::exp2(0.15);
+    const auto losses = [&](double wholeAsks, const std::vector<Evidence>& more) {
+        DirectorWeights weights = halfUnread();
+        weights.wholeAsks = wholeAsks;
+        std::vector<Evidence> evidence{{EvidenceKind::WindowOpens, 0, 1, {0, 0, wide, 300}, 3.0},
+                                       {EvidenceKind::Press, 0, 1, {100, 100, 200, 150}, 2.0}};
+        evidence.insert(evidence.end(), more.begin(), more.end());
+        return LossTable(scene, kShape, weights, evidence).loss({0, 0, 1280, 800}, 0, 1);
+    };
+    // Half of its 0.6 leaves the press 0.7 of its reading. The window loses 0.4 of its own.
+    const double window = 0.6 * 0.4 * 0.5;
+    EXPECT_NEAR(losses(1.0, {}), 0.25 * (window + 0.4 * 0.7 * 0.5), 1e-9);
+    EXPECT_NEAR(losses(2.0, {}), 0.25 * (window + 0.4 * 0.4 * 0.5), 1e-9);
+    EXPECT_NEAR(losses(4.0, {}), 0.25 * window, 1e-9);
+    // Two that open do not add up: each has 3 of 8, of which the half is taken.
+    EXPECT_NEAR(losses(1.0, {{EvidenceKind::WindowOpens, 0, 1, {0, 0, wide, 300}, 3.0}}),
+                0.25 * (2 * 3 / 8.0 * 0.4 * 0.5 + 2 / 8.0 * (1 - 3 / 16.0) * 0.5), 1e-9);
+}
+
+TEST(LossTest, Kinds_AreCroppedAndReadEachInItsWay) {
+    DirectorWeights weights;
+    weights.cropSmall = 2.0;
+    weights.cropLarge = 3.0;
+    weights.cropWindow = 5.0;
+    const auto weighed = [&](EvidenceKind kind) {
+        const LossTable table(emptyScene(0.25), kShape, weights, {{kind, 0, 1, {0, 0, 100, 100}, 0.25}});
+        return table.piece(0);
+    };
+    for (const EvidenceKind kind : {EvidenceKind::Press, EvidenceKind::Drag}) {
+        EXPECT_EQ(weighed(kind).crop, 2.0);
+        EXPECT_FALSE(weighed(kind).isWhole);
+    }
+    for (const EvidenceKind kind : {EvidenceKind::Typing, EvidenceKind::Change}) {
+        EXPECT_EQ(weighed(kind).crop, 3.0);
+        EXPECT_FALSE(weighed(kind).isWhole);
+    }
+    for (const EvidenceKind kind : {EvidenceKind::WindowOpens, EvidenceKind::Page}) {
+        EXPECT_EQ(weighed(kind).crop, 5.0);
+        EXPECT_TRUE(weighed(kind).isWhole);
+    }
+    EXPECT_EQ(weighed(EvidenceKind::SmallWindow).crop, 5.0);
+    EXPECT_FALSE(weighed(EvidenceKind::SmallWindow).isWhole);
+    EXPECT_EQ(weighed(EvidenceKind::Press).weight, 0.25);
+}
+
+TEST(LossTest, ThingLargerThanAnyFrame_IsSeenAsFarAsAFrameCan) {
+    // The largest frame is 450 by 800.
+    const FrameShape portrait(360, 640, 1280, 800, 0.9, false);
+    DirectorWeights weights;
+    weights.cropWindow = 1.0;
+    const LossTable table(emptyScene(0.25), portrait, weights, {{EvidenceKind::Page, 0, 1, {0, 0, 1280, 800}, 1.0}});
+    const Weighed& page = table.piece(0);
+    EXPECT_NEAR(LossTable::sight({100, 0, 550, 800}, page), 1.0, 1e-12);
+    EXPECT_NEAR(LossTable::sight({100, 0, 325, 400}, page), 0.25, 1e-12);
+    // It is as readable as it can be in the largest frame: at 0.8.
+    EXPECT_NEAR(page.needed, std::log2(0.8), 1e-8);
+}
+
+TEST(LossTest, Sight_OfWhatLiesBesideTheFrame_IsNone) {
+    const LossTable table(emptyScene(0.25), kShape, {}, {{EvidenceKind::Press, 0, 1, {600, 300, 700, 400}, 1.0}});
+    const Weighed& item = table.piece(0);
+    for (const RealRect& frame : std::vector<RealRect>{
+             {0, 0, 600, 375}, {700, 400, 1340, 800}, {0, 0, 640, 300}, {0, 400, 640, 800}, {700, 0, 1340, 400}}) {
+        EXPECT_EQ(LossTable::sight(frame, item), 0.0);
+    }
+    EXPECT_EQ(LossTable::sight({600, 300, 700, 400}, item), 1.0);
+}
+
+TEST(LossTest, Table_ListsTheEvidenceOfEachStepInItsOrder) {
+    const LossTable table(emptyScene(0.75), kShape, {},
+                          {{EvidenceKind::Press, 1, 4, {0, 0, 10, 10}, 0.5},
+                           {EvidenceKind::Press, 0, 2, {0, 0, 10, 10}, 0.25},
+                           {EvidenceKind::Press, 3, 3, {0, 0, 10, 10}, 8.0}});
+    const auto of = [&](std::int32_t step) { return std::vector<std::uint32_t>(table.begin(step), table.end(step)); };
+    EXPECT_EQ(of(0), (std::vector<std::uint32_t>{1}));
+    EXPECT_EQ(of(1), (std::vector<std::uint32_t>{0, 1}));
+    EXPECT_EQ(of(2), (std::vector<std::uint32_t>{0}));
+    EXPECT_EQ(of(3), (std::vector<std::uint32_t>{0}));
+    EXPECT_EQ(table.weightOf(0), 0.25);
+    EXPECT_EQ(table.weightOf(1), 0.75);
+    EXPECT_EQ(table.scale(1), 1.0);
+    EXPECT_EQ(table.stepSeconds(), 0.25);
+}
+
 TEST(LossTest, SmallWindowThatOpens_LeavesItsPartsTheirReading) {
     const camera::Scene scene = emptyScene(0.25);
     const LossTable table(scene, kShape, halfUnread(),
