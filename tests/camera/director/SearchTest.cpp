@@ -135,6 +135,33 @@ TEST(SearchTest, CheapestPlan_SmallWorlds_EqualsTheBestOfAllPlans) {
     EXPECT_GT(withMoves, 40); // the worlds ask something of the search
 }
 
+TEST(SearchTest, CheapestPlan_MorePressesInAMoveThanHaveABit_EqualsTheBestOfAllPlans) {
+    int withMoves = 0;
+    for (std::uint64_t seed = 1; seed <= 30; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        World world(seed);
+        Random random(seed + 1000);
+        // Up to the middle of the time presses fall into one frame, and then into another, where no frame holds both.
+        world.candidates = {{world.shape.frame(60, 80, 96), 0, world.rules.steps},
+                            {world.shape.frame(196, 80, 96), 0, world.rules.steps}};
+        world.rules.presses.clear();
+        for (std::int32_t step = 0; step < world.rules.steps; ++step) {
+            // About 64 in the steps of one move, more and less.
+            const int count = random.range(31, 34) * 2 / world.rules.moveSteps;
+            for (int i = 0; i < count; ++i) {
+                const double x = random.range(0, 60) + (step * 2 < world.rules.steps ? 30.5 : 166.5);
+                const double y = random.range(55, 105) + 0.5;
+                world.rules.presses.push_back({step, x, y, random.real(3.5, 6.0)});
+            }
+            world.rules.pressEnds[static_cast<std::size_t>(step)] = world.rules.presses.size();
+        }
+        const std::vector<PlanShot> plan = cheapestPlan(world.rules, world.candidates, {});
+        EXPECT_NEAR(planCost(world.rules, plan), cheapestOfAll(world), 1e-9);
+        withMoves += plan.size() > 1 ? 1 : 0;
+    }
+    EXPECT_GT(withMoves, 20);
+}
+
 TEST(SearchTest, CheapestPlan_CalmerRules_NeverSpendMoreOnMoves) {
     for (std::uint64_t seed = 1; seed <= 400; ++seed) {
         SCOPED_TRACE(::testing::Message() << "seed " << seed);

@@ -138,8 +138,13 @@ TEST(CameraWishesTest, WishesOutOfRange_AreRefusedByName) {
     CameraWishes wishes;
     wishes.pins = {{{0, 10}, {0, 10, 0, 10}}, {{10, 10}, {0, 10, 0, 10}}};
     EXPECT_EQ(refusal(wishes), "wishes: pin 1 must stop after it starts");
-    wishes.pins = {{{0, 10}, {10, 10, 0, 10}}};
-    EXPECT_EQ(refusal(wishes), "wishes: the rectangle of pin 0 covers no pixel");
+    for (const Rectangle& none :
+         std::vector<Rectangle>{{10, 10, 0, 10}, {0, 10, 10, 10}, {10, 9, 0, 10}, {0, 10, 5, 4}}) {
+        wishes.pins = {{{0, 10}, none}};
+        EXPECT_EQ(refusal(wishes), "wishes: the rectangle of pin 0 covers no pixel");
+    }
+    wishes.pins = {{{0, 1}, {0, 1, 0, 1}}};
+    EXPECT_EQ(refusal(wishes), "no std::invalid_argument");
     wishes = {};
     wishes.whole = {{5, 4}};
     EXPECT_EQ(refusal(wishes), "wishes: stretch on the whole 0 must stop after it starts");
