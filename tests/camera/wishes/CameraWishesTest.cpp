@@ -151,6 +151,8 @@ TEST(CameraWishesTest, WishesOutOfRange_AreRefusedByName) {
     wishes = {};
     wishes.keepOut = {{5, 6}, {5, 5}};
     EXPECT_EQ(refusal(wishes), "wishes: kept-out stretch 1 must stop after it starts");
+    wishes.keepOut = {{5, 5}, {5, 6}};
+    EXPECT_EQ(refusal(wishes), "wishes: kept-out stretch 0 must stop after it starts");
     for (const double zoom : {0.0, -1.0, kNaN, kInfinity}) {
         wishes = {};
         wishes.leastZoom = zoom;
@@ -190,6 +192,30 @@ TEST(CameraWishesTest, KeepOut_WithoutFade_HoldsTheMomentsOfJumps) {
     EXPECT_EQ(times(100), 200);
     EXPECT_EQ(times(199), 200);
     EXPECT_EQ(times(200), 200);
+}
+
+TEST(CameraWishesTest, Zoom_LimitsKeepFramesInside_AndThoseAtTheLimitAsTheyAre) {
+    const auto limited = [](const Rectangle& rect, std::optional<double> least, std::optional<double> greatest) {
+        CameraWishes wishes;
+        wishes.leastZoom = least;
+        wishes.greatestZoom = greatest;
+        return applyWishes({{10, rect}}, plainSetup(), wishes).at(0).frame.rect;
+    };
+    // 64 by 40 pixels in either corner become 320 by 200.
+    EXPECT_EQ(limited({936, 1000, 760, 800}, {}, 1.0), (Rectangle{680, 1000, 600, 800}));
+    EXPECT_EQ(limited({0, 64, 0, 40}, {}, 1.0), (Rectangle{0, 320, 0, 200}));
+    EXPECT_EQ(limited({200, 264, 300, 340}, {}, 1.0), (Rectangle{72, 392, 220, 420}));
+    // The whole, 1280 by 800, becomes 1066 by 666: wider than the recording, and in the middle of its height.
+    EXPECT_EQ(limited({0, 1000, 0, 800}, 0.3, {}), (Rectangle{0, 1066, 67, 733}));
+    // As large as the whole is the whole, and no frame is smaller than a pixel.
+    EXPECT_EQ(limited({200, 264, 300, 340}, {}, 0.25), (Rectangle{0, 1000, 0, 800}));
+    EXPECT_EQ(limited({200, 264, 300, 340}, 400.0, {}), (Rectangle{231, 232, 319, 320}));
+    // A row off the shape, at just the limit.
+    const Rectangle off{100, 420, 100, 299};
+    EXPECT_EQ(limited(off, {}, 1.0), off);
+    EXPECT_EQ(limited(off, 1.0, {}), off);
+    EXPECT_NE(limited(off, {}, 0.99), off);
+    EXPECT_NE(limited(off, 1.01, {}), off);
 }
 
 TEST(CameraWishesTest, ExtremeNumbers_AreNoTrouble) {
@@ -356,6 +382,14 @@ TEST(CameraWishesLawsTest, Zoom_StaysWithinItsLimits) {
             EXPECT_GE(zoom, scene.wishes.leastZoom.value_or(0) * (1 - 1e-12));
             EXPECT_LE(zoom, scene.wishes.greatestZoom.value_or(1e9) * (1 + 1e-12));
         }
+    });
+}
+
+TEST(CameraWishesLawsTest, Region_MayStandAnywhereOnTheScreen) {
+    forEveryScene(27, [](const Scene& scene, const std::vector<CameraWishedKeyframe>& result) {
+        CameraSetup elsewhere = scene.setup;
+        elsewhere.region = {-300, 700, 4000, 4800};
+        EXPECT_EQ(applyWishes(scene.keyframes, elsewhere, scene.wishes), result);
     });
 }
 
