@@ -247,6 +247,17 @@ TEST(CameraWishesTest, ExtremeNumbers_AreNoTrouble) {
     }
 }
 
+TEST(CameraWishesTest, Keyframe_AtTheLatestTick_StaysWhereNoClipEnds) {
+    constexpr long long kLatest = std::numeric_limits<long long>::max();
+    CameraSetup setup = plainSetup();
+    setup.clipStop = setup.clipStart;
+    CameraWishes wishes;
+    wishes.leastRest = 0;
+    const auto result = applyWishes({{5, {0, 64, 0, 40}}, {kLatest, {0, 320, 0, 200}}}, setup, wishes);
+    ASSERT_EQ(result.size(), 2u);
+    EXPECT_EQ(result[1].frame.time, kLatest);
+}
+
 // ---- Laws over generated wishes ----
 
 struct Scene {
