@@ -258,6 +258,14 @@ TEST(CameraWishesTest, Keyframe_AtTheLatestTick_StaysWhereNoClipEnds) {
     EXPECT_EQ(result[1].frame.time, kLatest);
 }
 
+TEST(CameraWishesTest, Keyframes_OfOneTimeAndFrame_TheLastGivenStays) {
+    CameraWishes wishes;
+    wishes.leastRest = 0;
+    const auto result = applyWishes({{5, {0, 64, 0, 40}}, {5, {0, 64, 0, 40}}}, plainSetup(), wishes);
+    ASSERT_EQ(result.size(), 1u);
+    EXPECT_EQ(result[0].index, 1u);
+}
+
 // ---- Laws over generated wishes ----
 
 struct Scene {
