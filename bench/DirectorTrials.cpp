@@ -203,7 +203,6 @@ const std::vector<NamedWeight>& namedWeights() {
                                                    {"parent", &W::parent},
                                                    {"returns", &W::returns},
                                                    {"page", &W::page},
-                                                   {"pageByKey", &W::pageByKey},
                                                    {"leftPart", &W::leftPart},
                                                    {"pressPart", &W::pressPart},
                                                    {"linger", &W::linger},
@@ -214,6 +213,7 @@ const std::vector<NamedWeight>& namedWeights() {
                                                    {"unreadStep", &W::unreadStep},
                                                    {"unreadOctaves", &W::unreadOctaves},
                                                    {"unreadWhole", &W::unreadWhole},
+                                                   {"unreadBrief", &W::unreadBrief},
                                                    {"wholeAsks", &W::wholeAsks},
                                                    {"cropLarge", &W::cropLarge},
                                                    {"cropSmall", &W::cropSmall},
@@ -232,7 +232,6 @@ DirectorWeights plainWeights() {
     w.smallWindow = w.windowOpens = 2.0;
     w.leftPart = 0.5;
     w.pressPart = 0.3;
-    w.pageByKey = 0.2;
     w.linger = 0.5;
     w.context = 0.1;
     w.cursor = 0.2;
@@ -241,6 +240,7 @@ DirectorWeights plainWeights() {
     w.unreadStep = 0.5;
     w.unreadOctaves = 1.0;
     w.unreadWhole = 0.5;
+    w.unreadBrief = 0.4;
     w.wholeAsks = 2.0;
     w.cropLarge = 1.5;
     w.cropSmall = 4.0;

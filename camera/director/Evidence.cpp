@@ -4,6 +4,10 @@
 #include <array>
 #include <cmath>
 
+#include "camera/director/EvidenceMeasures.h"
+#include "camera/director/Redraws.h"
+#include "camera/director/Sites.h"
+
 namespace OrvantaNS::camera {
 
 namespace {
@@ -11,7 +15,6 @@ namespace {
 // ---- Times, seconds ----
 constexpr double kBeforePress = 0.5; // the viewer wants to see the hand arrive
 constexpr double kAfterPress = 1.0;  // and what comes of it
-constexpr double kLongPress = 0.3;   // a button held longer drags
 constexpr double kAroundDrag = 0.5;
 constexpr double kBeforeTyping = 0.25;
 constexpr double kAfterTyping = 1.25;
@@ -25,34 +28,34 @@ constexpr double kRestingCursor = 1.0;
 constexpr double kForgottenCursor = 6.0;
 
 // ---- Lengths, lines of text ----
-constexpr double kPressWidth = 8.0;
-constexpr double kPressHeight = 5.0;
-constexpr double kTypingWidth = 18.0;
-constexpr double kTypingHeight = 3.5;
 constexpr double kCursorSize = 3.3;
 constexpr double kDragMargin = 1.5;
 constexpr double kLeastDragArea = 20.0; // square lines: less is a press with a trembling hand
-constexpr double kSpeckArea = 0.3;      // square lines: less is a blinking caret
 
 constexpr double kSpeckPart = 0.3;  // share of its weight that a speck has
 constexpr double kLargePart = 0.4;  // and a change larger than a readable frame: it hardly says where to look
 constexpr double kAnswer = 1.0;     // seconds after a press within which a change answers it
 constexpr double kPointed = 20.0;   // seconds for which a press tells where something is typed
-constexpr double kLeftPart = 0.6;   // of a readable frame's width: where the reading of a wide area begins
 constexpr double kMuchLarger = 0.7; // of the readable zoom: a window that needs a lower one is large
-constexpr double kPageShare = 0.5;  // share of the window in front that is a change of the whole
 
-RealRect boxAround(double x, double y, double w, double h, const Scene& scene) {
-    return {std::max(0.0, x - w / 2.0), std::max(0.0, y - h / 2.0), std::min(scene.width, x + w / 2.0),
-            std::min(scene.height, y + h / 2.0)};
-}
+// Part of a page's weight from which it is remembered as what the viewer looks at.
+constexpr double kSeldomPart = 0.5;
+
+// Seconds for which something is done in one place until all of it is to be read; what is over before the camera could
+// come and go need only be seen.
+constexpr double kReadingStay = 3.0;
+// After so many seconds in one place a redraw of the window there is no new page, though the hand asked for it.
+constexpr double kAtWork = 1.0;
+// What comes within so many seconds after the last act in a place belongs to it.
+constexpr double kAfterSite = 1.0;
 
 /// Gathers evidence stream by stream.
 class Gatherer {
 public:
     Gatherer(const Scene& scene, const FrameShape& shape, const DirectorWeights& weights)
         : scene_(scene), shape_(shape), weights_(weights), screen_{0.0, 0.0, scene.width, scene.height},
-          strong_(static_cast<std::size_t>(scene.steps)), focus_(static_cast<std::size_t>(scene.steps)) {}
+          sites_(findSites(scene, shape)), strong_(static_cast<std::size_t>(scene.steps)),
+          focus_(static_cast<std::size_t>(scene.steps)) {}
 
     std::vector<Evidence> gather() {
         presses();
@@ -73,10 +76,36 @@ private:
         const std::int32_t first = scene_.stepAt(from);
         const std::int32_t last =
             std::max(first, static_cast<std::int32_t>(std::min(std::ceil(to / scene_.step), scene_.steps * 1.0)) - 1);
-        evidence_.push_back({kind, first, last + 1, rect, weight});
+        evidence_.push_back({kind, first, last + 1, rect, weight, readingOf(kind, from, to, rect)});
     }
 
-    /// The same, and remembered as what the viewer looks at.
+    /// The first site that does not end long before a moment.
+    std::vector<Site>::const_iterator siteAt(double seconds) const {
+        return std::partition_point(sites_.begin(), sites_.end(),
+                                    [seconds](const Site& site) { return site.to + kAfterSite <= seconds; });
+    }
+
+    /// The part of its reading that counts. What is done where one stays is to be read; what is over soon, seen.
+    double readingOf(EvidenceKind kind, double from, double to, const RealRect& rect) const {
+        if (kind == EvidenceKind::SmallWindow || kind == EvidenceKind::WindowOpens || kind == EvidenceKind::Page) {
+            return 1.0;
+        }
+        double longest = 0.0;
+        for (auto site = siteAt(from); site != sites_.end() && site->from < to; ++site) {
+            if (area(intersection(site->rect, rect)) > 0.5 * area(rect)) {
+                longest = std::max(longest, site->to - site->from);
+            }
+        }
+        return std::clamp(longest / kReadingStay, std::min(1.0, weights_.unreadBrief), 1.0);
+    }
+
+    /// True when work has gone on in one place for a while.
+    bool isAtWork(double seconds) const {
+        const auto site = siteAt(seconds);
+        return site != sites_.end() && seconds > site->from + kAtWork;
+    }
+
+    /// The same as `add`, and remembered as what the viewer looks at.
     void addStrong(EvidenceKind kind, double from, double to, const RealRect& rect, double weight) {
         const std::size_t before = evidence_.size();
         add(kind, from, to, rect, weight);
@@ -157,17 +186,6 @@ private:
         }
     }
 
-    /// The window in front at a moment; the screen when there is none.
-    RealRect frontAt(double seconds) {
-        while (front_ + 1 < scene_.windows.size() && scene_.windows[front_ + 1].from <= seconds) {
-            ++front_;
-        }
-        if (scene_.windows.empty() || isEmpty(scene_.windows[front_].rect)) {
-            return screen_;
-        }
-        return scene_.windows[front_].rect;
-    }
-
     void changes() {
         const double line = scene_.lineHeight;
         const double readingArea = shape_.readingWidth() * shape_.readingWidth() / shape_.ratio();
@@ -176,22 +194,22 @@ private:
         double lastWheel = -100.0;
         std::size_t press = 0;
         double lastPress = -100.0;
-        double page = -1.0; // until when the page is of interest
+        const std::vector<double> redraws = redrawsOf(scene_);
+        FrontWindow window(scene_);
+        double page = -1.0;   // until when the page is of interest
+        double little = -1.0; // and until when it is so because the program draws all for little
         for (std::int32_t step = 0; step < scene_.steps; ++step) {
             const std::size_t end = scene_.changeEnds[static_cast<std::size_t>(step)];
             const double time = step * scene_.step;
             while (wheel < scene_.wheels.size() && scene_.wheels[wheel] < time + scene_.step) {
                 lastWheel = scene_.wheels[wheel++];
             }
-            const RealRect front = frontAt(time);
+            const RealRect& front = window.at(time);
             double sum = 0.0;
-            double news = 0.0;
             for (std::size_t i = next; i < end; ++i) {
                 sum += scene_.changes[i].attention;
-                if (scene_.changes[i].attention == 1.0) {
-                    news += area(intersection(scene_.changes[i].rect, front));
-                }
             }
+            const double news = newsIn(scene_, front, next, end);
             const bool isScrolling = time - lastWheel < 0.5 && news > 0.1 * area(front);
             while (press < scene_.presses.size() && scene_.presses[press].seconds < time + scene_.step) {
                 lastPress = std::max(lastPress, scene_.presses[press++].release);
@@ -199,12 +217,18 @@ private:
             const bool isAnswer = time - lastPress < kAnswer;
             const bool isPage = isScrolling || news > kPageShare * area(front);
             if (isPage) {
-                // A page that changes as a whole without the hand answers the keyboard, and may be a program that
-                // draws everything for one letter.
+                const bool isAsked = isScrolling || (isAnswer && !isAtWork(time));
+                const double part = isAsked ? 1.0 : rarityOf(redraws, time);
                 const double until = time + kAfterPage;
-                addStrong(EvidenceKind::Page, std::max(page, time - scene_.step), until, front,
-                          isScrolling || isAnswer ? weights_.page : weights_.pageByKey);
-                page = until;
+                if (part >= kSeldomPart) {
+                    addStrong(EvidenceKind::Page, std::max(page, time - scene_.step), until, front,
+                              part * weights_.page);
+                    page = until;
+                } else {
+                    add(EvidenceKind::Page, std::max({page, little, time - scene_.step}), until, front,
+                        part * weights_.page);
+                    little = until;
+                }
             }
             for (; next < end; ++next) {
                 const SceneChange& change = scene_.changes[next];
@@ -232,12 +256,11 @@ private:
                 add(EvidenceKind::Change, time, time + kChangeSeconds, part, share * weight);
             }
         };
-        const double readingWidth = shape_.readingWidth();
-        if (!isNews || width(rect) <= readingWidth) {
+        if (!isNews || width(rect) <= shape_.readingWidth()) {
             put(rect, 1.0);
             return;
         }
-        put({rect.left, rect.top, rect.left + kLeftPart * readingWidth, rect.bottom}, weights_.leftPart);
+        put(leftPart(rect, shape_), weights_.leftPart);
         const ScenePress* press = lastPressIn(rect, time);
         const double line = scene_.lineHeight;
         if (press != nullptr) {
@@ -319,10 +342,10 @@ private:
     const FrameShape& shape_;
     const DirectorWeights& weights_;
     const RealRect screen_;
+    const std::vector<Site> sites_;
     std::vector<Evidence> evidence_;
     std::vector<double> strong_;  ///< For each step, the weight of what is of interest.
     std::vector<RealRect> focus_; ///< For each step, the box around it.
-    std::size_t front_ = 0;
 };
 
 } // namespace

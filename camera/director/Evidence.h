@@ -38,6 +38,7 @@ struct Evidence {
     std::int32_t to = 0;   ///< One past the last step.
     RealRect rect;         ///< Region pixels, not empty.
     double weight = 0.0;
+    double reading = 1.0; ///< The part of its reading that counts: less where nothing is done for long.
 };
 
 /// All evidence of a scene, by kind and then by time.

@@ -35,6 +35,7 @@ Weighed weighed(const Evidence& one, const FrameShape& shape, const DirectorWeig
     Weighed item;
     item.rect = one.rect;
     item.weight = one.weight;
+    item.reading = one.reading;
     // A change says that something is to be seen in it, rarely all of it: a readable frame full of it will do.
     const double most = one.kind == EvidenceKind::Change ? shape.readingWidth() : shape.widest();
     const double held = std::min(width(one.rect), most) * std::min(height(one.rect), most / shape.ratio());
@@ -119,7 +120,7 @@ double LossTable::loss(const RealRect& frame, double zoomLog, std::int32_t step)
     for (const std::uint32_t* i = begin(step); i != end(step); ++i) {
         const Weighed& item = pieces_[*i];
         const double seen = sight(frame, item);
-        const double reading = item.isWhole ? unreadWhole_ : parts;
+        const double reading = item.isWhole ? unreadWhole_ : parts * item.reading;
         sum += item.weight * (1.0 - seen + seen * reading * unread(item.needed - zoomLog));
     }
     return sum * scale(step);

@@ -16,6 +16,7 @@ struct Weighed {
     double perPixel = 0.0; ///< 1 over the most of its area that a frame can hold.
     double needed = 0.0;   ///< Binary logarithm of the zoom at which it is as readable as it can be.
     double crop = 1.0;     ///< How much faster than its share the sight of it is lost.
+    double reading = 1.0;  ///< The part of its reading that counts.
     bool isWhole = false;  ///< A window or page, which is to be seen whole.
 };
 

@@ -34,13 +34,13 @@ DirectorWeights distinctWeights() {
     w.parent = 17.0;
     w.returns = 19.0;
     w.page = 23.0;
-    w.pageByKey = 29.0;
     w.leftPart = 0.5;
     w.pressPart = 0.25;
     w.linger = 8.0;
     w.context = 31.0;
     w.cursor = 100.0;
     w.whole = 0.5;
+    w.unreadBrief = 0.25;
     return w;
 }
 
@@ -315,22 +315,67 @@ TEST(EvidenceTest, HalfOfTheFrontWindowChanges_ItIsAPage) {
     addChanges(scene, 80, {{{0, 0, 501, 800}, 1.0}});
     auto list = of(scene, EvidenceKind::Page);
     ASSERT_EQ(list.size(), 2u);
-    // By no hand: from the step before for two and a half seconds.
-    expect(list[1], 79, 90, window, 29.0);
+    // From the step before for two and a half seconds.
+    expect(list[1], 79, 90, window, 23.0);
     // What changes next to the window does not count.
     addChanges(scene, 120, {{{700, 0, 1280, 800}, 1.0}});
     EXPECT_EQ(of(scene, EvidenceKind::Page).size(), 2u);
 }
 
+/// A scene that is drawn as a whole at 6, 8, 10 and 12 s: four times within ten seconds of each, which is a third of a
+/// page's weight.
+camera::Scene restless() {
+    camera::Scene scene = emptyScene(60.0);
+    for (const std::size_t step : {24, 32, 40, 48}) {
+        addChanges(scene, step, {{kScreen, 1.0}});
+    }
+    return scene;
+}
+
+TEST(EvidenceTest, PageThatIsDrawnAgainAndAgain_CountsLessAndDoesNotLinger) {
+    const auto pages = of(restless(), EvidenceKind::Page);
+    ASSERT_EQ(pages.size(), 4u);
+    expect(pages[0], 23, 34, kScreen, 23.0 / 3.0);
+    expect(pages[1], 34, 42, kScreen, 23.0 / 3.0);
+    expect(pages[2], 42, 50, kScreen, 23.0 / 3.0);
+    expect(pages[3], 50, 58, kScreen, 23.0 / 3.0);
+    EXPECT_TRUE(of(restless(), EvidenceKind::Linger).empty());
+
+    camera::Scene thrice = emptyScene(60.0);
+    for (const std::size_t step : {24, 32, 40}) {
+        addChanges(thrice, step, {{kScreen, 1.0}});
+    }
+    EXPECT_NEAR(of(thrice, EvidenceKind::Page).at(0).weight, 23.0 / 2.0, 1e-9);
+    EXPECT_EQ(of(thrice, EvidenceKind::Linger).size(), 3u); // half of a page is still what one looks at
+}
+
 TEST(EvidenceTest, PageWithinASecondOfAPress_AnswersTheHand) {
-    const auto weight = [](double release) {
-        camera::Scene scene = emptyScene(60.0);
-        scene.presses.push_back(press(5.0, release, 400, 300));
-        addChanges(scene, 40, {{{0, 0, 1280, 800}, 1.0}});
-        return of(scene, EvidenceKind::Page).at(0).weight;
+    const auto pages = [](double release) {
+        camera::Scene scene = restless();
+        scene.presses.push_back(press(release, release, 400, 300));
+        return of(scene, EvidenceKind::Page);
     };
-    EXPECT_EQ(weight(9.01), 23.0);
-    EXPECT_EQ(weight(9.0), 29.0);
+    // It stands beside what the redraws before it left.
+    ASSERT_EQ(pages(9.01).size(), 4u);
+    expect(pages(9.01)[1], 34, 42, kScreen, 23.0 / 3.0);
+    expect(pages(9.01)[2], 39, 50, kScreen, 23.0);
+    expect(pages(9.01)[3], 50, 58, kScreen, 23.0 / 3.0);
+    expect(pages(9.0)[2], 42, 50, kScreen, 23.0 / 3.0);
+}
+
+TEST(EvidenceTest, PageAfterASecondOfWorkInOnePlace_AnswersNoHand) {
+    const auto weight = [](double first, double x) {
+        camera::Scene scene = restless();
+        scene.presses.push_back(press(first, first, x, 300));
+        scene.presses.push_back(press(9.5, 9.5, 400, 300));
+        const auto list = of(scene, EvidenceKind::Page);
+        return std::max_element(list.begin(), list.end(),
+                                [](const Evidence& a, const Evidence& b) { return a.weight < b.weight; })
+            ->weight;
+    };
+    EXPECT_NEAR(weight(8.5, 420), 23.0 / 3.0, 1e-9) << "the third redraw, after a second and a half";
+    EXPECT_EQ(weight(9.0, 420), 23.0) << "after one second";
+    EXPECT_EQ(weight(8.5, 1200), 23.0) << "the first press lies elsewhere";
 }
 
 TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
@@ -339,8 +384,8 @@ TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
     addChanges(scene, 44, {{kScreen, 1.0}});
     const auto list = of(scene, EvidenceKind::Page);
     ASSERT_EQ(list.size(), 2u);
-    expect(list[0], 39, 50, kScreen, 29.0);
-    expect(list[1], 50, 54, kScreen, 29.0);
+    expect(list[0], 39, 50, kScreen, 23.0);
+    expect(list[1], 50, 54, kScreen, 23.0);
 }
 
 TEST(EvidenceTest, Scrolling_ATenthOfTheWindowWithinHalfASecondOfTheWheel) {
@@ -420,6 +465,66 @@ TEST(EvidenceTest, Cursor_CountsWhileItMovesAndLessWhileItRests) {
         cursor.isInside = false;
     }
     EXPECT_TRUE(of(scene, EvidenceKind::Cursor).empty());
+}
+
+TEST(EvidenceTest, Reading_CountsInFullWhereOneStaysForThreeSeconds) {
+    const auto reading = [](double second, double x) {
+        camera::Scene scene = emptyScene(60.0);
+        scene.presses.push_back(press(10.0, 10.0, 400, 300));
+        scene.presses.push_back(press(second, second, x, 300));
+        return of(scene, EvidenceKind::Press).at(0).reading;
+    };
+    EXPECT_EQ(reading(14.0, 420), 1.0);
+    EXPECT_EQ(reading(13.0, 420), 1.0);
+    EXPECT_NEAR(reading(12.0, 420), 2.0 / 3.0, 1e-12);
+    EXPECT_EQ(reading(10.5, 420), 0.25); // a sixth is less than the least
+    EXPECT_EQ(reading(13.0, 1200), 0.25) << "elsewhere";
+}
+
+TEST(EvidenceTest, Reading_GoesByTheSiteThatHoldsMostOfIt) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.presses.push_back(press(10.0, 10.0, 400, 300));
+    scene.presses.push_back(press(13.0, 13.0, 420, 300));
+    // In the box around the presses, which is 320 to 500 by 250 to 350; half out of it; and out of it.
+    addChanges(scene, 44, {{{320, 260, 400, 300}, 1.0}});
+    const auto changed = [&scene](const RealRect& rect) {
+        camera::Scene other = scene;
+        other.changes.front().rect = rect;
+        other.changes.front().attention = 0.5; // no news, and so no part of the site
+        return of(other, EvidenceKind::Change).at(0).reading;
+    };
+    EXPECT_EQ(changed({321, 260, 401, 300}), 1.0);
+    EXPECT_EQ(changed({280, 260, 361, 300}), 1.0);
+    EXPECT_EQ(changed({280, 260, 360, 300}), 0.25);
+    EXPECT_EQ(changed({900, 260, 960, 300}), 0.25);
+    EXPECT_EQ(of(scene, EvidenceKind::Change).at(0).reading, 1.0);
+}
+
+TEST(EvidenceTest, Reading_OfWhatComesWithinASecondAfterTheSite) {
+    const auto reading = [](std::size_t step) {
+        camera::Scene scene = emptyScene(60.0);
+        scene.presses.push_back(press(10.0, 10.0, 400, 300));
+        scene.presses.push_back(press(13.1, 13.1, 420, 300));
+        addChanges(scene, step, {{{340, 280, 400, 310}, 0.5}});
+        return of(scene, EvidenceKind::Change).at(0).reading;
+    };
+    EXPECT_EQ(reading(56), 1.0);  // 14 s
+    EXPECT_EQ(reading(57), 0.25); // 14.25 s
+    EXPECT_EQ(reading(37), 0.25); // 9.25 s: over when the site begins
+    EXPECT_EQ(reading(38), 1.0);  // 9.5 s: not over then
+}
+
+TEST(EvidenceTest, Reading_OfWindowsDoesNotGoByTime) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.windows.push_back({0.0, 20.0, kScreen});
+    scene.windows.push_back({20.0, 21.0, {100, 100, 300, 300}});
+    scene.windows.push_back({21.0, 60.0, kScreen});
+    for (const EvidenceKind kind : {EvidenceKind::WindowOpens, EvidenceKind::Page, EvidenceKind::SmallWindow}) {
+        ASSERT_FALSE(of(scene, kind).empty());
+        for (const Evidence& one : of(scene, kind)) {
+            EXPECT_EQ(one.reading, 1.0);
+        }
+    }
 }
 
 TEST(EvidenceTest, NameOf_TellsEveryKind) {

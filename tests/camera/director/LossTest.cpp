@@ -61,6 +61,18 @@ TEST(LossTest, HalfTheReadableZoom_LosesTheStepAndItsPartOfTheSlope) {
     EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 2.4 / 3.4, 1e-12);
 }
 
+TEST(LossTest, WhatIsOverSoon_LosesOnlyItsPartByBeingTooSmall) {
+    const camera::Scene scene = emptyScene(0.25);
+    DirectorWeights weights;
+    weights.unread = 0.8;
+    weights.unreadStep = 0.5;
+    weights.unreadOctaves = 2.0;
+    const FrameShape shape(640, 400, 1280, 800, 1.0, false);
+    const LossTable table(scene, shape, weights, {{EvidenceKind::Press, 0, 1, {600, 100, 700, 200}, 1.0, 0.25}});
+    EXPECT_NEAR(table.loss({0, 0, 1280, 800}, 0, 1), 0.25 * 0.25 * 2.4 / 3.4, 1e-12);
+    EXPECT_EQ(table.loss({640, 400, 1280, 800}, 0, 1), 0.25) << "and all of it by not being seen";
+}
+
 TEST(LossTest, AHairBelowTheReadableZoom_LosesTheStepInProportion) {
     const camera::Scene scene = emptyScene(0.25);
     DirectorWeights weights;
