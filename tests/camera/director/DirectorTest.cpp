@@ -195,6 +195,7 @@ TEST(DirectorTest, Request_AtTheEndsOfItsRanges_IsAnswered) {
     EXPECT_EQ(codeOf(recording(32, 128).target(64, 64)), 0);
     EXPECT_EQ(codeOf(recording(31, 132).target(64, 64)), OVERR_BAD_REGION);
     EXPECT_EQ(codeOf(recording(4096, 1).target(64, 64)), 0);
+    EXPECT_EQ(codeOf(recording(1, 4096).target(64, 64)), 0);
     EXPECT_EQ(codeOf(recording(4095, 1).target(64, 64)), OVERR_BAD_REGION);
     // A side that 32 bits do not hold.
     constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::lowest();
@@ -208,6 +209,10 @@ TEST(DirectorTest, Request_AtTheEndsOfItsRanges_IsAnswered) {
     EXPECT_EQ(codeOf(wide), OVERR_BAD_REGION);
     wide.recordingRegions().front().rect = {0, kHighest, 0, 800};
     EXPECT_EQ(codeOf(wide), 0);
+    wide.recordingRegions().front().rect = {0, 1280, 0, kHighest};
+    EXPECT_EQ(codeOf(wide), 0);
+    // A tick of two seconds.
+    EXPECT_EQ(codeOf(recording().params().setTimeScale(0.5).setClipInterval(0, 60)), 0);
 }
 
 // ---- Regions ----
@@ -281,7 +286,7 @@ TEST(DirectorTest, Regions_AreThoseOfTheClip_InTheirOrder) {
     // The same again is the same stretch.
     EXPECT_EQ(quietTimes({{20000, kWhole}, {40000, kSecond}, {50000, kSecond}}), (Times{0, 40000}));
     // A place that is too small to be shown leaves the camera where it is, and what comes after it begins anew.
-    EXPECT_EQ(quietTimes({{20000, box(0, 0, 63, 65)}, {40000, kSecond}}), (Times{0, 40000}));
+    EXPECT_EQ(quietTimes({{20000, box(500, 900, 63, 65)}, {40000, kSecond}}), (Times{0, 40000}));
     EXPECT_EQ(quietTimes({{20000, box(0, 0, 64, 64)}, {40000, kSecond}}), (Times{0, 20000, 40000}));
     EXPECT_EQ(quietTimes({{20000, {}}, {40000, kWhole}}), (Times{0, 40000}));
     // Before the clip, at its ends, and after it.
