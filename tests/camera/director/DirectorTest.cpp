@@ -68,6 +68,12 @@ TEST(DirectorTest, Keyframes_LongTypingInTwoPlaces_ReadableFrameForEach) {
     EXPECT_GE(list.back().rect.bottom, 718);
 }
 
+TEST(DirectorTest, Keyframes_MovesThatMustEarnMinutes_AreNotMade) {
+    DirectorControls controls;
+    controls.calm = 1000.0;
+    EXPECT_EQ(keyframes(typing(), controls).size(), 1u);
+}
+
 TEST(DirectorTest, Keyframes_SmallDialog_IsHeldWhole) {
     Scene scene = recording();
     scene.window(0, box(0, 0, 1280, 800));
@@ -268,6 +274,19 @@ TEST(DirectorTest, Regions_EachIsPlannedAsIfAlone) {
     }
 }
 
+TEST(DirectorTest, Regions_TheSameAgain_ArePlannedAsOne) {
+    Scene scene = recording();
+    typeIn(scene, 30.0, kWhole);
+    const auto once = keyframes(scene);
+    const auto again = keyframes(scene.region(20.0, kWhole).region(40.0, kWhole));
+    ASSERT_GT(once.size(), 1u);
+    ASSERT_EQ(again.size(), once.size());
+    for (std::size_t i = 0; i < once.size(); ++i) {
+        EXPECT_EQ(again[i].time, once[i].time);
+        EXPECT_EQ(again[i].rect, once[i].rect);
+    }
+}
+
 /// The times of the keyframes of a quiet recording with further regions: one for each stretch.
 std::vector<long long> quietTimes(const std::vector<OV_TIME_RECT>& regions, double clipStart = 0.0) {
     Params params = recording().params();
@@ -365,6 +384,7 @@ TEST(DirectorTest, Fade_LongerThanHalfAMinute_IsPlannedAsHalfAMinute) {
     EXPECT_EQ(times(1000.0), times(30.0));
     EXPECT_NE(times(29.0), times(30.0));
     EXPECT_EQ(times(-5.0), times(0.0));
+    EXPECT_NE(times(0.0), times(1.0));
 }
 
 TEST(DirectorTest, Progress_OfStretches_IsThatOfTheClip) {
