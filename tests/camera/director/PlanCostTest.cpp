@@ -60,6 +60,12 @@ TEST(PlanCostTest, HoldsPress_NeedsAPixelOfRoom_ButNotAtTheRegionsEdge) {
     EXPECT_TRUE(holdsPress(rules, frame, {0, 100.0, 401.0, 30.0}));
     EXPECT_FALSE(holdsPress(rules, frame, {0, 100.0, 400.5, 30.0}));
     EXPECT_TRUE(holdsPress(rules, frame, {0, 0.5, 500.0, 30.0}));
+    EXPECT_TRUE(holdsPress(rules, frame, {0, 0.0, 500.0, 30.0}));
+    // An edge a pixel from the region's is an edge.
+    EXPECT_FALSE(holdsPress(rules, {1, 400, 201, 600}, {0, 1.5, 500.0, 30.0}));
+    EXPECT_FALSE(holdsPress(rules, {400, 1, 600, 201}, {0, 500.0, 1.5, 30.0}));
+    EXPECT_FALSE(holdsPress(rules, {799, 400, 999, 600}, {0, 998.5, 500.0, 30.0}));
+    EXPECT_FALSE(holdsPress(rules, {400, 799, 600, 999}, {0, 500.0, 998.5, 30.0}));
     EXPECT_FALSE(holdsPress(rules, frame, {0, 100.0, 700.0, 30.0}));
 }
 
