@@ -228,6 +228,8 @@ TEST(PlanCostTest, Rest_OfJustTheCalmSteps_IsCalm) {
     // The third shot begins to move four steps before; the last rest is calm. Two moves with all of their sight.
     EXPECT_NEAR(cost(24), 2 * 2.0 * 0.5, 1e-9);
     EXPECT_NEAR(cost(23), 2 * 2.0 * 0.5 + 2.0 * 0.7, 1e-9);
+    EXPECT_NEAR(movesCost(world.rules, {{0, kWhole}, {8, kWhole}, {24, kWhole}}), 2 * 0.5, 1e-9);
+    EXPECT_NEAR(movesCost(world.rules, {{0, kWhole}, {8, kWhole}, {23, kWhole}}), 2 * 0.5 + 0.7, 1e-9);
 }
 
 TEST(PlanCostTest, MovesCost_IsThatOfTheMovesAlone_ForACalmOfOne) {
