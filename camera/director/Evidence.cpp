@@ -44,6 +44,8 @@ constexpr double kSeldomPart = 0.5;
 // Seconds for which something is done in one place until all of it is to be read; what is over before the camera could
 // come and go need only be seen.
 constexpr double kReadingStay = 3.0;
+// Sites that are looked at for one piece of evidence: nobody works in more places while something is seen.
+constexpr std::ptrdiff_t kMostSites = 256;
 // After so many seconds in one place a redraw of the window there is no new page, though the hand asked for it.
 constexpr double kAtWork = 1.0;
 // What comes within so many seconds after the last act in a place belongs to it.
@@ -91,7 +93,9 @@ private:
             return 1.0;
         }
         double longest = 0.0;
-        for (auto site = siteAt(from); site != sites_.end() && site->from < to; ++site) {
+        const auto first = siteAt(from);
+        const auto last = first + std::min(kMostSites, sites_.end() - first);
+        for (auto site = first; site != last && site->from < to; ++site) {
             if (area(intersection(site->rect, rect)) > 0.5 * area(rect)) {
                 longest = std::max(longest, site->to - site->from);
             }

@@ -514,6 +514,24 @@ TEST(EvidenceTest, Reading_OfWhatComesWithinASecondAfterTheSite) {
     EXPECT_EQ(reading(38), 1.0);  // 9.5 s: not over then
 }
 
+TEST(EvidenceTest, Reading_LooksAt256SitesAtMost) {
+    const auto reading = [](int others) {
+        camera::Scene scene = emptyScene(60.0);
+        // Held while the caret jumps to and fro, each time to another site, and then stays for four seconds.
+        scene.presses.push_back(press(5.0, 58.0, 400, 300));
+        for (int i = 0; i < others; ++i) {
+            const double x = i % 2 == 0 ? 1200.0 : 100.0;
+            scene.carets.push_back({6.0 + 0.1 * i, 6.1 + 0.1 * i, {x, 290, x + 2.0, 310}});
+        }
+        scene.carets.push_back({34.0, 38.0, {400, 290, 402, 310}});
+        scene.carets.push_back({38.0, 60.0, {420, 290, 422, 310}});
+        return of(scene, EvidenceKind::Press).at(0).reading;
+    };
+    // The site of the press itself, which lasts a second, and 255 others leave none for the last one.
+    EXPECT_EQ(reading(254), 1.0);
+    EXPECT_NEAR(reading(256), 1.0 / 3.0, 1e-9);
+}
+
 TEST(EvidenceTest, Reading_OfWindowsDoesNotGoByTime) {
     camera::Scene scene = emptyScene(60.0);
     scene.windows.push_back({0.0, 20.0, kScreen});
