@@ -144,6 +144,17 @@ TEST(StretchPlanTest, Press_LooksAtAsManyOthersBeforeItAsAfter) {
     EXPECT_EQ(ends(256), std::pair(1000.0, 1000.0));
 }
 
+TEST(StretchPlanTest, Press_LateInALongRecording_LooksBackAndForthAsWell) {
+    std::vector<ScenePress> presses(300, press(2.0, 400.0));
+    presses.insert(presses.end(), {press(10.0, 100.0), press(11.0, 700.0)});
+    presses.insert(presses.end(), 300, press(20.0, 400.0));
+    const std::vector<double> costs = misses(presses);
+    EXPECT_EQ(costs[299], 1000.0);
+    EXPECT_EQ(costs[300], 30.0);
+    EXPECT_EQ(costs[301], 30.0);
+    EXPECT_EQ(costs[302], 1000.0);
+}
+
 TEST(StretchPlanTest, Presses_ThatNeedNotBeHeld_CostASecondAndAHalf) {
     PlanWishes wishes;
     wishes.arePressesHard = false;
