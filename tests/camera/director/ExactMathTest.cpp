@@ -21,7 +21,8 @@ TEST(ExactMathTest, BinaryLog_AnyNumber_IsCloseToTheStandardLibrary) {
     Random random(7);
     for (int i = 0; i < 20000; ++i) {
         const double value = std::ldexp(random.real(1.0, 2.0), random.range(-40, 40));
-        EXPECT_NEAR(binaryLog(value), std::log2(value), 1e-9) << value;
+        // The first term that is left out is s^13 / 13 times 2.9, with s below 0.172: 2.6e-11.
+        EXPECT_NEAR(binaryLog(value), std::log2(value), 3e-11) << value;
     }
 }
 
