@@ -162,6 +162,54 @@ TEST(SearchTest, CheapestPlan_MorePressesInAMoveThanHaveABit_EqualsTheBestOfAllP
     EXPECT_GT(withMoves, 20);
 }
 
+TEST(SearchTest, CheapestPlan_PressInAMoveThatBothEndsHold_MayBeWorthIt) {
+    // Presses all the time where two frames overlap. What is of interest is in one frame before step 20, and in the other
+    // from step 21 on: staying would miss 19 quarters of a second, and the move at step 20 costs 3 for its press.
+    World world(1);
+    world.scene.steps = 40;
+    const FrameShape shape(64, 40, 256, 160, 0.5, false);
+    const RealRect first{0, 40, 128, 120};
+    const RealRect second{96, 40, 224, 120};
+    DirectorWeights weights;
+    weights.move = 0.01;
+    weights.moveZoom = 0.0;
+    weights.moveWay = 0.0;
+    weights.moveBlur = 0.0;
+    const LossTable losses(
+        world.scene, shape, weights,
+        {{EvidenceKind::Press, 0, 20, {10, 60, 20, 70}, 1.0}, {EvidenceKind::Press, 21, 40, {200, 60, 210, 70}, 1.0}});
+    PlanRules& rules = world.rules;
+    rules.losses = &losses;
+    rules.weights = weights;
+    rules.calm = 1.0;
+    rules.steps = 40;
+    rules.moveSteps = 1;
+    rules.restSteps = 1;
+    rules.calmSteps = 1;
+    rules.presses.clear();
+    rules.pressEnds.clear();
+    for (std::int32_t step = 0; step < 40; ++step) {
+        rules.presses.push_back({step, 112.5, 80.5, 20.0});
+        rules.pressEnds.push_back(rules.presses.size());
+    }
+    const std::vector<PlanShot> plan = cheapestPlan(rules, {{first, 0, 40}, {second, 0, 40}}, {});
+    EXPECT_EQ(plan, (std::vector<PlanShot>{{0, first}, {21, second}}));
+    EXPECT_NEAR(planCost(rules, plan), 3.01, 1e-9);
+}
+
+TEST(SearchTest, CheapestPlan_WhereNothingIsOfInterest_RestsOnTheFirstCandidate) {
+    World world(1);
+    world.losses = std::make_unique<LossTable>(world.scene, world.shape, world.rules.weights, std::vector<Evidence>{});
+    world.rules.losses = world.losses.get();
+    world.rules.presses.clear();
+    world.rules.pressEnds.assign(world.rules.pressEnds.size(), 0);
+    const RealRect whole = world.candidates[0].rect;
+    world.candidates = {{whole, 0, world.rules.steps},
+                        {world.shape.frame(50, 50, 64), 0, world.rules.steps},
+                        {world.shape.frame(200, 90, 96), 0, world.rules.steps}};
+    EXPECT_EQ(cheapestPlan(world.rules, world.candidates, {}), (std::vector<PlanShot>{{0, whole}}));
+}
+
 TEST(SearchTest, CheapestPlan_CalmerRules_NeverSpendMoreOnMoves) {
     for (std::uint64_t seed = 1; seed <= 400; ++seed) {
         SCOPED_TRACE(::testing::Message() << "seed " << seed);
