@@ -18,7 +18,9 @@ constexpr std::int32_t height(const Rectangle& r) { return wrapSub(r.bottom, r.t
 
 /// Pixels covered, in wrapping 32 bits; 0 when the width or the height is not positive.
 constexpr std::int32_t area(const Rectangle& r) {
-    return width(r) <= 0 || height(r) <= 0 ? 0 : wrapMul(width(r), height(r));
+    // Without jumps: of an intersection no processor can foretell whether it is empty.
+    const std::int32_t covered = wrapMul(width(r), height(r));
+    return static_cast<int>(width(r) > 0) & static_cast<int>(height(r) > 0) ? covered : 0;
 }
 
 /// True when the rectangle covers no pixel, an inverted one included.

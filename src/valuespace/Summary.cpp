@@ -49,12 +49,6 @@ struct IsOfferedBefore {
     }
 };
 
-// `area`, for rectangles of which no processor can foretell whether they are empty.
-std::int32_t areaWithoutJumps(const Rectangle& r) {
-    const std::int32_t covered = wrapMul(width(r), height(r));
-    return static_cast<int>(width(r) > 0) & static_cast<int>(height(r) > 0) ? covered : 0;
-}
-
 // Names of a list that are added up in the time of one step.
 constexpr std::size_t kNamesPerStep = 4;
 
@@ -282,7 +276,7 @@ void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP&
         steps.add(1 + located_.size() / 2);
         double score = 0.0;
         for (const auto& [location, value] : located_) {
-            score += value * static_cast<double>(areaWithoutJumps(intersection(rect, location)));
+            score += value * static_cast<double>(area(intersection(rect, location)));
         }
         if (score > bestScore) {
             bestScore = score;
