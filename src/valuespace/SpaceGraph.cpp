@@ -110,11 +110,14 @@ void ValueSpace::createLink(unsigned parent, unsigned child) {
 
 void ValueSpace::link(std::uint32_t parent, std::uint32_t child) {
     ++linkChanges_;
-    const bool isNew = exclusiveAppend(graph[parent].children, child);
-    if (isHandMade_ ? exclusiveAppend(graph[child].parents, parent) : isNew) {
-        if (!isHandMade_) {
-            append(graph[child].parents, parent); // a link that is not there at one end is not there at the other
-        }
+    const bool isNewBelow = exclusiveAppend(graph[parent].children, child);
+    bool isNewAbove = isNewBelow; // a link that is not there at one end is not there at the other
+    if (isHandMade_) {
+        isNewAbove = exclusiveAppend(graph[child].parents, parent);
+    } else if (isNewBelow) {
+        append(graph[child].parents, parent);
+    }
+    if (isNewAbove) {
         settled_.remove(child);
     }
 }
