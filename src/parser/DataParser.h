@@ -27,9 +27,10 @@ struct ZoneWalk;
 ///
 /// One parser serves one computation: nothing resets its skip cursors. It holds no reference to the request or the
 /// store, which are passed to each call, and every operation works from its arguments and the fields as they stand;
-/// only the walk over a zone keeps an index of what cannot change while it lasts. Streams must be sorted by time; a negative time other than -1 is unsupported
-/// but harmless. Unless said otherwise, points and dirty-rectangle objects are in screen pixels, and value objects in
-/// local pixels of their zone; rules that compare the two do so without conversion.
+/// only the walk over a zone keeps an index of what cannot change while it lasts. Streams must be sorted by time; a
+/// negative time other than -1 is unsupported but harmless. Unless said otherwise, points and dirty-rectangle objects
+/// are in screen pixels, and value objects in local pixels of their zone; rules that compare the two do so without
+/// conversion.
 class ORVANTA_EXPORT DataParser {
 public:
     /// Ticks per second: one process-wide value, zero at load, written by the value engine at the start of each

@@ -14,12 +14,12 @@
 namespace OrvantaNS {
 
 /// The working list during one meta pass, or one rule. Answers are positions, in list order, and exactly those that a
-/// scan of the list would give, whatever times it holds. While a `WorkingList` is in use, windows, menus and what a rule
-/// asks for are changed through it alone; other objects may be appended to the list.
+/// scan of the list would give, whatever times it holds. While a `WorkingList` is in use, windows, menus and what a
+/// rule asks for are changed through it alone; other objects may be appended to the list.
 ///
-/// A list of what people do within ten seconds is short and is simply read, from the first object of the kind on. A long one gets, for each kind of object that
-/// the rules ask for, the positions of that kind in blocks, and over them a tree with the bounds of their times: a
-/// question goes down only where the bounds allow an answer.
+/// A list of what people do within ten seconds is short and is simply read, from the first object of the kind on. A long
+/// one gets, for each kind of object that the rules ask for, the positions of that kind in blocks, and over them a tree
+/// with the bounds of their times: a question goes down only where the bounds allow an answer.
 class WorkingList {
 public:
     /// The kinds of objects that rules ask for.
