@@ -7,6 +7,7 @@
 #include "OrvantaRecords.h"
 #include "ProgressReporter.h"
 #include "frame/FocusSlice.h"
+#include "frame/ValueMap.h"
 #include "frame/ValueObject.h"
 
 namespace OrvantaNS {
@@ -51,6 +52,8 @@ struct OV_DATA_STORE {
     std::int32_t mergesRemaining = 0;     ///< Merge progress: lowered by every executor that fires; may go below 0.
     std::int32_t mergesTotal = 0;         ///< Number of merge proposals when the queue pass began.
     std::uint64_t stepsSinceQuestion = 0; ///< Work done since the reporter was last asked whether to stop.
+    VS_VALUE_MAP mergeStack;              ///< Scratch of merging, kept for its memory.
+    VS_VALUE_MAP mergeLayers;             ///< The same.
     /// For each entry of `keyframes`, the index in `slices` of the shot that made it.
     std::vector<std::uint32_t> keyframeSlices;
 };

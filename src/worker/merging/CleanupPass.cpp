@@ -46,7 +46,7 @@ void OrvantaWorker::mergeCleanupPass(OV_DATA_STORE& store) const {
                 if (taken.mergeId >= 0) {
                     // The frame stays the short shot's, even when the longer one is taken in.
                     shot.stop = taken.stop;
-                    shot.map = mergeMapsCounted(*this, store, shot.map, taken.map);
+                    mergeIntoFirst(*this, store, shot.map, taken.map);
                     taken.mergeId = kDeadMergeId;
                 }
                 if (sliceLength(shot) > keyframeFloor(store)) {

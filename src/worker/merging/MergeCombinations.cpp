@@ -144,18 +144,18 @@ void OrvantaWorker::doBestMerge(OV_DATA_STORE& store, unsigned int first, unsign
         }
         a.breakdown.tier4Rect = hot;
         a.mergeType = OV_MERGE_TIGHT;
-        a.map = mergeMapsCounted(*this, store, a.map, b.map);
+        mergeIntoFirst(*this, store, a.map, b.map);
     } else if (isWindowed(a.breakdown) && isWindowed(b.breakdown)) {
         a.breakdown.windowRect = boundingUnion(a.breakdown.windowRect, b.breakdown.windowRect);
         a.breakdown.tier4Rect = hot;
         a.mergeType = OV_MERGE_WIDE;
-        a.map = mergeMapsCounted(*this, store, a.map, b.map);
+        mergeIntoFirst(*this, store, a.map, b.map);
     } else if (a.mergeType == OV_MERGE_FULL_SCREEN) {
         a.breakdown.windowRect = boundingUnion(a.breakdown.windowRect, b.breakdown.windowRect);
     } else {
         a.breakdown.tier4Rect = hot;
         a.mergeType = OV_MERGE_LOOSE;
-        a.map = mergeMapsCounted(*this, store, a.map, b.map);
+        mergeIntoFirst(*this, store, a.map, b.map);
     }
     b.mergeId = kDeadMergeId;
     a.stop = b.stop;

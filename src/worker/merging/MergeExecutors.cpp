@@ -33,7 +33,7 @@ struct Content {
 
 // One camera position for both.
 Content takeBoth(const OrvantaWorker& worker, OV_DATA_STORE& store, const MergePair& pair, const Rectangle& window) {
-    pair.firstSlice.map = mergeMapsCounted(worker, store, pair.firstSlice.map, pair.nextSlice.map);
+    mergeIntoFirst(worker, store, pair.firstSlice.map, pair.nextSlice.map);
     return {window, pair.hot};
 }
 

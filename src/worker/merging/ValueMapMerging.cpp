@@ -53,28 +53,27 @@ void addLayer(Spaces& stack, const std::pair<Rectangle, double>& layer) {
 
 VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) const {
     OV_DATA_STORE uncounted;
-    return mergeMapsCounted(*this, uncounted, first, second);
+    mergeIntoFirst(*this, uncounted, first, second);
+    return first;
 }
 
-VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store, const VS_VALUE_MAP& first,
-                              const VS_VALUE_MAP& second) {
-    Spaces layers = second.spaces;
-    toLayers(layers);
-    VS_VALUE_MAP stack;
+void mergeIntoFirst(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_MAP& first,
+                    const VS_VALUE_MAP& second) {
+    VS_VALUE_MAP& layers = store.mergeLayers;
+    layers.spaces = second.spaces;
+    toLayers(layers.spaces);
+    VS_VALUE_MAP& stack = store.mergeStack;
     stack.span = first.span + second.span;
-    stack.spaces.reserve(std::max(kFewMapSpaces, 2 * first.spaces.size()));
     stack.spaces = first.spaces;
     // Each layer sees what the ones before it have added: a third overlapping layer adds onto the sum of two.
-    for (const std::pair<Rectangle, double>& layer : layers) {
+    for (const std::pair<Rectangle, double>& layer : layers.spaces) {
         addLayer(stack.spaces, layer);
     }
     countSteps(store, 1 + std::uint64_t{stack.spaces.size()} * stack.spaces.size() / kPairsPerStep);
     sortByDensity(stack.spaces);
     ValueSpace::cleanValueMap(stack);
 
-    // The hot rectangles of the two are not handed on: the merged map answers by its spaces.
-    VS_VALUE_MAP tiers;
-    tiers.spaces.swap(layers); // for its memory
+    VS_VALUE_MAP& tiers = store.mergeLayers; // the layers have been laid
     tiers.spaces.clear();
     for (const double tier : {12.0, 10.0, 8.0, 6.0, 4.0, 3.0, 2.0, 1.0}) {
         const std::pair<Rectangle, double> space = worker.summarizeMerge(stack, stack.span * tier);
@@ -83,10 +82,10 @@ VS_VALUE_MAP mergeMapsCounted(const OrvantaWorker& worker, OV_DATA_STORE& store,
         }
     }
     ValueSpace::cleanValueMap(tiers);
-    VS_VALUE_MAP merged;
-    merged.span = stack.span;
-    merged.spaces = tiers.spaces; // a copy of the right size: slices keep their maps
-    return merged;
+    first.span = stack.span;
+    first.spaces = tiers.spaces; // with memory of the right size, where it is new: slices keep their maps
+    // The hot rectangles of the two are not handed on: the merged map answers by its spaces.
+    first.tier4Rects.clear();
 }
 
 std::pair<Rectangle, double> OrvantaWorker::summarizeMerge(VS_VALUE_MAP& map, double threshold) const {
