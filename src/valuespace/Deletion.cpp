@@ -16,6 +16,8 @@ namespace {
 
 // With fewer objects the graph is small, and the walk of a deletion costs less than reading all lists.
 constexpr std::size_t kWorthSortingOut = 24;
+// Nodes of the map that are kept for the objects to come: more seldom leave before others enter.
+constexpr std::size_t kSpareNodes = 32;
 // Slots of a set of bits that are gone through in the time of one step.
 constexpr std::size_t kSlotsPerStep = 512;
 
@@ -46,7 +48,11 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
             continue;
         }
         const std::uint32_t space = location->second;
-        objectMap.erase(location);
+        if (spareNodes_.size() < kSpareNodes) {
+            spareNodes_.push_back(objectMap.extract(location));
+        } else {
+            objectMap.erase(location);
+        }
         if (leavesUnnoticed(object, space)) {
             unnoticed.emplace_back(space, object);
         } else {

@@ -227,7 +227,16 @@ void ValueSpace::addAtAndBelow(std::uint32_t space, std::uint32_t object) {
         objects.push_back(object);
     });
     steps.settle();
-    objectMap.emplace(object, space);
+    // Most objects are newer than all others in the graph.
+    if (spareNodes_.empty()) {
+        objectMap.emplace_hint(objectMap.end(), object, space);
+        return;
+    }
+    auto node = std::move(spareNodes_.back());
+    spareNodes_.pop_back();
+    node.key() = object;
+    node.mapped() = space;
+    objectMap.insert(objectMap.end(), std::move(node));
 }
 
 unsigned ValueSpace::getCreationLocation(std::vector<VS_CREATION_SPACE>& creation, Rectangle rect) {

@@ -43,6 +43,7 @@ void ValueSpace::reset() {
     topSpaces.clear();
     freeSpaces.clear();
     objectMap.clear();
+    spareNodes_.clear();
     inUse_.start(0);
     freed_.clear();
     ++linkChanges_;

@@ -180,6 +180,13 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
 VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
     VS_VALUE_MAP map;
     map.span = span;
+    if (const auto focus = quickFocus(span)) {
+        map.spaces.push_back(*focus);
+    }
+    return map;
+}
+
+std::optional<std::pair<Rectangle, double>> ValueSpace::quickFocus(double span) {
     const double threshold = kTier4Rate * span;
     std::vector<VS_VALUE_ORDER>& order = order_;
     if (std::isnan(threshold)) {
@@ -202,8 +209,12 @@ VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
     for (const VS_VALUE_ORDER& entry : order) {
         summarizeGraph(list, entry.space);
     }
-    summarizeTier(list, map);
-    return map;
+    found_.spaces.clear();
+    summarizeTier(list, found_);
+    if (found_.spaces.empty()) {
+        return std::nullopt;
+    }
+    return found_.spaces.front();
 }
 
 // True when a parent is offered to the same list, whose values are `least` or more and, when `below` is a limit, below
@@ -255,6 +266,7 @@ void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& m
 
 void ValueSpace::locateObjects() {
     StepCounter steps(*store);
+    scored_.start();
     located_.clear();
     for (const auto& [object, location] : objectMap) {
         steps.add(1);
@@ -269,15 +281,17 @@ void ValueSpace::locateObjects() {
 
 void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
     StepCounter steps(*store);
+    scores_.resize(graph.size());
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
-        const Rectangle rect = graph[space].rect;
-        steps.add(1 + located_.size() / 2);
-        double score = 0.0;
-        for (const auto& [location, value] : located_) {
-            score += value * static_cast<double>(area(intersection(rect, location)));
+        const Rectangle& rect = graph[space].rect;
+        steps.add(1);
+        if (scored_.add(space)) {
+            steps.add(located_.size() / 2);
+            scores_[space] = scoreOf(rect);
         }
+        const double score = scores_[space];
         if (score > bestScore) {
             bestScore = score;
             best = rect;
@@ -287,6 +301,14 @@ void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP&
     if (!isEmpty(best)) {
         map.spaces.emplace_back(best, bestScore / static_cast<double>(area(best)));
     }
+}
+
+double ValueSpace::scoreOf(const Rectangle& rect) const {
+    double score = 0.0;
+    for (const auto& [location, value] : located_) {
+        score += value * static_cast<double>(area(intersection(rect, location)));
+    }
+    return score;
 }
 
 void ValueSpace::cleanValueMap(VS_VALUE_MAP& map) {

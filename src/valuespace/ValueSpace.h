@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -109,6 +110,8 @@ public:
     /// The summary of tier 4 alone. It takes the spaces by descending sum up to the first that lies below the tier: all
     /// of them when `span` is not a number, where `summarize` reaches no tier.
     VS_VALUE_MAP quickSummarize(double span);
+    /// The rectangle of `quickSummarize` with its density, without a map around it; nothing where its map is empty.
+    std::optional<std::pair<Rectangle, double>> quickFocus(double span);
     /// Writes each space's value and gives all valid spaces by descending value, equal ones in slot order.
     std::vector<VS_VALUE_ORDER> fillValues();
     /// Offers a space to a tier's list, which keeps the largest rectangles only.
@@ -172,11 +175,13 @@ private:
     /// Writes the value of every slot, and tells each valid space with its sum, in slot order.
     template <typename Visit> void sumSpaces(Visit visit);
     bool isSwallowed(std::uint32_t space, double least, double below) const;
-    /// Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
+    /// Forgets all scores. Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
     /// its own. Laid out once for a summary: walking the map anew for each list takes longer than the arithmetic.
     void locateObjects();
-    /// `summarizeTier` with the objects located.
+    /// `summarizeTier` with the objects located and `scored_` started.
     void addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map);
+    /// How well a rectangle sits on all located objects.
+    double scoreOf(const Rectangle& rect) const;
 
     // What follows speeds the operations up and is no part of the graph.
 
@@ -207,7 +212,10 @@ private:
     std::vector<std::pair<Rectangle, double>> located_; ///< Where the objects of a summary are, and their values.
     std::array<std::vector<std::uint32_t>, kSummaryTiers> tierLists_; ///< The lists of a summary, hottest tier first.
     VS_VALUE_MAP found_;                                              ///< A summary in work.
-    ObjectMarks marks_; ///< The objects that a new space lists already, or that leave together.
+    ObjectMarks marks_;          ///< The objects that a new space lists already, or that leave together.
+    ObjectMarks scored_;         ///< The spaces that the summary in work has a score for: one stands in several tiers.
+    std::vector<double> scores_; ///< By space.
+    std::vector<std::map<std::uint32_t, std::uint32_t>::node_type> spareNodes_; ///< Of `objectMap`, for its memory.
 };
 
 } // namespace OrvantaNS

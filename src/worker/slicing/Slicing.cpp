@@ -4,6 +4,8 @@
 #include "OrvantaWorker.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "frame/DataStore.h"
 #include "frame/Geometry.h"
@@ -43,10 +45,22 @@ std::uint32_t firstActiveAfter(const OV_DATA_STORE& store, double time) {
     if (store.firstActiveObject >= objects.size()) {
         return store.firstActiveObject;
     }
+    const auto isAfter = [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; };
+    // It lies shortly behind the newest object in the space: looked for in strides that double from there.
+    std::size_t from = store.firstActiveObject;
+    if (store.nextObject > from && store.nextObject < objects.size() && !isAfter(time, objects[store.nextObject])) {
+        from = store.nextObject;
+    }
+    std::size_t stride = 1;
+    while (from + stride < objects.size() && !isAfter(time, objects[from + stride])) {
+        from += stride;
+        stride *= 2;
+    }
+    const auto begin = objects.begin();
     const auto after =
-        std::upper_bound(objects.begin() + static_cast<std::ptrdiff_t>(store.firstActiveObject), objects.end(), time,
-                         [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; });
-    return static_cast<std::uint32_t>(after - objects.begin());
+        std::upper_bound(begin + static_cast<std::ptrdiff_t>(from),
+                         begin + static_cast<std::ptrdiff_t>(std::min(from + stride, objects.size())), time, isAfter);
+    return static_cast<std::uint32_t>(after - begin);
 }
 
 // Where the walk of a zone takes up the objects again.
@@ -103,11 +117,11 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
     const double probeEnd = time + kProbeSeconds;
     loadObjects(store, {time, probeEnd}, space);
     recalcValueInterval(store, {time, probeEnd}, space);
-    const VS_VALUE_MAP probe = space.quickSummarize(probeEnd - time);
+    const std::optional<std::pair<Rectangle, double>> probe = space.quickFocus(probeEnd - time);
 
     OV_FOCUS_SLICE slice;
     slice.start = time;
-    slice.blank = probe.spaces.empty();
+    slice.blank = !probe.has_value();
     double end = 0.0;
     if (slice.blank) {
         const unsigned int trigger = getFirstTriggerObject(store, time, firstActiveAfter(store, time));
@@ -116,7 +130,7 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
             end = std::min(end, std::max(store.valueObjects[trigger].start, probeEnd));
         }
     } else {
-        const auto& [focus, density] = probe.spaces.front();
+        const auto& [focus, density] = *probe;
         end = probeEnd + std::min(kLongestSeconds, density / ((probeEnd - time) * kFocusRate));
         double bound = probeEnd;
         unsigned int trigger = getFirstTriggerObject(store, bound, firstActiveAfter(store, bound));
@@ -130,9 +144,8 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
                 bound = start + kLookAheadSeconds;
                 loadObjects(store, {start, bound}, space);
                 recalcValueInterval(store, {start, bound}, space);
-                const VS_VALUE_MAP ahead = space.quickSummarize(bound - start);
-                const bool staysPut =
-                    ahead.spaces.size() == 1 && !detectMotion(ahead.spaces.front().first, focus, kMotionPixels);
+                const auto ahead = space.quickFocus(bound - start);
+                const bool staysPut = ahead.has_value() && !detectMotion(ahead->first, focus, kMotionPixels);
                 if (!staysPut) {
                     end = start;
                     break;

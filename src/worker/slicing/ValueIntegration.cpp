@@ -67,11 +67,13 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
     countSteps(store, (store.nextObject - first) / kScannedPerStep);
     StepCounter steps(store);
     std::vector<std::uint32_t> leaving;
-    leaving.reserve(kFewLeaving);
     for (auto entry = space.objectMap.lower_bound(first);
          entry != space.objectMap.end() && entry->first <= store.nextObject; ++entry) {
         steps.add(1);
         if (isRetired(entry->first)) {
+            if (leaving.empty()) {
+                leaving.reserve(kFewLeaving); // mostly nothing leaves
+            }
             leaving.push_back(entry->first);
         }
     }
