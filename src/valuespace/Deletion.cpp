@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "frame/Steps.h"
+#include "valuespace/ShortLists.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
@@ -20,16 +21,6 @@ constexpr std::size_t kWorthSortingOut = 24;
 constexpr std::size_t kSpareNodes = 32;
 // Slots of a set of bits that are gone through in the time of one step.
 constexpr std::size_t kSlotsPerStep = 512;
-
-// False when the value is not in the list.
-bool eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
-    const auto found = std::find(list.begin(), list.end(), value);
-    if (found == list.end()) {
-        return false;
-    }
-    list.erase(found);
-    return true;
-}
 
 } // namespace
 

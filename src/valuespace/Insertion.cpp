@@ -51,7 +51,9 @@ void offerContainer(const std::vector<OV_INTERSECTION>& graph, std::vector<VS_CR
 } // namespace
 
 void ValueSpace::insertObject(unsigned object) {
-    if (objectMap.find(object) != objectMap.end()) {
+    // Most objects are newer than all in the graph, or the newest itself: no search is needed for them.
+    if (!objectMap.empty() && object <= objectMap.rbegin()->first &&
+        (object == objectMap.rbegin()->first || objectMap.find(object) != objectMap.end())) {
         return;
     }
     isHandMade_ = isHandMade_ || (hasLostLinks_ && object <= highest_);

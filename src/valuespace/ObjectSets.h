@@ -62,7 +62,10 @@ private:
         if (words_.size() < begin + rowWords_) {
             words_.resize(2 * (begin + rowWords_));
         }
-        std::fill_n(words_.begin() + static_cast<std::ptrdiff_t>(begin), rowWords_, 0);
+        words_[begin] = 0;
+        if (rowWords_ > 1) { // mostly one word holds all objects in force
+            std::fill_n(words_.begin() + static_cast<std::ptrdiff_t>(begin) + 1, rowWords_ - 1, 0);
+        }
         for (const std::uint32_t object : list) {
             const std::uint32_t number = numberOf(object);
             if (number >= rowWords_ * kWordBits) {

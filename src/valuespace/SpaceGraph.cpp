@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "frame/Steps.h"
+#include "valuespace/ShortLists.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS {
@@ -21,13 +22,6 @@ void append(std::vector<std::uint32_t>& list, std::uint32_t value) {
         list.reserve(kFirstLinks);
     }
     list.push_back(value);
-}
-
-void eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
-    const auto found = std::find(list.begin(), list.end(), value);
-    if (found != list.end()) {
-        list.erase(found);
-    }
 }
 
 } // namespace

@@ -28,20 +28,6 @@ constexpr double kTier4Rate = kTierRates[kTier4];
 // anything out.
 constexpr double kNoLimit = std::numeric_limits<double>::infinity();
 
-using TierLists = std::array<std::vector<std::uint32_t>, kTierCount>;
-static_assert(kTierCount == kSummaryTiers);
-
-// Readies the list of the tier below `tier`, which has just been found too hot for the next space.
-void handOver(TierLists& lists, std::size_t tier) {
-    if (tier == kTier4) {
-        // The chain breaks here: tier 3 starts afresh, so that no rectangle below tier 4 swallows one of tier 4 or
-        // above. Tier 2 keeps the copy only if the walk never gets there.
-        lists[kTier2] = lists[kTier4];
-    } else {
-        lists[tier + 1] = lists[tier];
-    }
-}
-
 // The order in which spaces are offered to the tiers: by descending value, equal ones in slot order. No value is NaN.
 struct IsOfferedBefore {
     bool operator()(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) const {
@@ -99,23 +85,16 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     for (std::size_t t = 0; t < kTierCount; ++t) {
         thresholds[t] = kTierRates[t] * span;
     }
-    // The spaces to be offered. Where the thresholds descend, what is below the last one only makes the walk hand over to
-    // the end, and a space that its parent will swallow in the same list need not be offered.
+    // The spaces to be offered. Where the thresholds descend, what is below the last one reaches no tier, and a space that
+    // its parent will swallow in the same list need not be offered.
     std::vector<VS_VALUE_ORDER>& order = order_;
     order.clear();
-    bool handsOverToTheEnd = false;
     if (span >= 0.0) {
         sumSpaces([&](const VS_VALUE_ORDER& entry) {
             if (entry.value >= span) {
                 order.push_back(entry);
-            } else {
-                handsOverToTheEnd = true;
             }
         });
-        double least = std::numeric_limits<double>::infinity();
-        for (const VS_VALUE_ORDER& entry : order) {
-            least = std::min(least, entry.value);
-        }
         const auto tierOf = [&](double value) {
             std::size_t tier = kTier12;
             while (!(value >= thresholds[tier])) {
@@ -123,14 +102,13 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
             }
             return tier;
         };
-        // The coolest one is offered whatever its parents are, as it decides how far the walk gets.
         std::erase_if(order, [&](const VS_VALUE_ORDER& entry) {
             const std::size_t tier = tierOf(entry.value);
             double below = kNoLimit;
             if (tier > kTier4) {
                 below = thresholds[kTier4]; // the lists of the lower tiers start afresh
             }
-            return entry.value != least && isSwallowed(entry.space, thresholds[tier], below);
+            return isSwallowed(entry.space, thresholds[tier], below);
         });
         sortForOffer(*store, order.begin(), order.end());
     } else {
@@ -138,40 +116,40 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     }
     countSteps(*store, order.size());
 
-    TierLists& lists = tierLists_;
-    for (std::vector<std::uint32_t>& list : lists) {
-        list.clear();
-    }
+    // One list serves all tiers: what a tier has collected is the beginning of the next one's list. It breaks off below
+    // tier 4, where the list starts afresh, so that no rectangle below swallows one of tier 4 or above.
+    std::vector<std::uint32_t>& list = tierList_;
+    list.clear();
+    found_.spaces.clear();
+    bool isLocated = false;
+    bool hasGrown = false; // a tier that adds nothing gives the pair of the one before it once more, and is left out
+    const auto finishTier = [&] {
+        if (!hasGrown) {
+            return;
+        }
+        if (!isLocated) {
+            locateObjects();
+            isLocated = true;
+        }
+        addBestOf(list, found_);
+        hasGrown = false;
+    };
     std::size_t tier = kTier12;
     for (const VS_VALUE_ORDER& entry : order) {
         // Written with `>=` so that a sum that is not a number reaches no tier.
         while (tier < kTierCount && !(entry.value >= thresholds[tier])) {
-            if (tier != kTier1) {
-                handOver(lists, tier);
+            finishTier();
+            if (tier == kTier4) {
+                list.clear();
             }
             ++tier;
         }
         if (tier == kTierCount) {
             break;
         }
-        summarizeGraph(lists[tier], entry.space);
+        hasGrown = offerToTier(list, entry.space) || hasGrown;
     }
-    for (; handsOverToTheEnd && tier < kTier1; ++tier) {
-        handOver(lists, tier);
-    }
-
-    found_.spaces.clear();
-    bool areLocated = false;
-    for (std::size_t t = 0; t < lists.size(); ++t) {
-        // A list that was handed over and got nothing more gives the same pair once more, which would be removed again.
-        if (!lists[t].empty() && (t == 0 || lists[t] != lists[t - 1])) {
-            if (!areLocated) {
-                locateObjects();
-                areLocated = true;
-            }
-            addBestOf(lists[t], found_);
-        }
-    }
+    finishTier();
     cleanValueMap(found_);
     map.spaces = found_.spaces; // a copy of the right size: slices keep their maps for the whole computation
     return map;
@@ -204,7 +182,7 @@ std::optional<std::pair<Rectangle, double>> ValueSpace::quickFocus(double span) 
                       [&](const VS_VALUE_ORDER& entry) { return isSwallowed(entry.space, threshold, kNoLimit); });
         sortForOffer(*store, order.begin(), order.end());
     }
-    std::vector<std::uint32_t>& list = tierLists_[kTier4];
+    std::vector<std::uint32_t>& list = tierList_;
     list.clear();
     for (const VS_VALUE_ORDER& entry : order) {
         summarizeGraph(list, entry.space);
@@ -243,7 +221,9 @@ std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
     return order;
 }
 
-void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space) {
+void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space) { offerToTier(list, space); }
+
+bool ValueSpace::offerToTier(std::vector<std::uint32_t>& list, std::uint32_t space) {
     const Rectangle& offered = graph[space].rect;
     countSteps(*store, 1 + list.size() / 2);
     for (std::size_t k = list.size(); k-- > 0;) {
@@ -251,10 +231,11 @@ void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space
         if (contains(offered, held)) {
             list.erase(list.begin() + static_cast<std::ptrdiff_t>(k));
         } else if (contains(held, offered)) {
-            return;
+            return false;
         }
     }
     list.push_back(space);
+    return true;
 }
 
 void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {

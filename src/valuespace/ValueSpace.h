@@ -1,7 +1,6 @@
 // The graph of rectangles that objects and their overlaps make.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -30,9 +29,6 @@ struct OV_INTERSECTION {
     std::vector<std::uint32_t> children; ///< The tightest spaces that it contains: indices into `graph`.
     std::vector<std::uint32_t> objects;  ///< Indices into the store's `valueObjects`.
 };
-
-/// The tiers of a summary.
-inline constexpr std::size_t kSummaryTiers = 8;
 
 /// One space with its summed value.
 struct VS_VALUE_ORDER {
@@ -175,6 +171,8 @@ private:
     /// Writes the value of every slot, and tells each valid space with its sum, in slot order.
     template <typename Visit> void sumSpaces(Visit visit);
     bool isSwallowed(std::uint32_t space, double least, double below) const;
+    /// `summarizeGraph`; false when a space of the list swallows the one that is offered.
+    bool offerToTier(std::vector<std::uint32_t>& list, std::uint32_t space);
     /// Forgets all scores. Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
     /// its own. Laid out once for a summary: walking the map anew for each list takes longer than the arithmetic.
     void locateObjects();
@@ -210,8 +208,8 @@ private:
     std::vector<std::uint32_t> work_;   ///< The queue or stack of a plain walk, or the children of the space in work.
     std::vector<VS_VALUE_ORDER> order_; ///< The spaces that a summary offers.
     std::vector<std::pair<Rectangle, double>> located_; ///< Where the objects of a summary are, and their values.
-    std::array<std::vector<std::uint32_t>, kSummaryTiers> tierLists_; ///< The lists of a summary, hottest tier first.
-    VS_VALUE_MAP found_;                                              ///< A summary in work.
+    std::vector<std::uint32_t> tierList_;               ///< The list of the tier that a summary is at.
+    VS_VALUE_MAP found_;                                ///< A summary in work.
     ObjectMarks marks_;          ///< The objects that a new space lists already, or that leave together.
     ObjectMarks scored_;         ///< The spaces that the summary in work has a score for: one stands in several tiers.
     std::vector<double> scores_; ///< By space.

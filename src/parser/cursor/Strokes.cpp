@@ -3,6 +3,7 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "frame/Geometry.h"
 #include "parser/meaning/WorkingList.h"
@@ -156,8 +157,9 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
             objects.push_back(object);
         }
         findMouseHoverDR(store, stroke);
-        keptStrokes.push_back(stroke);
+        keptStrokes.push_back(std::move(stroke));
     }
+    strokes.clear();
 }
 
 } // namespace OrvantaNS

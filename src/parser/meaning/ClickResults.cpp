@@ -7,7 +7,9 @@
 
 #include "frame/Geometry.h"
 #include "frame/Steps.h"
+#include "frame/TimeModel.h"
 #include "parser/meaning/WorkingList.h"
+#include "parser/walk/ComputationClock.h"
 
 namespace OrvantaNS {
 
@@ -83,9 +85,10 @@ void DataParser::getClickResultWorker(unsigned int zone, const Params&, OV_DATA_
 }
 
 Rectangle DataParser::detectClickDR(const Params&, OV_DATA_STORE& store, OV_VALUE_OBJECT& object) {
+    const double scale = ComputationClock::ticksPerSecond();
     for (std::uint32_t i = skipDRObject; i < drObjects.size(); ++i) {
         countSteps(store, 1);
-        const double start = convertTime(drObjects[i].start);
+        const double start = ticksToSeconds(drObjects[i].start, scale);
         if (start >= object.start - kAnswerSeconds && start <= object.stop + kAnswerSeconds) {
             Rectangle rect = drObjects[i].bounds;
             clipRectToLZ(store.currentZone, store, rect);
