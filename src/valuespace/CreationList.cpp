@@ -23,6 +23,10 @@ std::size_t hashOf(const Rectangle& r) {
 
 void CreationList::start(const Rectangle& own) {
     rects_.clear();
+    lefts_.clear();
+    rights_.clear();
+    tops_.clear();
+    bottoms_.clear();
     table_.clear();
     add(own);
 }
@@ -49,6 +53,10 @@ std::uint32_t CreationList::add(const Rectangle& rect) {
     records_[record].reuse = false;
     records_[record].space = 0;
     rects_.push_back(rect);
+    lefts_.push_back(rect.left);
+    rights_.push_back(rect.right);
+    tops_.push_back(rect.top);
+    bottoms_.push_back(rect.bottom);
     if (rects_.size() >= kFew) {
         if (2 * rects_.size() > table_.size()) {
             // At most half full, so that a search ends soon.
@@ -61,6 +69,25 @@ std::uint32_t CreationList::add(const Rectangle& rect) {
         }
     }
     return record;
+}
+
+void CreationList::compareLast() {
+    const std::size_t last = rects_.size() - 1;
+    const Rectangle rect = rects_[last];
+    relations_.resize(last);
+    // Plain arrays and no jumps, so that compilers compare several at a time.
+    const std::int32_t* left = lefts_.data();
+    const std::int32_t* right = rights_.data();
+    const std::int32_t* top = tops_.data();
+    const std::int32_t* bottom = bottoms_.data();
+    std::uint8_t* relation = relations_.data();
+    for (std::size_t j = 0; j < last; ++j) {
+        const int holds = static_cast<int>(left[j] <= rect.left) & static_cast<int>(right[j] >= rect.right) &
+                          static_cast<int>(top[j] <= rect.top) & static_cast<int>(bottom[j] >= rect.bottom);
+        const int lies = static_cast<int>(rect.left <= left[j]) & static_cast<int>(rect.right >= right[j]) &
+                         static_cast<int>(rect.top <= top[j]) & static_cast<int>(rect.bottom >= bottom[j]);
+        relation[j] = static_cast<std::uint8_t>(holds * kHolds + lies * kLies);
+    }
 }
 
 std::size_t CreationList::slotOf(const Rectangle& rect) const {
