@@ -160,7 +160,7 @@ public:
     Interval_Type<long long> setMetaTime(unsigned int zone, OV_DATA_STORE& store);
     /// Appends a `FullScreenDirty` for each frame in `interval` (ticks) that covers the whole first region.
     void findFullScreenDR(const Params& params, OV_DATA_STORE& store, Interval_Type<long long> interval);
-    /// Gives each stroke in `strokes` its object and searches its hovers. Leaves `strokes` empty.
+    /// Gives each stroke in `strokes` its object and searches its hovers.
     void processStrokes(OV_DATA_STORE& store);
     /// Cuts `strokes` at the time limits of drags.
     void chopStrokes();

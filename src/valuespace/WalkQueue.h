@@ -1,6 +1,7 @@
 // The queues of the two walks. What a plain queue searches for, these look up: each slot knows where it stands.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -8,15 +9,35 @@
 
 namespace OrvantaNS {
 
+/// Stands in a queue for a place that has been left; no graph gets that long.
+inline constexpr std::uint32_t kLeft = std::numeric_limits<std::uint32_t>::max();
+
+/// Makes places for the slots below `slots`, all empty. Only the slots of the last walk, `visited`, have places that are
+/// not: a short walk of a large graph clears those alone.
+template <typename Place>
+void clearPlaces(std::vector<Place>& places, const std::vector<std::uint32_t>& visited, std::size_t slots) {
+    constexpr std::size_t kShort = 8; // so many times shorter than the graph
+    if (visited.size() > places.size() / kShort) {
+        places.assign(slots, Place{});
+        return;
+    }
+    for (const std::uint32_t slot : visited) {
+        if (slot != kLeft) {
+            places[slot] = Place{};
+        }
+    }
+    places.resize(std::max(places.size(), slots));
+}
+
 /// The queue of insertion: a slot that waits in it is not taken in again, one that has left it is. The slot in work counts
 /// as waiting.
 class InsertionQueue {
 public:
     /// Starts anew with a list of slots, all below `slots`.
     void start(const std::vector<std::uint32_t>& list, std::size_t slots) {
+        clearPlaces(places_, entries_, slots);
         entries_ = list;
         next_ = 0;
-        places_.assign(slots, 0);
         for (std::size_t k = 0; k < entries_.size(); ++k) {
             places_[entries_[k]] = static_cast<std::uint32_t>(k) + 1;
         }
@@ -42,9 +63,9 @@ private:
 class DeletionQueue {
 public:
     void start(std::uint32_t slot, std::size_t slots) {
+        clearPlaces(places_, entries_, slots);
         entries_.assign(1, slot);
         next_ = 0;
-        places_.assign(slots, {});
         places_[slot].newer = 1;
     }
     /// Steps over the places that were left; false at the end.
@@ -72,8 +93,6 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t kLeft = std::numeric_limits<std::uint32_t>::max(); // no graph gets that long
-
     struct Places { // one more than an index into the entries, 0 for none
         std::uint32_t older = 0;
         std::uint32_t newer = 0;

@@ -3,7 +3,6 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "frame/Geometry.h"
 #include "parser/meaning/WorkingList.h"
@@ -157,9 +156,8 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
             objects.push_back(object);
         }
         findMouseHoverDR(store, stroke);
-        keptStrokes.push_back(std::move(stroke));
+        keptStrokes.push_back(stroke);
     }
-    strokes.clear();
 }
 
 } // namespace OrvantaNS

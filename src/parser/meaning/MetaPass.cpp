@@ -55,6 +55,7 @@ void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_
                   [&](auto less) { std::stable_sort(objects.begin(), objects.end(), less); });
     applyRules(zone, params, store, convertTime(interval.stop));
 
+    strokes.clear();
     std::erase_if(objects, [](const OV_VALUE_OBJECT& object) { return object.type == Dead; });
     skipToTime(params, store, metaStartTime);
     setProgress(store, convertTime(metaTime), OV_STAGE_PARSE);
