@@ -19,6 +19,11 @@ constexpr double kSecondsRounding = 4.0 * std::numeric_limits<double>::epsilon()
 // 2^63: the first double that is too large for a tick.
 constexpr double kBeyondTicks = 9223372036854775808.0;
 
+// A frame's sides on the way, pixels. Moves that cut each other short while their easing overshoots multiply the sides by the
+// overshoot again and again, until no number tells them; all that keyframes can ask for lies between these.
+constexpr double kLeastSide = 0x1p-20;
+constexpr double kMostSide = 0x1p64;
+
 /// A rectangle's sides without wrapping: hostile edges may lie further apart than 32 bits tell.
 struct Sides {
     std::uint64_t width = 0;
@@ -72,6 +77,13 @@ double lowBetween(const Span& from, const Span& to, double size, double share, d
         low = (limit - size) / 2.0;
     }
     return placed(low, size, limit);
+}
+
+/// What both sides of a frame may be multiplied by.
+double allowedScale(const CameraFrame& from, double scale) {
+    const double least = kLeastSide / std::min(from.width, from.height);
+    const double most = kMostSide / std::max(from.width, from.height);
+    return std::clamp(scale, least, most);
 }
 
 /// A side on the way between two, never beyond them while `progress` lies between 0 and 1, whatever the rounding.
@@ -248,9 +260,10 @@ CameraFrame CameraPath::between(const CameraMove& move, double elapsedTicks) con
     const CameraFrame& from = move.from;
     const CameraFrame& to = move.to;
     const EvenStep step = evenStep(from.width, to.width, progress);
+    const double scale = allowedScale(from, step.scale);
     CameraFrame frame;
-    frame.width = sizeBetween(from.width, to.width, step.scale, progress);
-    frame.height = sizeBetween(from.height, to.height, step.scale, progress);
+    frame.width = sizeBetween(from.width, to.width, scale, progress);
+    frame.height = sizeBetween(from.height, to.height, scale, progress);
     frame.left = lowBetween({from.left, from.width}, {to.left, to.width}, frame.width, step.share, regionWidth_);
     frame.top = lowBetween({from.top, from.height}, {to.top, to.height}, frame.height, step.share, regionHeight_);
     frame.overhangs = frame.width > regionWidth_ || frame.height > regionHeight_;

@@ -114,6 +114,24 @@ TEST(CameraPathTest, Easing_ThatOvershoots_ComesBackAndStaysInside) {
     EXPECT_EQ(path.frameAt(1100).left, 700);
 }
 
+TEST(CameraPathTest, Easing_ThatOvershootsAgainAndAgain_KeepsFramesOfASize) {
+    // Half way the easing has gone 7.6 times the way, and there the next move begins: left alone, the sides would come to
+    // 1e-12, 1e86 and nothing at all.
+    CameraSetup setup = square();
+    setup.easing = CameraEasing(0.5, 10, 0.5, 10);
+    const Rectangle small = rect(500, 500, 10, 10);
+    const Rectangle large = rect(0, 0, 1000, 1000);
+    const CameraPath path({{0, small}, {50, large}, {100, small}, {150, large}, {200, small}}, setup);
+    for (long long tick = 0; tick <= 300; ++tick) {
+        const CameraFrame frame = path.frameAt(tick);
+        EXPECT_GE(frame.width, 0x1p-20) << "tick " << tick;
+        EXPECT_LE(frame.width, 0x1p64) << "tick " << tick;
+        EXPECT_EQ(frame.width, frame.height) << "tick " << tick;
+        EXPECT_TRUE(std::isfinite(frame.left) && std::isfinite(frame.top)) << "tick " << tick;
+    }
+    EXPECT_EQ(path.frameAt(300), (CameraFrame{500, 500, 10, 10, false}));
+}
+
 TEST(CameraPathTest, Frame_APixelOffTheShape_KeepsItsCentreAndGrowsItsShortSide) {
     const CameraPath path({}, square());
     EXPECT_EQ(path.frameOf(rect(100, 100, 201, 200)), (CameraFrame{100, 99.5, 201, 201, false}));

@@ -57,6 +57,19 @@ describe("camera path", () => {
         expect(early.moves[0]?.cutShort).toBe(true);
         expect(early.frameAt(11.5)).toMatchObject({ width: 1280 });
     });
+    it("keeps frames of a size where an easing overshoots again and again", () => {
+        // Left alone, the sides would come to 1e-12, 1e86 and nothing at all.
+        const small = { left: 640, top: 400, width: 16, height: 10 };
+        const keyframes = [1, 1.5, 2, 2.5, 3].map((seconds, i) => ({ seconds, rect: i % 2 === 0 ? small : back.rect }));
+        const wild = new CameraPath(keyframes, { ...setup, easing: { x1: 0.5, y1: 10, x2: 0.5, y2: 10 } });
+        for (let time = 1; time < 4; time += 0.01) {
+            const frame = wild.frameAt(time);
+            expect(frame.height).toBeGreaterThanOrEqual(2 ** -20);
+            expect(frame.width).toBeLessThanOrEqual(2 ** 64);
+            expect(frame.width / frame.height).toBeCloseTo(1.6, 9);
+            expect(Number.isFinite(frame.left) && Number.isFinite(frame.top)).toBe(true);
+        }
+    });
     it("takes keyframes in any order, of several at one time the last", () => {
         const other = { seconds: 10, rect: { left: 0, top: 0, width: 640, height: 400 } };
         const shuffled = new CameraPath([back, close, other], setup);

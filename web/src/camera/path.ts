@@ -59,6 +59,14 @@ function placed(low: number, size: number, limit: number): number {
 /** A moment counts as a whole tick when it is that near, as a share of itself: dividing and multiplying rounds off no more. */
 const kTickRounding = 4 * Number.EPSILON;
 
+// Sides on the way, pixels: where moves cut each other short while their easing overshoots, they would leave all numbers.
+const kLeastSide = 2 ** -20;
+const kMostSide = 2 ** 64;
+
+function allowedScale(from: Size, scale: number): number {
+    return clamp(scale, kLeastSide / Math.min(from.width, from.height), kMostSide / Math.max(from.width, from.height));
+}
+
 function sizeBetween(from: number, to: number, scale: number, progress: number): number {
     const size = from * scale;
     return progress >= 0 && progress <= 1 ? clamp(size, Math.min(from, to), Math.max(from, to)) : size;
@@ -177,12 +185,13 @@ export class CameraPath {
         if (elapsed >= this.fadeTicks) return move.to;
         const { from, to } = move;
         const progress = ease(this.easing, elapsed / this.fadeTicks);
-        const { scale, share } = evenStep(from.width, to.width, progress);
+        const step = evenStep(from.width, to.width, progress);
+        const scale = allowedScale(from, step.scale);
         const width = sizeBetween(from.width, to.width, scale, progress);
         const height = sizeBetween(from.height, to.height, scale, progress);
         return {
-            left: lowBetween({ low: from.left, size: from.width }, { low: to.left, size: to.width }, width, share, recording.width),
-            top: lowBetween({ low: from.top, size: from.height }, { low: to.top, size: to.height }, height, share, recording.height),
+            left: lowBetween({ low: from.left, size: from.width }, { low: to.left, size: to.width }, width, step.share, recording.width),
+            top: lowBetween({ low: from.top, size: from.height }, { low: to.top, size: to.height }, height, step.share, recording.height),
             width,
             height,
             overhangs: width > recording.width || height > recording.height,
