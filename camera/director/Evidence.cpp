@@ -37,6 +37,9 @@ constexpr double kLargePart = 0.4;  // and a change larger than a readable frame
 constexpr double kAnswer = 1.0;     // seconds after a press within which a change answers it
 constexpr double kPointed = 20.0;   // seconds for which a press tells where something is typed
 constexpr double kMuchLarger = 0.7; // of the readable zoom: a window that needs a lower one is large
+// Part of a page that has a readable frame's size from which the page counts in full. Of one that is larger still, less
+// can be told when it is shown whole, and it counts in proportion.
+constexpr double kTellingPart = 0.5;
 
 // Part of a page's weight from which it is remembered as what the viewer looks at.
 constexpr double kSeldomPart = 0.5;
@@ -156,6 +159,14 @@ private:
         return std::clamp((shape_.fittingZoom(rect) / shape_.readable() - kMuchLarger) / (1.0 - kMuchLarger), 0.0, 1.0);
     }
 
+    /// 1 for a page of which something can be told when it is shown as whole as can be; less for one that is larger.
+    double telling(const RealRect& rect) const {
+        const double readable = shape_.outputWidth() * shape_.outputHeight() / (shape_.readable() * shape_.readable());
+        const double most = shape_.widest();
+        const double shown = std::min(width(rect), most) * std::min(height(rect), most / shape_.ratio());
+        return std::min(1.0, readable / (kTellingPart * shown));
+    }
+
     void windows() {
         std::array<RealRect, 3> last{};
         std::size_t next = 0;
@@ -178,13 +189,13 @@ private:
                 addStrong(EvidenceKind::SmallWindow, run.from, run.to, run.rect, small * weights_.smallWindow);
                 // A menu or dialog is part of what is done in the window that it came from.
                 if (!isEmpty(parent)) {
-                    add(EvidenceKind::Page, run.from, run.to, parent, small * weights_.parent);
+                    add(EvidenceKind::Page, run.from, run.to, parent, telling(parent) * small * weights_.parent);
                 }
             }
             if (small < 0.5) {
                 parent = run.rect;
                 addStrong(EvidenceKind::Page, run.from, std::min(run.to, run.from + kOpening), run.rect,
-                          (1.0 - small) * weights_.returns);
+                          telling(run.rect) * (1.0 - small) * weights_.returns);
             }
             add(EvidenceKind::Context, run.from, run.to, run.rect, (1.0 - small) * weights_.context);
         }
@@ -224,13 +235,12 @@ private:
                 const bool isAsked = isScrolling || (isAnswer && !isAtWork(time));
                 const double part = isAsked ? 1.0 : rarityOf(redraws, time);
                 const double until = time + kAfterPage;
+                const double worth = telling(front) * weights_.page;
                 if (part >= kSeldomPart) {
-                    addStrong(EvidenceKind::Page, std::max(page, time - scene_.step), until, front,
-                              part * weights_.page);
+                    addStrong(EvidenceKind::Page, std::max(page, time - scene_.step), until, front, part * worth);
                     page = until;
                 } else {
-                    add(EvidenceKind::Page, std::max({page, little, time - scene_.step}), until, front,
-                        part * weights_.page);
+                    add(EvidenceKind::Page, std::max({page, little, time - scene_.step}), until, front, part * worth);
                     little = until;
                 }
             }

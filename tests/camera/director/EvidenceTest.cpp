@@ -14,6 +14,10 @@ using namespace camera;
 // A readable frame is 853.33 by 533.33 pixels. With a line of 20 pixels a press is 160 by 100, typing 360 by 70.
 const FrameShape kShape(640, 400, 1280, 800, 0.75, false);
 const RealRect kScreen{0, 0, 1280, 800};
+// Half of the screen has 512,000 pixels, a readable frame 455,111: as a page the screen counts for 8/9.
+constexpr double kWholeScreen = 8.0 / 9.0;
+// The same for a window of 1180 by 800 pixels.
+constexpr double kWideWindow = kWholeScreen * 1280.0 / 1180.0;
 
 /// Adds changes of one step; steps in order.
 void addChanges(camera::Scene& scene, std::size_t step, const std::vector<SceneChange>& changes) {
@@ -146,7 +150,7 @@ TEST(EvidenceTest, LargeWindow_OpensAndIsThePageAndThenTheContext) {
     expect(list[0], 40, 50, window, 13.0);
     list = of(scene, EvidenceKind::Page);
     ASSERT_EQ(list.size(), 1u);
-    expect(list[0], 40, 50, window, 19.0);
+    expect(list[0], 40, 50, window, 19.0 * kWideWindow);
     list = of(scene, EvidenceKind::Context);
     ASSERT_EQ(list.size(), 1u);
     expect(list[0], 40, 160, window, 31.0);
@@ -164,7 +168,7 @@ TEST(EvidenceTest, SmallWindow_IsOfInterestWhileItStands_WithItsParent) {
     expect(list[0], 80, 120, dialog, 11.0);
     list = of(scene, EvidenceKind::Page);
     ASSERT_EQ(list.size(), 2u);
-    expect(list[1], 80, 120, window, 17.0);
+    expect(list[1], 80, 120, window, 17.0 * kWideWindow);
     EXPECT_EQ(of(scene, EvidenceKind::Context).size(), 1u);
 }
 
@@ -322,6 +326,41 @@ TEST(EvidenceTest, HalfOfTheFrontWindowChanges_ItIsAPage) {
     EXPECT_EQ(of(scene, EvidenceKind::Page).size(), 2u);
 }
 
+TEST(EvidenceTest, PageLargerThanTwoReadableFrames_CountsInProportion) {
+    const auto weights = [](const FrameShape& shape, const RealRect& page) {
+        camera::Scene scene = emptyScene(60.0);
+        scene.width = shape.regionWidth();
+        scene.height = shape.regionHeight();
+        scene.windows.push_back({0.0, 30.0, page});
+        scene.windows.push_back({30.0, 60.0, {0, 0, 200, 100}}); // a menu
+        addChanges(scene, 80, {{page, 1.0}});
+        std::vector<double> found;
+        for (const Evidence& one : gatherEvidence(scene, shape, distinctWeights())) {
+            if (one.kind == EvidenceKind::Page) {
+                found.push_back(one.weight);
+            }
+        }
+        return found;
+    };
+    const auto expectPart = [](const std::vector<double>& found, double part) {
+        ASSERT_EQ(found.size(), 3u);
+        EXPECT_NEAR(found[0], 19.0 * part, 1e-9) << "the window comes to the front";
+        EXPECT_NEAR(found[1], 17.0 * part, 1e-9) << "a menu stands over it";
+        EXPECT_NEAR(found[2], 23.0 * part, 1e-9) << "it is drawn anew";
+    };
+    // A readable frame has 1280 * 800 * 4 / 9 pixels. 1280 by 711 is just less than two of them, 1280 by 712 just more.
+    const FrameShape large(640, 400, 2560, 1600, 0.75, false);
+    expectPart(weights(large, {0, 0, 1280, 711}), 1.0);
+    expectPart(weights(large, {0, 0, 1280, 712}), 8.0 / 9.0 * 800.0 / 712.0);
+    expectPart(weights(large, {0, 0, 2560, 1600}), 2.0 / 9.0);
+    // With half the zoom for readable a readable frame is four times as large.
+    expectPart(weights(FrameShape(640, 400, 2560, 1600, 0.375, false), {0, 0, 2560, 1600}), 8.0 / 9.0);
+    // In portrait no frame shows more than 500 by 800 pixels of it, less than two readable frames.
+    expectPart(weights(FrameShape(400, 640, 1280, 800, 0.75, false), kScreen), 1.0);
+    // One that may overhang shows all of it, in landscape too.
+    expectPart(weights(FrameShape(400, 640, 1280, 800, 0.75, true), kScreen), kWholeScreen);
+}
+
 /// A scene that is drawn as a whole at 6, 8, 10 and 12 s: four times within ten seconds of each, which is a third of a
 /// page's weight.
 camera::Scene restless() {
@@ -335,17 +374,17 @@ camera::Scene restless() {
 TEST(EvidenceTest, PageThatIsDrawnAgainAndAgain_CountsLessAndDoesNotLinger) {
     const auto pages = of(restless(), EvidenceKind::Page);
     ASSERT_EQ(pages.size(), 4u);
-    expect(pages[0], 23, 34, kScreen, 23.0 / 3.0);
-    expect(pages[1], 34, 42, kScreen, 23.0 / 3.0);
-    expect(pages[2], 42, 50, kScreen, 23.0 / 3.0);
-    expect(pages[3], 50, 58, kScreen, 23.0 / 3.0);
+    expect(pages[0], 23, 34, kScreen, 23.0 * kWholeScreen / 3.0);
+    expect(pages[1], 34, 42, kScreen, 23.0 * kWholeScreen / 3.0);
+    expect(pages[2], 42, 50, kScreen, 23.0 * kWholeScreen / 3.0);
+    expect(pages[3], 50, 58, kScreen, 23.0 * kWholeScreen / 3.0);
     EXPECT_TRUE(of(restless(), EvidenceKind::Linger).empty());
 
     camera::Scene thrice = emptyScene(60.0);
     for (const std::size_t step : {24, 32, 40}) {
         addChanges(thrice, step, {{kScreen, 1.0}});
     }
-    EXPECT_NEAR(of(thrice, EvidenceKind::Page).at(0).weight, 23.0 / 2.0, 1e-9);
+    EXPECT_NEAR(of(thrice, EvidenceKind::Page).at(0).weight, 23.0 * kWholeScreen / 2.0, 1e-9);
     EXPECT_EQ(of(thrice, EvidenceKind::Linger).size(), 3u); // half of a page is still what one looks at
 }
 
@@ -357,10 +396,10 @@ TEST(EvidenceTest, PageWithinASecondOfAPress_AnswersTheHand) {
     };
     // It stands beside what the redraws before it left.
     ASSERT_EQ(pages(9.01).size(), 4u);
-    expect(pages(9.01)[1], 34, 42, kScreen, 23.0 / 3.0);
-    expect(pages(9.01)[2], 39, 50, kScreen, 23.0);
-    expect(pages(9.01)[3], 50, 58, kScreen, 23.0 / 3.0);
-    expect(pages(9.0)[2], 42, 50, kScreen, 23.0 / 3.0);
+    expect(pages(9.01)[1], 34, 42, kScreen, 23.0 * kWholeScreen / 3.0);
+    expect(pages(9.01)[2], 39, 50, kScreen, 23.0 * kWholeScreen);
+    expect(pages(9.01)[3], 50, 58, kScreen, 23.0 * kWholeScreen / 3.0);
+    expect(pages(9.0)[2], 42, 50, kScreen, 23.0 * kWholeScreen / 3.0);
 }
 
 TEST(EvidenceTest, PageAfterASecondOfWorkInOnePlace_AnswersNoHand) {
@@ -373,9 +412,9 @@ TEST(EvidenceTest, PageAfterASecondOfWorkInOnePlace_AnswersNoHand) {
                                 [](const Evidence& a, const Evidence& b) { return a.weight < b.weight; })
             ->weight;
     };
-    EXPECT_NEAR(weight(8.5, 420), 23.0 / 3.0, 1e-9) << "the third redraw, after a second and a half";
-    EXPECT_EQ(weight(9.0, 420), 23.0) << "after one second";
-    EXPECT_EQ(weight(8.5, 1200), 23.0) << "the first press lies elsewhere";
+    EXPECT_NEAR(weight(8.5, 420), 23.0 * kWholeScreen / 3.0, 1e-9) << "the third redraw, after a second and a half";
+    EXPECT_NEAR(weight(9.0, 420), 23.0 * kWholeScreen, 1e-9) << "after one second";
+    EXPECT_NEAR(weight(8.5, 1200), 23.0 * kWholeScreen, 1e-9) << "the first press lies elsewhere";
 }
 
 TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
@@ -384,8 +423,8 @@ TEST(EvidenceTest, PageThatGoesOnChanging_IsOneStretch) {
     addChanges(scene, 44, {{kScreen, 1.0}});
     const auto list = of(scene, EvidenceKind::Page);
     ASSERT_EQ(list.size(), 2u);
-    expect(list[0], 39, 50, kScreen, 23.0);
-    expect(list[1], 50, 54, kScreen, 23.0);
+    expect(list[0], 39, 50, kScreen, 23.0 * kWholeScreen);
+    expect(list[1], 50, 54, kScreen, 23.0 * kWholeScreen);
 }
 
 TEST(EvidenceTest, Scrolling_ATenthOfTheWindowWithinHalfASecondOfTheWheel) {
@@ -397,7 +436,7 @@ TEST(EvidenceTest, Scrolling_ATenthOfTheWindowWithinHalfASecondOfTheWheel) {
     };
     const auto list = pages(9.6, 401);
     ASSERT_EQ(list.size(), 1u);
-    expect(list[0], 39, 50, kScreen, 23.0);
+    expect(list[0], 39, 50, kScreen, 23.0 * kWholeScreen);
     EXPECT_EQ(pages(10.2, 401).size(), 1u); // within the step
     EXPECT_TRUE(pages(9.5, 401).empty());
     EXPECT_TRUE(pages(10.25, 401).empty());
