@@ -232,10 +232,12 @@ private:
             const bool isAnswer = time - lastPress < kAnswer;
             const bool isPage = isScrolling || news > kPageShare * area(front);
             if (isPage) {
-                const bool isAsked = isScrolling || (isAnswer && !isAtWork(time));
+                const bool isQuestion = isAnswer && !isAtWork(time);
+                const bool isAsked = isScrolling || isQuestion;
                 const double part = isAsked ? 1.0 : rarityOf(redraws, time);
                 const double until = time + kAfterPage;
-                const double worth = telling(front) * weights_.page;
+                // What the hand asked for is looked for all over the page, however large that is.
+                const double worth = isQuestion ? weights_.page : telling(front) * weights_.page;
                 if (part >= kSeldomPart) {
                     addStrong(EvidenceKind::Page, std::max(page, time - scene_.step), until, front, part * worth);
                     page = until;
