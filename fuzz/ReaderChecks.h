@@ -59,8 +59,17 @@ inline void checkReading(std::string_view text, std::optional<command::Recording
     FUZZ_CHECK(whole.message == pieces.message);
     FUZZ_CHECK(whole.recording.has_value() == pieces.recording.has_value());
     if (!whole.recording.has_value()) {
-        // "file:LINE:COLUMN: reason", the column where one is known, on one line, and with nothing in it that a terminal would take for a command.
+        // "file:LINE:COLUMN: reason", the column where one is known, on one line, and with nothing in it that a terminal
+        // would take for a command. A packed file that cannot be unpacked has no lines.
         const std::string& message = whole.message;
+        FUZZ_CHECK(std::none_of(message.begin(), message.end(),
+                                [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }));
+        const bool isGzip = text.starts_with("\x1f\x8b");
+        const bool isZstd = text.starts_with("\x28\xb5\x2f\xfd");
+        if ((isGzip && message.starts_with("file: this is gzip, ")) ||
+            (isZstd && message.starts_with("file: this is zstd, "))) {
+            return;
+        }
         FUZZ_CHECK(message.starts_with("file:") && message.size() > 8);
         std::size_t digits = 5;
         while (digits < message.size() && message[digits] >= '0' && message[digits] <= '9') {
@@ -74,8 +83,6 @@ inline void checkReading(std::string_view text, std::optional<command::Recording
             }
         }
         FUZZ_CHECK(message.substr(digits, 2) == ": ");
-        FUZZ_CHECK(std::none_of(message.begin(), message.end(),
-                                [](char c) { return static_cast<unsigned char>(c) < 32 || c == 127; }));
         return;
     }
     const command::Recording& recording = *whole.recording;
