@@ -365,7 +365,7 @@ TEST(EvidenceTest, PageLargerThanTwoReadableFrames_CountsInProportion) {
 /// page's weight.
 camera::Scene restless() {
     camera::Scene scene = emptyScene(60.0);
-    for (const std::size_t step : {24, 32, 40, 48}) {
+    for (const std::size_t step : {24U, 32U, 40U, 48U}) {
         addChanges(scene, step, {{kScreen, 1.0}});
     }
     return scene;
@@ -381,7 +381,7 @@ TEST(EvidenceTest, PageThatIsDrawnAgainAndAgain_CountsLessAndDoesNotLinger) {
     EXPECT_TRUE(of(restless(), EvidenceKind::Linger).empty());
 
     camera::Scene thrice = emptyScene(60.0);
-    for (const std::size_t step : {24, 32, 40}) {
+    for (const std::size_t step : {24U, 32U, 40U}) {
         addChanges(thrice, step, {{kScreen, 1.0}});
     }
     EXPECT_NEAR(of(thrice, EvidenceKind::Page).at(0).weight, 23.0 * kWholeScreen / 2.0, 1e-9);
