@@ -60,7 +60,7 @@ TEST(RedrawsTest, Redraw_IsMoreThanHalfOfTheWindow) {
 
 TEST(RedrawsTest, RedrawsOfASecond_AreOneBurst) {
     camera::Scene scene = emptyScene(60.0);
-    for (const std::size_t step : {40, 44, 48, 53}) { // 10, 11, 12 and 13.25 s
+    for (const std::size_t step : {40U, 44U, 48U, 53U}) { // 10, 11, 12 and 13.25 s
         addChange(scene, step, kScreen);
     }
     EXPECT_EQ(redrawsOf(scene), (std::vector<double>{10.0, 13.25}));
