@@ -79,10 +79,10 @@ double lowBetween(const Span& from, const Span& to, double size, double share, d
     return placed(low, size, limit);
 }
 
-/// What both sides of a frame may be multiplied by.
+/// What both sides of a frame may be multiplied by; 1 always, as a side at the end of its range may be rounded beyond it.
 double allowedScale(const CameraFrame& from, double scale) {
-    const double least = kLeastSide / std::min(from.width, from.height);
-    const double most = kMostSide / std::max(from.width, from.height);
+    const double least = std::min(1.0, kLeastSide / std::min(from.width, from.height));
+    const double most = std::max(1.0, kMostSide / std::max(from.width, from.height));
     return std::clamp(scale, least, most);
 }
 

@@ -129,6 +129,9 @@ TEST(CameraPathTest, Easing_ThatOvershootsAgainAndAgain_KeepsFramesOfASize) {
         EXPECT_EQ(frame.width, frame.height) << "tick " << tick;
         EXPECT_TRUE(std::isfinite(frame.left) && std::isfinite(frame.top)) << "tick " << tick;
     }
+    for (const CameraMove& move : path.moves()) {
+        EXPECT_EQ(path.frameAt(move.start), move.from);
+    }
     EXPECT_EQ(path.frameAt(300), (CameraFrame{500, 500, 10, 10, false}));
 }
 

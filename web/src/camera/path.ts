@@ -64,7 +64,10 @@ const kLeastSide = 2 ** -20;
 const kMostSide = 2 ** 64;
 
 function allowedScale(from: Size, scale: number): number {
-    return clamp(scale, kLeastSide / Math.min(from.width, from.height), kMostSide / Math.max(from.width, from.height));
+    // 1 always, as a side at the end of its range may be rounded beyond it.
+    const least = Math.min(1, kLeastSide / Math.min(from.width, from.height));
+    const most = Math.max(1, kMostSide / Math.max(from.width, from.height));
+    return clamp(scale, least, most);
 }
 
 function sizeBetween(from: number, to: number, scale: number, progress: number): number {
