@@ -76,8 +76,8 @@ std::vector<JudgedKeyframe> dwellZoom(const JudgedSession& session, double outpu
     std::vector<Stay> stays;
     const std::vector<JudgedCursor>& cursor = session.cursor;
     const auto keep = [&](std::size_t from, std::size_t to) {
-        if (to - from < 2) {
-            return;
+        if (from == to) {
+            return; // there is no cursor
         }
         const double length = cursor[to - 1].seconds - cursor[from].seconds;
         if (length < kShortestStay || length > kLongestStay) {
@@ -116,9 +116,6 @@ std::vector<JudgedKeyframe> dwellZoom(const JudgedSession& session, double outpu
     const RealRect whole = largestFrame(session, outputWidth, outputHeight);
     for (const Stay& stay : taken) {
         const double from = stay.middle - kStayShown / 2.0;
-        if (!keyframes.empty() && keyframes.back().seconds > from) {
-            keyframes.pop_back();
-        }
         keyframes.push_back({std::max(0.0, from), frameAt(session, stay.x, stay.y, outputWidth, outputHeight)});
         keyframes.push_back({stay.middle + kStayShown / 2.0, whole});
     }

@@ -66,6 +66,12 @@ TEST(RedrawsTest, RedrawsOfASecond_AreOneBurst) {
     EXPECT_EQ(redrawsOf(scene), (std::vector<double>{10.0, 13.25}));
 }
 
+TEST(RedrawsTest, RedrawOfTheFirstStep_Counts) {
+    camera::Scene scene = emptyScene(60.0);
+    addChange(scene, 0, kScreen);
+    EXPECT_EQ(redrawsOf(scene), (std::vector<double>{0.0}));
+}
+
 TEST(RedrawsTest, Rarity_FallsWithTheRedrawsWithinTenSeconds) {
     EXPECT_EQ(rarityOf({}, 10.0), 1.0);
     EXPECT_EQ(rarityOf({10.0}, 10.0), 1.0);

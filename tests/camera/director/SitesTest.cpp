@@ -48,6 +48,9 @@ TEST(SitesTest, Drag_TakesItsPathAlong) {
     expect(findSites(scene, kShape)[0], 10.0, 12.0, {320, 250, 600, 400});
     scene.presses[0].release = 10.25; // no longer than a press
     expect(findSites(scene, kShape)[0], 10.0, 10.25, {320, 250, 480, 350});
+    scene.presses[0].seconds = 0.0;
+    scene.presses[0].release = 0.3; // just as long
+    expect(findSites(scene, kShape)[0], 0.0, 0.3, {320, 250, 480, 350});
 }
 
 TEST(SitesTest, PressOutOfTheFrame_BeginsTheNextSite) {
@@ -144,6 +147,57 @@ TEST(SitesTest, ActThatNoReadableFrameHolds_IsNoSiteAndEndsOne) {
     ASSERT_EQ(sites.size(), 2u);
     expect(sites[0], 10.0, 10.0, {320, 250, 480, 350});
     expect(sites[1], 13.0, 13.0, {320, 250, 480, 350});
+}
+
+TEST(SitesTest, Acts_CountInTheOrderOfTime_AndAtOnceThePressComesFirst) {
+    camera::Scene scene = emptyScene(60.0);
+    addPress(scene, 12.0, 400, 300);
+    scene.carets.push_back({10.0, 30.0, {400, 290, 402, 310}});
+    addChange(scene, 36, {300, 340, 420, 380}); // 9 s
+    auto sites = findSites(scene, kShape);
+    ASSERT_EQ(sites.size(), 1u);
+    expect(sites[0], 9.0, 12.0, {221, 250, 581, 380});
+    scene = emptyScene(60.0);
+    addPress(scene, 10.0, 100, 300);
+    scene.carets.push_back({10.0, 30.0, {1000, 290, 1002, 310}});
+    sites = findSites(scene, kShape);
+    ASSERT_EQ(sites.size(), 2u);
+    EXPECT_EQ(sites[0].rect, (RealRect{20, 250, 180, 350}));
+    EXPECT_EQ(sites[1].rect, (RealRect{821, 265, 1181, 335}));
+}
+
+TEST(SitesTest, ChangeOfTheFirstStep_BeginsASite) {
+    camera::Scene scene = emptyScene(60.0);
+    addChange(scene, 0, {100, 100, 200, 140});
+    ASSERT_EQ(findSites(scene, kShape).size(), 1u);
+    expect(findSites(scene, kShape)[0], 0.0, 0.25, {100, 100, 200, 140});
+}
+
+TEST(SitesTest, ChangeOfJustHalfTheWindow_IsNoPage) {
+    camera::Scene scene = emptyScene(60.0);
+    addChange(scene, 40, {0, 0, 1280, 400});
+    ASSERT_EQ(findSites(scene, kShape).size(), 1u);
+    EXPECT_NEAR(width(findSites(scene, kShape)[0].rect), 0.6 * 640 / 0.75, 1e-9);
+}
+
+TEST(SitesTest, WindowThatComes_EndsASite_WhateverTheWheelDoesLater) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.wheels = {50.0, 51.0, 52.0};
+    scene.windows = {{0.0, 11.0, {0, 0, 1280, 800}}, {11.0, 60.0, {0, 0, 600, 600}}};
+    addPress(scene, 10.0, 400, 300);
+    addPress(scene, 12.0, 400, 300);
+    EXPECT_EQ(findSites(scene, kShape).size(), 2u);
+}
+
+TEST(SitesTest, WhatAReadableFrameJustHolds_IsASite) {
+    const FrameShape half(640, 400, 1280, 800, 0.5, false);
+    camera::Scene scene = emptyScene(60.0);
+    addPress(scene, 10.0, 80, 300);   // from 0
+    addPress(scene, 11.0, 1200, 300); // to 1280
+    EXPECT_EQ(findSites(scene, half).size(), 1u);
+    scene = emptyScene(60.0);
+    scene.presses.push_back({10.0, 12.0, 640, 400, {0, 0, 1280, 800}});
+    EXPECT_EQ(findSites(scene, half).size(), 1u);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "camera/score/Figures.h"
 
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -155,6 +157,122 @@ TEST(FiguresTest, MovesAndTravel_AreByTheMinute) {
     EXPECT_DOUBLE_EQ(figures.movesAMinute, 4.0);
     // From the middle to the left top quarter is 320 by 200; then half a width.
     EXPECT_DOUBLE_EQ(figures.travelAMinute, 2.0 * (std::sqrt(320.0 * 320 + 200 * 200) / 1280 + 0.5));
+}
+
+// ---- What is judged of a recording ----
+
+TEST(SessionTest, IsInSecondsAndInPixelsOfTheFirstRegion) {
+    Scene scene = recording();
+    scene.params().recordingRegions().front().rect = box(100, 50, 1000, 600);
+    scene.params().setClipInterval(10000, 40000);
+    scene.cursor(5, 600, 350).click(5).caret(6, box(110, 60, 1, 20)).dirty(7.3, box(200, 150, 100, 50));
+    scene.window(8, box(300, 250, 200, 100)).window(10, box(100, 50, 1000, 600));
+    const JudgedSession session = judgedSession(scene);
+    EXPECT_EQ(session.whole, (RealRect{0, 0, 1000, 600}));
+    EXPECT_EQ(session.start, 10.0);
+    EXPECT_EQ(session.stop, 40.0);
+    ASSERT_EQ(session.cursor.size(), 1u);
+    EXPECT_EQ(session.cursor[0].seconds, 5.0);
+    EXPECT_EQ(session.cursor[0].x, 500.0);
+    EXPECT_EQ(session.cursor[0].y, 300.0);
+    ASSERT_EQ(session.presses.size(), 1u);
+    EXPECT_EQ(session.presses[0].seconds, 5.0);
+    EXPECT_EQ(session.presses[0].x, 500.0);
+    EXPECT_EQ(session.presses[0].y, 300.0);
+    ASSERT_EQ(session.carets.size(), 1u);
+    EXPECT_EQ(session.carets[0].seconds, 6.0);
+    EXPECT_EQ(session.carets[0].rect, (RealRect{10, 10, 11, 30}));
+    ASSERT_EQ(session.changes.size(), 1u);
+    EXPECT_EQ(session.changes[0].seconds, 7.375); // the middle of the quarter from 7.25 on
+    EXPECT_EQ(session.changes[0].rects, (std::vector<RealRect>{{100, 100, 200, 150}}));
+    ASSERT_EQ(session.smallWindows.size(), 1u);
+    EXPECT_EQ(session.smallWindows[0].from, 8.0);
+    EXPECT_EQ(session.smallWindows[0].to, 10.0);
+    EXPECT_EQ(session.smallWindows[0].rect, (RealRect{200, 200, 400, 300}));
+}
+
+TEST(SessionTest, Presses_AreThoseOfThreeButtons_WhereTheCursorWas) {
+    const auto presses = [](double time, std::int32_t code) {
+        Scene scene = recording();
+        scene.cursor(5, 100, 200).cursor(7, 300, 400).action(time, code);
+        return judgedSession(scene).presses;
+    };
+    for (const std::int32_t code : {0, 2, 4}) {
+        EXPECT_EQ(presses(6, code).size(), 1u) << code;
+    }
+    for (const std::int32_t code : {1, 3, 5, 6, 7, -1}) {
+        EXPECT_TRUE(presses(6, code).empty()) << code;
+    }
+    EXPECT_EQ(presses(4, 0).at(0).x, 100.0) << "its first sample, before that";
+    EXPECT_EQ(presses(5, 0).at(0).x, 100.0);
+    EXPECT_EQ(presses(6.999, 0).at(0).x, 100.0);
+    EXPECT_EQ(presses(7, 0).at(0).x, 300.0);
+    EXPECT_EQ(presses(9, 0).at(0).y, 400.0);
+    // Without a sample it is taken to be in the middle.
+    const JudgedSession session = judgedSession(recording().click(5));
+    ASSERT_EQ(session.presses.size(), 1u);
+    EXPECT_EQ(session.presses[0].x, 640.0);
+    EXPECT_EQ(session.presses[0].y, 400.0);
+}
+
+TEST(SessionTest, PressesAndCarets_BesideTheRegion_AreLeftOut) {
+    const auto judged = [](std::int32_t x, std::int32_t y) {
+        Scene scene = recording();
+        const JudgedSession session = judgedSession(scene.cursor(0, x, y).click(5).caret(6, box(x, y, 1, 18)));
+        return session.presses.size() + session.carets.size();
+    };
+    EXPECT_EQ(judged(0, 0), 2u);
+    EXPECT_EQ(judged(1279, 799), 2u);
+    EXPECT_EQ(judged(-1, 0), 0u);
+    EXPECT_EQ(judged(0, -1), 0u);
+    EXPECT_EQ(judged(1280, 0), 0u);
+    EXPECT_EQ(judged(0, 800), 0u);
+}
+
+TEST(SessionTest, Changes_AreGatheredByQuartersOfASecond) {
+    Scene scene = recording();
+    scene.dirty(5.25, box(0, 0, 30, 30)).dirty(5.0, box(100, 0, 30, 30)).dirty(5.249, box(200, 0, 30, 30));
+    scene.dirty(6.0, box(1270, 0, 60, 60));
+    const auto changes = judgedSession(scene).changes;
+    ASSERT_EQ(changes.size(), 3u);
+    EXPECT_EQ(changes[0].seconds, 5.125);
+    EXPECT_EQ(changes[0].rects, (std::vector<RealRect>{{100, 0, 130, 30}, {200, 0, 230, 30}}));
+    EXPECT_EQ(changes[1].seconds, 5.375);
+    EXPECT_EQ(changes[2].rects, (std::vector<RealRect>{{1270, 0, 1280, 60}})) << "what lies in the region";
+}
+
+TEST(SessionTest, Changes_From400PixelsToSixTenthsOfTheScreen) {
+    const auto count = [](const Rectangle& rect) { return judgedSession(recording().dirty(5, rect)).changes.size(); };
+    EXPECT_EQ(count(box(0, 0, 20, 20)), 1u);
+    EXPECT_EQ(count(box(0, 0, 21, 19)), 0u); // 399
+    EXPECT_EQ(count(box(0, 0, 1280, 480)), 1u);
+    EXPECT_EQ(count(box(0, 0, 1280, 481)), 0u);
+    EXPECT_EQ(count(box(1280, 0, 100, 100)), 0u);
+}
+
+TEST(SessionTest, SmallWindows_AreUnderThreeTenthsOfTheScreen_ForHalfASecond) {
+    const auto windows = [](const Rectangle& rect, double to) {
+        Scene scene = recording();
+        scene.window(2, box(0, 0, 1280, 800)).window(4, rect).window(to, box(0, 0, 1280, 800));
+        return judgedSession(scene).smallWindows.size();
+    };
+    EXPECT_EQ(windows(box(0, 0, 640, 479), 6), 1u);
+    EXPECT_EQ(windows(box(0, 0, 640, 480), 6), 0u); // just that
+    EXPECT_EQ(windows(box(100, 100, 300, 200), 4.5), 1u);
+    EXPECT_EQ(windows(box(100, 100, 300, 200), 4.499), 0u);
+    EXPECT_EQ(windows(box(1300, 100, 300, 200), 6), 0u);
+}
+
+TEST(SessionTest, SmallWindows_InOnePlace_AreOne_AndLastUntilTheNext) {
+    Scene scene = recording();
+    const Rectangle menu = box(100, 100, 300, 200);
+    scene.window(2, menu).window(3, menu).window(3.4, menu).window(5, box(110, 100, 300, 200)).window(6, menu);
+    const auto windows = judgedSession(scene).smallWindows;
+    ASSERT_EQ(windows.size(), 2u) << "nothing tells how long the last one stays";
+    EXPECT_EQ(windows[0].from, 2.0);
+    EXPECT_EQ(windows[0].to, 5.0);
+    EXPECT_EQ(windows[1].from, 5.0);
+    EXPECT_EQ(windows[1].to, 6.0);
 }
 
 } // namespace

@@ -33,6 +33,36 @@ TEST(JudgedPathTest, At_EasesFromTheWholeRecordingAndFromWhereTheCameraIs) {
     EXPECT_EQ(judged.zoom({0, 0, 640, 800}), 0.5);
 }
 
+TEST(JudgedPathTest, Zoom_IsThatOfTheSideThatHasFewerPixels_AndNoneOfAnEmptyFrame) {
+    EXPECT_EQ(path({}).zoom({0, 0, 1280, 400}), 0.5);
+    EXPECT_EQ(path({}).zoom({100, 100, 420, 300}), 2.0);
+    EXPECT_EQ(path({}).zoom({100, 100, 100, 300}), 0.0);
+}
+
+TEST(JudgedPathTest, WithoutAKeyframeBefore_ItRestsOnTheWholeRecording) {
+    EXPECT_EQ(path({}).at(5.0), kWhole);
+    EXPECT_FALSE(path({}).isMoving(5.0));
+    EXPECT_FALSE(path({{10, {0, 0, 640, 400}}}).isMoving(9.5));
+    EXPECT_EQ(path({{10, {0, 0, 640, 400}}}).departure(0), kWhole);
+}
+
+TEST(JudgedPathTest, WithoutAFade_ItIsThereAtOnce) {
+    const JudgedPath judged({{10, {0, 0, 640, 400}}, {12, {640, 400, 1280, 800}}}, kWhole, 640, 400, 0.0);
+    EXPECT_EQ(judged.at(9.99), kWhole);
+    EXPECT_EQ(judged.at(10.0), (RealRect{0, 0, 640, 400}));
+    EXPECT_EQ(judged.departure(1), (RealRect{0, 0, 640, 400}));
+    EXPECT_EQ(judged.at(12.0), (RealRect{640, 400, 1280, 800}));
+    EXPECT_FALSE(judged.isMoving(10.0));
+}
+
+TEST(JudgedPathTest, FadeOfHalfASecond_IsDoneByThen) {
+    const JudgedPath judged({{10, {0, 0, 640, 400}}}, kWhole, 640, 400, 0.5);
+    EXPECT_EQ(judged.at(10.25), (RealRect{0, 0, 960, 600}));
+    EXPECT_TRUE(judged.isMoving(10.25));
+    EXPECT_EQ(judged.at(10.5), (RealRect{0, 0, 640, 400}));
+    EXPECT_FALSE(judged.isMoving(10.5));
+}
+
 TEST(MomentsTest, ReadingZoom_IsThreeQuartersOrWhatTheRectangleAllows) {
     EXPECT_EQ(readingZoom({0, 0, 100, 100}, 640, 400), 0.75);
     EXPECT_DOUBLE_EQ(readingZoom({0, 0, 1000, 100}, 640, 400), 0.95 * 0.64);
@@ -72,6 +102,63 @@ TEST(MomentsTest, Holdable_WhenAFrameOfTheShapeHoldsMostOfIt) {
     EXPECT_TRUE(holdable({0, 0, 473, 100}, 360, 640));
     EXPECT_FALSE(holdable({0, 0, 474, 100}, 360, 640));
     EXPECT_TRUE(holdable(kWhole, 640, 400));
+}
+
+/// What is seen of a moment when the camera is on its rectangle up to a second, and far from it from there on.
+double seenUntil(double second, double from, double to) {
+    const JudgedPath judged({{0, {0, 0, 640, 400}}, {second, {640, 400, 1280, 800}}}, kWhole, 640, 400, 0.0);
+    return judge(judged, {from, to, {0, 0, 50, 50}, MomentView::Close, ""}).seen;
+}
+
+TEST(MomentsTest, Looks_StandInTheMiddleOfEachTenthOfASecond) {
+    // At 5.05, 5.15 and so on up to 5.95.
+    EXPECT_EQ(seenUntil(5.04, 5.0, 6.0), 0.0);
+    EXPECT_EQ(seenUntil(5.06, 5.0, 6.0), 0.1);
+    EXPECT_EQ(seenUntil(5.5, 5.0, 6.0), 0.5);
+    EXPECT_EQ(seenUntil(5.94, 5.0, 6.0), 0.9);
+    EXPECT_EQ(seenUntil(5.96, 5.0, 6.0), 1.0);
+    // A quarter of a second has two of an eighth each, and what is shorter than a look has one.
+    EXPECT_EQ(seenUntil(5.0625 + 0.001, 5.0, 5.25), 0.5);
+    EXPECT_EQ(seenUntil(5.0625 - 0.001, 5.0, 5.25), 0.0);
+    EXPECT_EQ(seenUntil(5.011, 5.0, 5.02), 1.0);
+    EXPECT_EQ(seenUntil(5.009, 5.0, 5.02), 0.0);
+}
+
+TEST(MomentsTest, Read_FromJustTheReadableZoom) {
+    const JudgedPath judged({{0, {0, 0, 800, 500}}}, kWhole, 600, 375, 0.0);
+    const Moment moment{5, 6, {100, 100, 300, 200}, MomentView::Close, ""};
+    EXPECT_EQ(judgeMoments(judged, {moment}, kWhole, 600, 375).at(0).read, 1.0);
+}
+
+TEST(MomentsTest, Read_IsOfTheMomentsTimeToo) {
+    const JudgedPath judged({{0, {0, 0, 640, 400}}, {5.7, kWhole}}, kWhole, 640, 400, 0.0);
+    const MomentScore score = judge(judged, {5, 6, {100, 100, 300, 200}, MomentView::Close, ""});
+    EXPECT_EQ(score.seen, 1.0);
+    EXPECT_EQ(score.read, 0.7); // 5.65 is the seventh look
+}
+
+TEST(MomentsTest, Scores_StandInTheOrderOfTheMoments) {
+    const JudgedPath judged({{0, {0, 0, 640, 400}}}, kWhole, 640, 400, 0.0);
+    const Moment in{5, 6, {100, 100, 300, 200}, MomentView::Close, ""};
+    const Moment out{5, 6, {700, 500, 900, 600}, MomentView::Close, ""};
+    const auto scores = judgeMoments(judged, {in, out}, kWhole, 640, 400);
+    ASSERT_EQ(scores.size(), 2u);
+    EXPECT_EQ(scores[0].seen, 1.0);
+    EXPECT_EQ(scores[1].seen, 0.0);
+}
+
+TEST(MomentsTest, Holdable_GoesByTheLargestFrameOfTheRecording) {
+    const auto holdable = [](const RealRect& whole, const RealRect& rect) {
+        return judgeMoments(JudgedPath({}, whole, 640, 400, 1.0), {{0, 1, rect, MomentView::Window, ""}}, whole, 640,
+                            400)
+            .front()
+            .isHoldable;
+    };
+    // 95% of 1280 by 760 is 1216 by 760, and of 800 by 1600 the largest frame is 800 by 500.
+    EXPECT_TRUE(holdable({0, 0, 1216, 760}, {0, 0, 1280, 760}));
+    EXPECT_FALSE(holdable({0, 0, 1216, 760}, {0, 0, 1281, 760}));
+    EXPECT_TRUE(holdable({0, 0, 800, 1600}, {0, 0, 100, 526}));
+    EXPECT_FALSE(holdable({0, 0, 800, 1600}, {0, 0, 100, 527}));
 }
 
 } // namespace
