@@ -117,6 +117,31 @@ TEST(CandidatesTest, Presses_APixelApart_HaveFramesOfTheirOwn) {
                                      Candidate{{82, 101, 722, 501}, 102, 139}));
 }
 
+TEST(CandidatesTest, Presses_63After_AreJoinedAtMost) {
+    // The first press joins with the 63 after it, from 25.5 s on; the second one begins a second later.
+    const auto beginsAt = [](std::size_t index) {
+        std::vector<ScenePress> presses{press(30.0, 400.5, 300.5)};
+        presses.resize(70, press(31.0, 400.5, 300.5));
+        for (std::size_t i = index; i < presses.size(); ++i) {
+            presses[i] = press(31.0, 1200.5, 300.5);
+        }
+        for (const Candidate& one : forPresses(presses)) {
+            if (one.rect == RealRect{361, 26, 1241, 576}) {
+                return one.from;
+            }
+        }
+        return -1;
+    };
+    EXPECT_EQ(beginsAt(63), 102);
+    EXPECT_EQ(beginsAt(64), 106);
+}
+
+TEST(CandidatesTest, PressBetweenTwoOthers_AddsNothingToTheirFrame) {
+    // The frame of both lives to a second after the reach of the second one, which is 35.5 s.
+    EXPECT_THAT(forPresses({press(30.0, 400.5, 300.5), press(31.0, 1200.5, 300.5), press(33.0, 800.5, 300.5)}),
+                ::testing::Contains(Candidate{{361, 26, 1241, 576}, 102, 143}));
+}
+
 TEST(CandidatesTest, Frames_ForLessThanThreeSeconds_AreNotWorthTheirWhile) {
     // A reach of a quarter of a second makes two and a half, one of a half three.
     EXPECT_THAT(forPresses({press(30.0, 400.5, 300.5)}, 0.25), ElementsAre(kWhole));
@@ -235,6 +260,42 @@ TEST(CandidatesTest, SecondOfOnePlaceWithinTheSameSecond_AddsNothing) {
     EXPECT_EQ(life(123, 400), 273);
     // From the next second on it lives as much longer as it comes later.
     EXPECT_EQ(life(124, 400), 277);
+}
+
+TEST(CandidatesTest, Evidence_HasTheTightestFrameInItsMiddleToo) {
+    // A window of 800 by 400 has its own frame, of 840, a readable one, and one pixel for pixel from 4 s before it to 14
+    // after it.
+    EXPECT_THAT(find(emptyScene(120.0), {{EvidenceKind::SmallWindow, 120, 140, {240, 200, 1040, 600}, 1.0}}),
+                ::testing::Contains(Candidate{{320, 200, 960, 600}, 104, 177}));
+}
+
+TEST(CandidatesTest, EvidenceOfOneStep_HasItsFrameAlone) {
+    EXPECT_THAT(find(emptyScene(120.0), {pressed(120, 400, 300), pressed(120, 900, 500)}),
+                ::testing::IsSupersetOf(
+                    {Candidate{{80, 100, 720, 500}, 104, 177}, Candidate{{580, 300, 1220, 700}, 104, 273}}));
+}
+
+TEST(CandidatesTest, EvidenceOfTheFirstSecond_IsKnownAgainToo) {
+    const std::vector<Candidate> found = find(emptyScene(120.0), {pressed(0, 400, 300), pressed(3, 400, 300)});
+    // 24 and 14 s after the first one; the second one, 0.75 s later, adds nothing.
+    EXPECT_THAT(found, ::testing::Contains(Candidate{{80, 100, 720, 500}, 0, 153}));
+}
+
+TEST(CandidatesTest, FramesOfOnePlaceAndTime_TheFirstStandsForAll) {
+    // They are told apart as evidence, at either side of 497.8 pixels, and as frames stand in one twelfth of their width.
+    const std::vector<Candidate> found = find(emptyScene(120.0), {pressed(120, 496, 300), pressed(120, 499, 300)});
+    EXPECT_THAT(found, ::testing::Contains(Candidate{{176, 100, 816, 500}, 104, 273}));
+    EXPECT_THAT(found,
+                ::testing::Not(::testing::Contains(::testing::Field(&Candidate::rect, RealRect{179, 100, 819, 500}))));
+}
+
+TEST(CandidatesTest, ReadableZoomAboveOne_IsTakenForOne) {
+    // No frame is tighter than 640 pixels, and as such it is pushed into the window.
+    camera::Scene scene = emptyScene(120.0);
+    scene.windows = {{29.75, 30.25, {300, 200, 1280, 800}}};
+    const FrameShape fine(640, 400, 1280, 800, 1.5, false);
+    EXPECT_THAT(findCandidates(scene, fine, {pressed(120, 400, 300)}, kReach),
+                ::testing::Contains(::testing::Field(&Candidate::rect, RealRect{300, 200, 940, 600})));
 }
 
 TEST(CandidatesTest, ReadableFrame_IsPushedIntoTheWindowInFront) {

@@ -120,6 +120,8 @@ TEST(EvidenceTest, Drag_NotLongerThanAPressOrNotLargerThanATremor_IsNone) {
     scene.presses.push_back({10.0, 10.25, 400, 300, {400, 300, 600, 400}});
     // 100 by 80 pixels are the twenty square lines that a drag must exceed.
     scene.presses.push_back({20.0, 22.0, 400, 300, {400, 300, 440, 340}});
+    // Just as long as a press may be.
+    scene.presses.push_back({0.0, 0.3, 400, 300, {400, 300, 600, 400}});
     EXPECT_TRUE(of(scene, EvidenceKind::Drag).empty());
     scene.presses.push_back({30.0, 30.5, 400, 300, {400, 300, 441, 340}});
     EXPECT_EQ(of(scene, EvidenceKind::Drag).size(), 1u);
@@ -209,6 +211,8 @@ TEST(EvidenceTest, WindowThatStaysForMoreThanAMoment_OpensInFull) {
     const auto list = of(scene, EvidenceKind::WindowOpens);
     ASSERT_EQ(list.size(), 1u);
     expect(list[0], 40, 42, {0, 0, 400, 300}, 13.0);
+    scene.windows.front() = {0.0, 0.3, {0, 0, 400, 300}}; // just as long
+    expect(of(scene, EvidenceKind::WindowOpens).at(0), 0, 2, {0, 0, 400, 300}, 13.0);
 }
 
 TEST(EvidenceTest, WindowOfTheLastThree_DoesNotOpenAgain) {
@@ -357,6 +361,9 @@ TEST(EvidenceTest, PageLargerThanTwoReadableFrames_CountsInProportion) {
     expectPart(weights(FrameShape(640, 400, 2560, 1600, 0.375, false), {0, 0, 2560, 1600}), 8.0 / 9.0);
     // In portrait no frame shows more than 500 by 800 pixels of it, less than two readable frames.
     expectPart(weights(FrameShape(400, 640, 1280, 800, 0.75, false), kScreen), 1.0);
+    // Of a screen that is higher than wide, no frame in landscape shows more than 2000 by 1250.
+    expectPart(weights(FrameShape(640, 400, 2000, 4000, 0.75, false), {0, 0, 2000, 4000}),
+               kWholeScreen * 1280.0 / 2000.0 * 800.0 / 1250.0);
     // One that may overhang shows all of it, in landscape too.
     expectPart(weights(FrameShape(400, 640, 1280, 800, 0.75, true), kScreen), kWholeScreen);
 }
@@ -551,6 +558,24 @@ TEST(EvidenceTest, Reading_OfWhatComesWithinASecondAfterTheSite) {
     EXPECT_EQ(reading(57), 0.25); // 14.25 s
     EXPECT_EQ(reading(37), 0.25); // 9.25 s: over when the site begins
     EXPECT_EQ(reading(38), 1.0);  // 9.5 s: not over then
+}
+
+TEST(EvidenceTest, Reading_OfWhatComesJustASecondAfterTheSite_DoesNotGoByIt) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.presses.push_back(press(10.0, 10.0, 400, 300));
+    scene.presses.push_back(press(13.0, 13.0, 420, 300));
+    addChanges(scene, 56, {{{340, 280, 400, 310}, 0.5}}); // at 14 s
+    EXPECT_EQ(of(scene, EvidenceKind::Change).at(0).reading, 0.25);
+}
+
+TEST(EvidenceTest, Reading_NeverCountsMoreThanInFull) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.presses.push_back(press(10.0, 10.0, 400, 300));
+    DirectorWeights weights = distinctWeights();
+    weights.unreadBrief = 1.5;
+    for (const Evidence& one : gatherEvidence(scene, kShape, weights)) {
+        EXPECT_EQ(one.reading, 1.0);
+    }
 }
 
 TEST(EvidenceTest, Reading_LooksAt256SitesAtMost) {
