@@ -74,6 +74,7 @@ public:
     }
 
 private:
+    /// Takes what has an area, a weight and a time in the stretch.
     void add(EvidenceKind kind, double from, double to, const RealRect& rect, double weight) {
         if (isEmpty(rect) || !(weight > 0.0) || !(to > 0.0) || !(from < scene_.length)) {
             return;
@@ -185,12 +186,10 @@ private:
             }
             last[next++ % last.size()] = run.rect;
             const double small = smallness(run.rect);
-            if (small > 0.0) {
-                addStrong(EvidenceKind::SmallWindow, run.from, run.to, run.rect, small * weights_.smallWindow);
-                // A menu or dialog is part of what is done in the window that it came from.
-                if (!isEmpty(parent)) {
-                    add(EvidenceKind::Page, run.from, run.to, parent, telling(parent) * small * weights_.parent);
-                }
+            addStrong(EvidenceKind::SmallWindow, run.from, run.to, run.rect, small * weights_.smallWindow);
+            // A menu or dialog is part of what is done in the window that it came from.
+            if (!isEmpty(parent)) {
+                add(EvidenceKind::Page, run.from, run.to, parent, telling(parent) * small * weights_.parent);
             }
             if (small < 0.5) {
                 parent = run.rect;

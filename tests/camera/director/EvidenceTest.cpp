@@ -1,6 +1,7 @@
 #include "camera/director/Evidence.h"
 
 #include <algorithm>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -196,6 +197,26 @@ TEST(EvidenceTest, WindowBetweenSmallAndLarge_IsBothInPart) {
     expect(list[0], 40, 80, smaller, 31.0 * (1.0 - half));
 }
 
+TEST(EvidenceTest, WindowBetweenSmallAndLarge_ShowsItsParentInPart) {
+    camera::Scene scene = emptyScene(60.0);
+    const RealRect window{100, 0, 1280, 800};
+    scene.windows.push_back({10.0, 20.0, window});
+    scene.windows.push_back({20.0, 30.0, {0, 0, 1000, 100}});
+    const auto list = of(scene, EvidenceKind::Page);
+    ASSERT_EQ(list.size(), 2u);
+    expect(list[1], 80, 120, window, 17.0 * kWideWindow * (640.0 / 0.75 / 1000.0 - 0.7) / 0.3);
+}
+
+TEST(EvidenceTest, WindowJustBetweenSmallAndLarge_IsNoPage) {
+    // 0.85 of the readable zoom shows 1000 columns: half way between 0.7 and 1.
+    const FrameShape shape(850, 500, 1280, 800, 1.0, false);
+    camera::Scene scene = emptyScene(60.0);
+    scene.windows.push_back({10.0, 20.0, {0, 0, 1000, 100}});
+    for (const Evidence& one : gatherEvidence(scene, shape, distinctWeights())) {
+        EXPECT_NE(one.kind, EvidenceKind::Page);
+    }
+}
+
 TEST(EvidenceTest, MovingWindow_OpensByHalfAndIsNothingElse) {
     camera::Scene scene = emptyScene(60.0);
     scene.windows.push_back({10.0, 10.25, {0, 0, 400, 300}});
@@ -243,6 +264,14 @@ TEST(EvidenceTest, ChangesOfAStep_ShareOneWeightByTheirAttention) {
     expect(list[1], 40, 43, {500, 500, 600, 540}, 0.24 / 1.12);
 }
 
+TEST(EvidenceTest, ChangeOfTheFirstStep_CountsFromThereOn) {
+    camera::Scene scene = emptyScene(60.0);
+    addChanges(scene, 0, {{{100, 100, 200, 140}, 1.0}});
+    const auto list = of(scene, EvidenceKind::Change);
+    ASSERT_EQ(list.size(), 1u);
+    expect(list[0], 0, 3, {100, 100, 200, 140}, 2.0);
+}
+
 TEST(EvidenceTest, ClockworkAlone_KeepsItsLittleAttention) {
     camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 200, 140}, 0.12}});
@@ -276,6 +305,23 @@ TEST(EvidenceTest, ChangeLargerThanAReadableFrame_CountsLess) {
     ASSERT_EQ(list.size(), 2u);
     EXPECT_NEAR(list[0].weight, 2.0, 1e-9);
     EXPECT_NEAR(list[1].weight, 0.4 * 2.0, 1e-9);
+}
+
+TEST(EvidenceTest, ChangeJustAsLargeAsAReadableFrame_CountsInFull) {
+    // 1280 by 800 with 0.5 for readable.
+    const FrameShape shape(640, 400, 2560, 1600, 0.5, false);
+    camera::Scene scene = emptyScene(60.0);
+    scene.width = 2560;
+    scene.height = 1600;
+    addChanges(scene, 40, {{{0, 0, 1280, 800}, 1.0}});
+    addChanges(scene, 80, {{{0, 300, 1280, 320}, 1.0}});
+    std::vector<double> weights;
+    for (const Evidence& one : gatherEvidence(scene, shape, distinctWeights())) {
+        if (one.kind == EvidenceKind::Change) {
+            weights.push_back(one.weight);
+        }
+    }
+    EXPECT_EQ(weights, (std::vector<double>{2.0, 2.0})) << "nor is it parted for its width";
 }
 
 TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
@@ -407,6 +453,9 @@ TEST(EvidenceTest, PageWithinASecondOfAPress_AnswersTheHand) {
     expect(pages(9.01)[2], 39, 50, kScreen, 23.0); // in full, however large
     expect(pages(9.01)[3], 50, 58, kScreen, 23.0 * kWholeScreen / 3.0);
     expect(pages(9.0)[2], 42, 50, kScreen, 23.0 * kWholeScreen / 3.0);
+    // A press within the step itself is answered, the next step's is not yet.
+    expect(pages(10.2)[2], 39, 50, kScreen, 23.0);
+    expect(pages(10.25)[2], 42, 50, kScreen, 23.0 * kWholeScreen / 3.0);
 }
 
 TEST(EvidenceTest, PageAfterASecondOfWorkInOnePlace_AnswersNoHand) {
