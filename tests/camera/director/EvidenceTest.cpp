@@ -510,6 +510,28 @@ TEST(EvidenceTest, Linger_WhatWasSeenLastFadesInThreeSteps) {
     expect(list[2], 85, 241, {320, 250, 480, 350}, 2.0);
 }
 
+TEST(EvidenceTest, Linger_FromTheFirstStepOn) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.carets.push_back({0.0, 0.2, {400, 200, 402, 220}});
+    const auto list = of(scene, EvidenceKind::Linger);
+    ASSERT_EQ(list.size(), 3u);
+    expect(list[0], 1, 17, {221, 175, 581, 245}, 8.0);
+}
+
+TEST(EvidenceTest, Linger_OfWhatWasWorthThreeTenthsOrMore) {
+    const auto lingers = [](double worth) {
+        camera::Scene scene = emptyScene(60.0);
+        scene.presses.push_back(press(10.0, 10.2, 400, 300));
+        DirectorWeights weights = distinctWeights();
+        weights.press = worth;
+        const auto list = gatherEvidence(scene, kShape, weights);
+        return std::any_of(list.begin(), list.end(),
+                           [](const Evidence& one) { return one.kind == EvidenceKind::Linger; });
+    };
+    EXPECT_TRUE(lingers(0.3));
+    EXPECT_FALSE(lingers(0.29));
+}
+
 TEST(EvidenceTest, Linger_HoldsAllThatWasOfInterestInTheLastStep) {
     camera::Scene scene = emptyScene(60.0);
     addChanges(scene, 40, {{{100, 100, 200, 140}, 1.0}, {{500, 500, 600, 540}, 1.0}});
@@ -527,6 +549,20 @@ TEST(EvidenceTest, Linger_EndsWithTheNextThingOfInterest) {
     expect(list[0], 45, 50, {320, 250, 480, 350}, 8.0);
 }
 
+TEST(EvidenceTest, Linger_OfJustFourOrTenSeconds_HasNoFurtherPart) {
+    const auto parts = [](double second) {
+        camera::Scene scene = emptyScene(60.0);
+        scene.presses.push_back(press(10.0, 10.0, 400, 300)); // of interest to 11 s
+        scene.presses.push_back(press(second, second, 400, 300));
+        return of(scene, EvidenceKind::Linger).size();
+    };
+    // Three more come after the second press, half a second before which it is of interest.
+    EXPECT_EQ(parts(15.5), 1u + 3u);
+    EXPECT_EQ(parts(15.75), 2u + 3u);
+    EXPECT_EQ(parts(21.5), 2u + 3u);
+    EXPECT_EQ(parts(21.75), 3u + 3u);
+}
+
 TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheSecondsBefore_IfAReadableFrameHoldsIt) {
     const auto lasting = [](double seconds, double x) {
         camera::Scene scene = emptyScene(60.0);
@@ -536,10 +572,46 @@ TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheSecondsBefore_IfAReadableFrameHol
     };
     // The second press ends with step 83; the first must have ended less than 4 seconds before.
     EXPECT_EQ(lasting(16.5, 900), (RealRect{320, 250, 980, 350}));
+    EXPECT_EQ(lasting(16.25, 900), (RealRect{320, 250, 980, 350})); // up to step 68
+    EXPECT_EQ(lasting(16.0, 900), (RealRect{320, 250, 480, 350}));
     EXPECT_EQ(lasting(15.0, 900), (RealRect{320, 250, 480, 350}));
     // 854 columns are more than a readable frame has.
     EXPECT_EQ(lasting(16.5, 1093), (RealRect{320, 250, 1173, 350}));
     EXPECT_EQ(lasting(16.5, 1094), (RealRect{320, 250, 480, 350}));
+}
+
+TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheFirstStep) {
+    camera::Scene scene = emptyScene(60.0);
+    scene.carets.push_back({0.0, 0.2, {400, 200, 402, 220}}); // 221 to 581 by 175 to 245
+    scene.presses.push_back(press(2.0, 2.0, 600, 300));       // 520 to 680 by 250 to 350
+    EXPECT_EQ(of(scene, EvidenceKind::Linger).back().rect, (RealRect{221, 175, 680, 350}));
+}
+
+TEST(EvidenceTest, Linger_HoldsWhatWasOfLittleInterestToo) {
+    camera::Scene scene = emptyScene(60.0);
+    addChanges(scene, 76, {{{600, 300, 700, 340}, 1.0}});
+    scene.presses.push_back(press(20.0, 20.0, 400, 300));
+    DirectorWeights weights = distinctWeights();
+    weights.change = 0.125;
+    for (const Evidence& one : gatherEvidence(scene, kShape, weights)) {
+        if (one.kind == EvidenceKind::Linger) {
+            EXPECT_EQ(one.rect, (RealRect{320, 250, 700, 350}));
+        }
+    }
+}
+
+TEST(EvidenceTest, Linger_HoldsWhatAReadableFrameJustHolds) {
+    const FrameShape shape(640, 400, 1280, 800, 0.5, false);
+    camera::Scene scene = emptyScene(60.0);
+    scene.presses.push_back(press(10.0, 10.0, 80, 300));
+    scene.presses.push_back(press(12.0, 12.0, 1200, 300));
+    RealRect last;
+    for (const Evidence& one : gatherEvidence(scene, shape, distinctWeights())) {
+        if (one.kind == EvidenceKind::Linger) {
+            last = one.rect;
+        }
+    }
+    EXPECT_EQ(last, (RealRect{0, 250, 1280, 350}));
 }
 
 TEST(EvidenceTest, Cursor_CountsWhileItMovesAndLessWhileItRests) {

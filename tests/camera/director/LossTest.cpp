@@ -220,6 +220,20 @@ TEST(LossTest, Sight_OfWhatLiesBesideTheFrame_IsNone) {
     EXPECT_EQ(LossTable::sight({600, 300, 700, 400}, item), 1.0);
 }
 
+TEST(LossTest, Sight_LostSlowlyByCropping_IsNoneBesideTheFrameEither) {
+    // Of a square pixel half of its share is lost by cropping.
+    Weighed item;
+    item.rect = {100, 100, 101, 101};
+    item.perPixel = 1.0;
+    item.crop = 0.5;
+    EXPECT_EQ(LossTable::sight({0, 0, 100.5, 200}, item), 0.75);
+    EXPECT_EQ(LossTable::sight({0, 0, 200, 100.5}, item), 0.75);
+    for (const RealRect& frame : std::vector<RealRect>{
+             {0, 0, 100, 200}, {0, 0, 200, 100}, {0, 0, 99.5, 200}, {0, 0, 200, 99.5}, {0, 0, 99.5, 99.5}}) {
+        EXPECT_EQ(LossTable::sight(frame, item), 0.0);
+    }
+}
+
 TEST(LossTest, Table_ListsTheEvidenceOfEachStepInItsOrder) {
     const LossTable table(emptyScene(0.75), kShape, {},
                           {{EvidenceKind::Press, 1, 4, {0, 0, 10, 10}, 0.5},

@@ -27,7 +27,7 @@ TEST(PlanCostTest, MoveCost_WeighsOctavesAndWay_TimesCalm) {
     rules.weights.move = 0.5;
     rules.weights.moveZoom = 0.25;
     rules.weights.moveWay = 3.0;
-    EXPECT_NEAR(moveCost(rules, {1.0, 0.5}), 2.0 * (0.5 + 0.25 + 1.5), 1e-12);
+    EXPECT_NEAR(moveCost(rules, {2.0, 0.5}), 2.0 * (0.5 + 0.5 + 1.5), 1e-12);
 }
 
 TEST(PlanCostTest, BlurShare_GrowsToTheWholeAtHalfAnOctaveOrHalfADiagonal) {

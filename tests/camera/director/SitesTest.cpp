@@ -198,6 +198,9 @@ TEST(SitesTest, WhatAReadableFrameJustHolds_IsASite) {
     scene = emptyScene(60.0);
     scene.presses.push_back({10.0, 12.0, 640, 400, {0, 0, 1280, 800}});
     EXPECT_EQ(findSites(scene, half).size(), 1u);
+    scene = emptyScene(60.0);
+    addChange(scene, 40, {0, 300, 1280, 320});
+    EXPECT_EQ(findSites(scene, half).at(0).rect, (RealRect{0, 300, 1280, 320})) << "and not its left end alone";
 }
 
 } // namespace
