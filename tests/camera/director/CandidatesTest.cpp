@@ -281,6 +281,85 @@ TEST(CandidatesTest, EvidenceOfTheFirstSecond_IsKnownAgainToo) {
     EXPECT_THAT(found, ::testing::Contains(Candidate{{80, 100, 720, 500}, 0, 153}));
 }
 
+TEST(CandidatesTest, FramesOfWindows_AreNeverTakenForThoseOfEvidence) {
+    // A window's frame of 64 columns, and one of 1624 for evidence, of whose logarithm six times are 64, too. Both stand in
+    // the corner.
+    const FrameShape small(64, 40, 2048, 1280, 0.75, false);
+    camera::Scene scene = emptyScene(120.0);
+    scene.width = 2048;
+    scene.height = 1280;
+    scene.windows = {{30.0, 40.0, {0, 0, 60, 30}}};
+    const auto found = findCandidates(scene, small, {{EvidenceKind::Press, 120, 128, {0, 0, 1540, 100}, 1.0}}, kReach);
+    EXPECT_THAT(found, ::testing::Contains(::testing::Field(&Candidate::rect, RealRect{0, 0, 1624, 1015})));
+    EXPECT_THAT(found, ::testing::Contains(::testing::Field(&Candidate::rect, RealRect{0, 0, 64, 40})));
+}
+
+TEST(CandidatesTest, ReadableFrameOfTwo_StandsAroundTheMeanOfTheirCentres) {
+    // (650, 400.5), less half of 856 by 535.
+    EXPECT_THAT(find(emptyScene(120.0), {pressed(120, 400, 300), pressed(140, 900, 501)}),
+                ::testing::Contains(::testing::Field(&Candidate::rect, RealRect{222, 133, 1078, 668})));
+    // Twice in one place it stands closer to that: around (733.3, 433.3).
+    EXPECT_THAT(find(emptyScene(120.0), {pressed(120, 400, 300), pressed(128, 900, 500), pressed(140, 900, 500)}),
+                ::testing::Contains(::testing::Field(&Candidate::rect, RealRect{305, 166, 1161, 701})));
+}
+
+TEST(CandidatesTest, PlacesAreJoined_TwelveSecondsAhead_WhereMoreFollows) {
+    // At 30 s, some later, and 54 s, which is joined by the last horizon only.
+    const auto lifeOfBoth = [](std::int32_t second) {
+        const std::vector<Evidence> evidence{pressed(120, 400, 300), pressed(second, 900, 500), pressed(216, 100, 700)};
+        for (const Candidate& one : find(emptyScene(120.0), evidence)) {
+            if (one.rect == RealRect{302, 183, 998, 618}) {
+                return one.to;
+            }
+        }
+        return 0;
+    };
+    EXPECT_EQ(lifeOfBoth(168), 225); // 14 s after 42 s
+    EXPECT_EQ(lifeOfBoth(169), 0);
+}
+
+/// The end of life of a frame of 640 columns at a place, for two presses; 0 when there is none.
+std::int32_t lifeAt(double left, const Evidence& first, const Evidence& second, double top = 100.0) {
+    for (const Candidate& one : find(emptyScene(120.0), {first, second})) {
+        if (one.rect == RealRect{left, top, left + 640, top + 400}) {
+            return one.to;
+        }
+    }
+    return 0;
+}
+
+TEST(CandidatesTest, EvidenceOfOneSecond_IsOneWithinATwelfthOfAReadableFrame) {
+    // Twelfths are 71.1 pixels wide: 390 and 400 stand in the same one, 420 and 430 do not.
+    EXPECT_EQ(lifeAt(70, pressed(120, 390, 300), pressed(123, 400, 300)), 273);
+    EXPECT_GT(lifeAt(110, pressed(120, 420, 300), pressed(123, 430, 300)), 0);
+    EXPECT_EQ(lifeAt(80, pressed(120, 400, 300), pressed(123, 400, 303)), 273);
+}
+
+TEST(CandidatesTest, FramesAreOne_WithinATwelfthOfTheirWidth) {
+    // Twelfths are 53.3 pixels wide: left edges of 95 and 102 lie in the same one, those of 104 and 110 do not.
+    EXPECT_EQ(lifeAt(95, pressed(120, 415, 300), pressed(124, 422, 300)), 277);
+    EXPECT_EQ(lifeAt(102, pressed(120, 415, 300), pressed(124, 422, 300)), 0);
+    EXPECT_GT(lifeAt(104, pressed(120, 424, 300), pressed(124, 430, 300)), 0);
+    EXPECT_GT(lifeAt(107, pressed(120, 424, 300), pressed(124, 430, 300)), 0); // of both, for the second one too
+    // And 33.3 high: top edges of 60 and 64 lie in the same one, those of 60 and 70 do not.
+    EXPECT_EQ(lifeAt(80, pressed(120, 400, 260), pressed(124, 400, 264), 60), 277);
+    EXPECT_EQ(lifeAt(80, pressed(120, 400, 260), pressed(124, 400, 264), 64), 0);
+    EXPECT_GT(lifeAt(80, pressed(120, 400, 260), pressed(124, 400, 270), 60), 0);
+    EXPECT_GT(lifeAt(80, pressed(120, 400, 260), pressed(124, 400, 270), 70), 0);
+}
+
+TEST(CandidatesTest, FramesAreOne_WithinASixthOfAnOctave) {
+    // 616 and 628 columns with a twentieth more need frames of 648 and 664, and six times their logarithms are 56.04 and
+    // 56.25. Both frames begin at 100, 100.
+    const std::vector<Candidate> found =
+        find(emptyScene(120.0), {{EvidenceKind::Press, 120, 128, {116, 250, 732, 355}, 1.0},
+                                 {EvidenceKind::Press, 124, 132, {118, 255, 746, 360}, 1.0}});
+    EXPECT_THAT(found, ::testing::Contains(::testing::Field(&Candidate::rect, RealRect{100, 100, 748, 505})));
+    for (const Candidate& one : found) {
+        EXPECT_NE(width(one.rect), 664.0);
+    }
+}
+
 TEST(CandidatesTest, FramesOfOnePlaceAndTime_TheFirstStandsForAll) {
     // They are told apart as evidence, at either side of 497.8 pixels, and as frames stand in one twelfth of their width.
     const std::vector<Candidate> found = find(emptyScene(120.0), {pressed(120, 496, 300), pressed(120, 499, 300)});
