@@ -87,6 +87,14 @@ TEST(CandidatesTest, Press_HasTheTightestFrameAroundIt_ForItsReachAndASecondMore
     EXPECT_THAT(forPresses({press(30.0, 400.5, 300.5)}), ElementsAre(kWhole, Candidate{{81, 101, 721, 501}, 102, 139}));
 }
 
+TEST(CandidatesTest, Press_HasTwoLinesAroundIt_AndNoMore) {
+    // Of 100 pixels they are 400 by 400, which the tightest frame just holds.
+    camera::Scene scene = emptyScene(120.0);
+    scene.lineHeight = 100.0;
+    scene.presses = {press(30.0, 640.5, 400.5)};
+    EXPECT_THAT(find(scene), ElementsAre(kWhole, Candidate{{321, 201, 961, 601}, 102, 139}));
+}
+
 TEST(CandidatesTest, Presses_WithinTheirReach_HaveAFrameThatHoldsBothWithTwoLinesAround) {
     const ScenePress first = press(30.0, 400.5, 300.5);
     const Candidate alone{{81, 101, 721, 501}, 102, 139};
@@ -162,6 +170,12 @@ TEST(CandidatesTest, Window_HasTheFrameThatHoldsItWithALittleRoom_BeforeAndAfter
     // 760 by 400 with a fiftieth more is 775.2 wide. From four seconds before it to twelve after it.
     EXPECT_THAT(forWindows({{30.0, 40.0, {100, 100, 860, 500}}}),
                 ElementsAre(kWhole, Candidate{{92, 58, 868, 543}, 104, 209}));
+}
+
+TEST(CandidatesTest, Windows_FourPixelsApart_HaveFramesOfTheirOwn) {
+    EXPECT_THAT(
+        forWindows({{30.0, 40.0, {100, 100, 860, 500}}, {40.0, 50.0, {104, 100, 864, 500}}}),
+        UnorderedElementsAre(kWhole, Candidate{{92, 58, 868, 543}, 104, 209}, Candidate{{96, 58, 872, 543}, 144, 249}));
 }
 
 TEST(CandidatesTest, Window_OfAMoment_OrNone_HasNoFrame) {

@@ -83,6 +83,17 @@ TEST(StretchPlanTest, Rules_OfAShortStretch_CountNoFurtherThanBeyondItsEnd) {
     EXPECT_EQ(rules.calmSteps, 4);
 }
 
+TEST(StretchPlanTest, Presses_Want24PixelsToTheFramesEdge) {
+    const RealRect frame{400, 100, 760, 740}; // pixel for pixel
+    const auto cost = [&frame](double x) {
+        camera::Scene scene = emptyScene(60.0);
+        scene.presses = {press(10.0, x)};
+        return restPressCost(rulesOf(scene), frame, 40);
+    };
+    EXPECT_EQ(cost(424.0), 0.0);
+    EXPECT_GT(cost(423.5), 0.0);
+}
+
 TEST(StretchPlanTest, Presses_StandWithTheirSteps) {
     camera::Scene scene = emptyScene(1.0);
     scene.presses = {press(0.0, 10.0, 20.0), press(0.3, 30.0, 40.0), press(0.49, 50.0, 60.0), press(1.0, 70.0, 80.0)};
