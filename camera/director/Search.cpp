@@ -88,7 +88,7 @@ private:
             life.arrivals.assign(ring_, kNever);
             // Before a candidate's life began only the moves to it count, with no presses.
             double spent = 0.0;
-            for (std::int32_t s = std::max(0, step); s < std::min(step + rules_.moveSteps, rules_.steps); ++s) {
+            for (std::int32_t s = step; s < std::min(step + rules_.moveSteps, rules_.steps); ++s) {
                 life.spent[slot(s)] = spent;
                 spent += lossAt(births_[nextBirth_], s);
             }
@@ -121,12 +121,12 @@ private:
             if (step == 0) {
                 best = 0.0;
                 came = Came::Began;
-            } else if (step > life.from && life.rest < kNever) {
+            } else if (life.rest < kNever) {
                 best = life.rest + (life.spent[slot(step)] - life.spent[slot(step - 1)]) + presses(k, step - 1, step);
             }
             const auto rested = [&](std::int32_t rest, double extra, Came how) {
                 const std::int32_t arrival = step - rest;
-                if (arrival < life.from || arrival < 0) {
+                if (arrival < life.from) {
                     return;
                 }
                 const double arrived = life.arrivals[slot(arrival)];
@@ -275,11 +275,7 @@ private:
         std::uint32_t k = 0;
         double best = kNever;
         for (const std::uint32_t q : alive_) {
-            const Life& life = lives_[q];
-            if (last < life.from || life.rest >= kNever) {
-                continue;
-            }
-            const double cost = life.rest + lossAt(q, last) + presses(q, last, last + 1);
+            const double cost = lives_[q].rest + lossAt(q, last) + presses(q, last, last + 1);
             if (cost < best) {
                 best = cost;
                 k = q;

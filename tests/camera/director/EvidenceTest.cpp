@@ -589,7 +589,7 @@ TEST(EvidenceTest, Linger_HoldsWhatWasSeenInTheFirstStep) {
 
 TEST(EvidenceTest, Linger_HoldsWhatWasOfLittleInterestToo) {
     camera::Scene scene = emptyScene(60.0);
-    addChanges(scene, 76, {{{600, 300, 700, 340}, 1.0}});
+    addChanges(scene, 70, {{{600, 300, 700, 340}, 1.0}});
     scene.presses.push_back(press(20.0, 20.0, 400, 300));
     DirectorWeights weights = distinctWeights();
     weights.change = 0.125;

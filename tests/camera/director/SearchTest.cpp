@@ -210,6 +210,78 @@ TEST(SearchTest, CheapestPlan_WhereNothingIsOfInterest_RestsOnTheFirstCandidate)
     EXPECT_EQ(cheapestPlan(world.rules, world.candidates, {}), (std::vector<PlanShot>{{0, whole}}));
 }
 
+/// Ten seconds of 256 by 160 in which a move takes a quarter of a second and costs 0.01, and rests cost nothing.
+struct Plain {
+    camera::Scene scene;
+    FrameShape shape{64, 40, 256, 160, 0.5, false};
+    std::unique_ptr<LossTable> losses;
+    PlanRules rules;
+
+    explicit Plain(const std::vector<Evidence>& evidence, std::int32_t steps = 40) {
+        scene.steps = steps;
+        DirectorWeights weights;
+        weights.move = 0.01;
+        weights.moveZoom = 0.0;
+        weights.moveWay = 0.05;
+        weights.moveBlur = 0.0;
+        weights.shortRest = 0.0;
+        losses = std::make_unique<LossTable>(scene, shape, weights, evidence);
+        rules.losses = losses.get();
+        rules.weights = weights;
+        rules.calm = 1.0;
+        rules.outputWidth = 64;
+        rules.regionWidth = 256;
+        rules.regionHeight = 160;
+        rules.steps = steps;
+        rules.moveSteps = 1;
+        rules.restSteps = 1;
+        rules.calmSteps = 1;
+        rules.pressMargin = 3.0;
+        rules.pressEnds.assign(static_cast<std::size_t>(steps), 0);
+    }
+};
+
+TEST(SearchTest, CheapestPlan_MoveThatMayComeAtAnyTime_ComesAtOnce) {
+    // Until step 5 something is in the first frame, and from step 20 on in the second.
+    const Plain plain(
+        {{EvidenceKind::Press, 0, 5, {10, 60, 20, 70}, 1.0}, {EvidenceKind::Press, 20, 40, {200, 60, 210, 70}, 1.0}});
+    const RealRect first{0, 40, 128, 120};
+    const RealRect second{96, 40, 224, 120};
+    EXPECT_EQ(cheapestPlan(plain.rules, {{first, 0, 40}, {second, 0, 40}}, {}),
+              (std::vector<PlanShot>{{0, first}, {6, second}}));
+}
+
+TEST(SearchTest, CheapestPlan_OfTwoFramesThatCostTheSame_TakesTheFirst) {
+    // Both hold what is seen first, and are as far from the frame of what comes then.
+    const Plain plain(
+        {{EvidenceKind::Press, 0, 5, {10, 62, 20, 72}, 1.0}, {EvidenceKind::Press, 20, 40, {140, 60, 150, 70}, 1.0}});
+    const RealRect upper{0, 40, 64, 80};
+    const RealRect lower{0, 60, 64, 100};
+    const RealRect then{128, 50, 192, 90};
+    EXPECT_EQ(cheapestPlan(plain.rules, {{upper, 0, 40}, {lower, 0, 40}, {then, 0, 40}}, {}),
+              (std::vector<PlanShot>{{0, upper}, {6, then}}));
+    EXPECT_EQ(cheapestPlan(plain.rules, {{lower, 0, 40}, {upper, 0, 40}, {then, 0, 40}}, {}),
+              (std::vector<PlanShot>{{0, lower}, {6, then}}));
+}
+
+TEST(SearchTest, CheapestPlan_NoMoveStaysWhereItIs) {
+    // A press at the frame's edge costs more at rest than in a move, but the camera cannot move from a frame to itself.
+    Plain plain({});
+    const RealRect frame{0, 40, 128, 120};
+    plain.rules.presses.assign(10, {20, 126.0, 80.0, 1000.0});
+    for (std::size_t step = 20; step < 40; ++step) {
+        plain.rules.pressEnds[step] = 10;
+    }
+    EXPECT_EQ(cheapestPlan(plain.rules, {{frame, 0, 40}}, {}), (std::vector<PlanShot>{{0, frame}}));
+}
+
+TEST(SearchTest, CheapestPlan_Progress_IsToldEvery64Steps) {
+    const Plain plain({}, 200);
+    std::vector<double> shares;
+    cheapestPlan(plain.rules, {{{0, 0, 256, 160}, 0, 200}}, [&shares](double share) { shares.push_back(share); });
+    EXPECT_EQ(shares, (std::vector<double>{0.0, 0.32, 0.64, 0.96}));
+}
+
 TEST(SearchTest, CheapestPlan_CalmerRules_NeverSpendMoreOnMoves) {
     for (std::uint64_t seed = 1; seed <= 400; ++seed) {
         SCOPED_TRACE(::testing::Message() << "seed " << seed);
