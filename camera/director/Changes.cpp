@@ -4,7 +4,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <set>
+#include <tuple>
 
 namespace OrvantaNS::camera {
 
@@ -92,16 +94,9 @@ void findClockwork(std::vector<Drawn>& drawn, const Scene& scene) {
         return after != hands.begin() && seconds - *std::prev(after) < kAnswer;
     };
     std::vector<std::size_t> order(drawn.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        order[i] = i;
-    }
-    std::sort(order.begin(), order.end(), [&drawn](std::size_t a, std::size_t b) {
-        const Drawn& x = drawn[a];
-        const Drawn& y = drawn[b];
-        if (x.place != y.place) {
-            return x.place < y.place;
-        }
-        return x.seconds != y.seconds ? x.seconds < y.seconds : a < b;
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(), [&drawn](std::size_t a, std::size_t b) {
+        return std::tie(drawn[a].place, drawn[a].seconds) < std::tie(drawn[b].place, drawn[b].seconds);
     });
     for (std::size_t begin = 0; begin < order.size();) {
         std::size_t end = begin;
@@ -164,10 +159,7 @@ double lineHeight(const Scene& scene, const std::vector<Drawn>& drawn) {
 
 std::vector<RealRect> clustered(std::vector<RealRect> rects, double gap) {
     std::sort(rects.begin(), rects.end(), [](const RealRect& a, const RealRect& b) {
-        return a.left != b.left     ? a.left < b.left
-               : a.top != b.top     ? a.top < b.top
-               : a.right != b.right ? a.right < b.right
-                                    : a.bottom < b.bottom;
+        return std::tie(a.left, a.top, a.right, a.bottom) < std::tie(b.left, b.top, b.right, b.bottom);
     });
     rects.erase(std::unique(rects.begin(), rects.end()), rects.end());
     if (rects.size() > kMostRects) {

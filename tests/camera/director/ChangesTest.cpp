@@ -110,11 +110,60 @@ TEST(ChangesTest, Clockwork_FasterThanTheRepeatsThatAreLookedAt) {
     EXPECT_EQ(attentionsOf(std::vector<double>(99, 0.04)), "nnnnnnnncccccccc");
 }
 
+TEST(ChangesTest, Clockwork_ThatPausedForLessThanSixSeconds_IsNoNews) {
+    // At 1.5 s after a pause of 4.5 s the repeat before the pause is just six seconds old, and none lies between it and two
+    // seconds ago.
+    std::vector<double> gaps(13, 0.5);
+    gaps.front() = 4.5;
+    EXPECT_EQ(attentionsOf(gaps), "nccccccccccccc");
+    gaps.front() = 4.75;
+    // After 4.75 s it is older at the fourth one, and the fifth has the first one after the pause two seconds ago.
+    EXPECT_EQ(attentionsOf(gaps), "ncccnccccccccc");
+}
+
+TEST(ChangesTest, Clockwork_LooksAt48RepeatsToEitherSide) {
+    // Around 20 s gaps of a tenth of a second, and of half of that: 34 and 14 before it, 38 and 10 after it, which makes just
+    // three of four alike. One more short gap on either side, or the gaps before it alone, would be too many short ones.
+    const auto repeats = [](int even, int odd, int further) {
+        std::vector<double> offsets;
+        int milliseconds = 0;
+        for (int i = 0; i < even + odd + further; ++i) {
+            milliseconds += i < odd || i >= even + odd ? 50 : 100;
+            offsets.push_back(milliseconds / 1000.0);
+        }
+        return offsets;
+    };
+    const auto letterAt20 = [&](int furtherBefore, int furtherAfter) {
+        Scene scene = recording();
+        const std::vector<double> before = repeats(34, 14, furtherBefore);
+        for (auto back = before.rbegin(); back != before.rend(); ++back) {
+            scene.dirty(20.0 - *back, box(100, 100, 60, 30));
+        }
+        scene.dirty(20.0, box(100, 100, 60, 30));
+        for (const double ahead : repeats(38, 10, furtherAfter)) {
+            scene.dirty(20.0 + ahead, box(100, 100, 60, 30));
+        }
+        const auto first = static_cast<std::size_t>((20.0 - before.back()) / 0.25);
+        return attentions(scene).at(80 - first);
+    };
+    EXPECT_EQ(letterAt20(0, 0), 'c');
+    EXPECT_EQ(letterAt20(1, 0), 'c');
+    EXPECT_EQ(letterAt20(0, 1), 'c');
+}
+
 TEST(ChangesTest, Clockwork_ThreeOfFourGapsMustBeLikeTheirMedian) {
     EXPECT_EQ(attentionsOf({0.5, 0.5, 0.5, 1.25, 0.5, 0.5, 0.5, 1.25}), "nnnnccccc");
     EXPECT_EQ(attentionsOf({0.5, 0.5, 0.5, 1.25, 0.5, 0.5, 1.25}), "nnnnnnnn");
     // The median is the middle of the gaps by size, not of their order.
     EXPECT_EQ(attentionsOf({0.5, 0.5, 0.5, 0.5, 1.25, 0.5, 0.5, 0.5}), "nnnnccccc");
+}
+
+TEST(ChangesTest, Clockwork_GapsAreAlikeWithinThreeTenthsOfTheirMedian) {
+    // The median of the first is half a second, from which none is further than a tenth.
+    EXPECT_EQ(attentionsOf({0.4, 0.6, 0.5, 0.4, 0.6}), "nnnnnc");
+    // Three tenths of 1.25 s are 0.375 s.
+    EXPECT_EQ(attentionsOf({1.25, 1.25, 1.25, 0.876, 0.876}), "nncccc");
+    EXPECT_EQ(attentionsOf({1.25, 1.25, 1.25, 0.875, 0.875}), "nnnnnn");
 }
 
 TEST(ChangesTest, Clockwork_DrawnTwiceAtOnce_IsOneRepeat) {
@@ -123,6 +172,32 @@ TEST(ChangesTest, Clockwork_DrawnTwiceAtOnce_IsOneRepeat) {
         scene.dirty(5.0 + 0.5 * i, box(100, 100, 60, 30)).dirty(5.01 + 0.5 * i, box(100, 100, 60, 30));
     }
     EXPECT_EQ(attentions(scene), "nnnncccc");
+}
+
+TEST(ChangesTest, Clockwork_DrawnAgainAfterJustTwoHundredths_IsOneRepeat) {
+    Scene scene = recording();
+    for (const double time : {0.0, 0.02, 0.5, 1.0, 1.5, 2.0}) {
+        scene.dirty(time, box(100, 100, 60, 30));
+    }
+    EXPECT_EQ(attentions(scene), "nnnnn"); // five are no habit
+}
+
+TEST(ChangesTest, Clockwork_DrawingsOfOneStep_AreWhatTheFirstIs) {
+    // Ten a second from 15 s on, and a press at 20.06 s. In the step at 20 s two follow it, but one came before.
+    Scene scene = recording();
+    for (int i = 0; i < 100; ++i) {
+        scene.dirty(15.0 + 0.1 * i, box(100, 100, 60, 30));
+    }
+    scene.cursor(0, 400, 300).action(20.06, 0);
+    EXPECT_EQ(attentions(scene), std::string(8, 'n') + std::string(13, 'c') + "nnn" + std::string(16, 'c'));
+}
+
+TEST(ChangesTest, Clockwork_IsKnownInAnyOrder) {
+    Scene scene = recording();
+    for (int i = 11; i >= 0; --i) {
+        scene.dirty(5.0 + 0.5 * i, box(100, 100, 60, 30));
+    }
+    EXPECT_EQ(attentions(scene), "nnnncccccccc");
 }
 
 /// Twenty-four drawings of two places in the order aabb, each of which alone is irregular.
@@ -209,8 +284,14 @@ TEST(ChangesTest, ReadChanges_ClockworkIsJoinedToo_ButNotWithNews) {
 TEST(ChangesTest, Clustered_AboveEachOther_JoinsAtTheLimit) {
     EXPECT_EQ(clustered({{0, 0, 10, 10}, {0, 20, 10, 30}}, 10.0).size(), 1u);
     EXPECT_EQ(clustered({{0, 0, 10, 10}, {0, 21, 10, 30}}, 10.0).size(), 2u);
+    EXPECT_EQ(clustered({{0, 0, 5, 5}, {0, 8, 5, 13}}, 10.0).size(), 1u); // narrower than the gap
     EXPECT_EQ(clustered({{0, 20, 10, 30}, {5, 0, 15, 10}}, 10.0).size(), 1u);
     EXPECT_EQ(clustered({{0, 21, 10, 30}, {5, 0, 15, 10}}, 10.0).size(), 2u);
+}
+
+TEST(ChangesTest, Clustered_StandInTheOrderOfTheirEdges) {
+    const std::vector<RealRect> ordered{{0, 0, 1, 1}, {0, 50, 1, 51}, {50, 0, 51, 1}, {50, 50, 51, 51}};
+    EXPECT_EQ(clustered({ordered[3], ordered[1], ordered[2], ordered[0]}, 1.0), ordered);
 }
 
 TEST(ChangesTest, Clustered_UnionThatReachesAnother_JoinsItToo) {
@@ -227,6 +308,7 @@ TEST(ChangesTest, Clustered_TheSameAgain_CountsOnce) {
     }
     rects.push_back(rects.front());
     EXPECT_EQ(clustered(rects, 1.0).size(), 60u);
+    EXPECT_EQ(clustered(std::vector<RealRect>(100, {0, 0, 10, 10}), 1.0), (std::vector<RealRect>{{0, 0, 10, 10}}));
 }
 
 TEST(ChangesTest, LineHeight_CaretsTell) {
