@@ -71,6 +71,8 @@ Session readSession(const fs::path& file, const fs::path& moments, const Screen&
         enlarge(session.params, screen.room);
     }
     session.judged = judgedSession(session.params);
+    const Params& params = session.params;
+    session.scene = readScene(params, params.recordingRegions().front().rect, params.clipStart(), params.clipStop());
     return session;
 }
 
@@ -129,9 +131,7 @@ void Tally::add(const Tally& other) {
 }
 
 std::vector<JudgedKeyframe> plan(const Session& session, const DirectorWeights& weights, const Conditions& conditions) {
-    const Params& params = session.params;
-    const Scene scene =
-        readScene(params, params.recordingRegions().front().rect, params.clipStart(), params.clipStop());
+    const Scene& scene = session.scene;
     constexpr double kReadable = 0.75;
     const FrameShape shape(conditions.width, conditions.height, scene.width, scene.height, kReadable,
                            conditions.mayOverhang);
@@ -270,7 +270,13 @@ double worth(const std::vector<std::vector<Session>>& screens, const DirectorWei
         // Moves beyond what is allowed; in portrait presses far apart ask for many.
         sum -= 2.0 * std::max(0.0, wide.movesAMinute() - 3.8) + 0.5 * std::max(0.0, high.movesAMinute() - 5.0);
     }
-    return sum / static_cast<double>(screens.size());
+    sum /= static_cast<double>(screens.size());
+    // A calmer camera on the screen as it is makes about as many moves as the value engine, and should be nowhere behind it.
+    const Tally calm = judge(screens.front(), weights, {640, 400, 2.0, false, false, false});
+    sum += reached(calm.seen(MomentView::Close), 0.92) + reached(calm.read(MomentView::Close), 0.45) +
+           2.0 * reached(calm.seen(MomentView::Window), 0.96) + 0.5 * reached(calm.seen(MomentView::Wide), 0.75) -
+           2.0 * std::max(0.0, calm.movesAMinute() - 2.2);
+    return sum;
 }
 
 DirectorWeights tuned(const std::vector<std::vector<Session>>& screens, DirectorWeights weights, int rounds) {

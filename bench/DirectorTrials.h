@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "camera/director/Scene.h"
 #include "camera/director/Weights.h"
 #include "camera/score/Moments.h"
 #include "camera/score/Session.h"
@@ -18,6 +19,7 @@ struct Session {
     std::string name;
     Params params;
     camera::JudgedSession judged;
+    camera::Scene scene; ///< What the director reads of `params`, whatever its weights.
     std::vector<camera::Moment> moments;
 };
 
@@ -97,8 +99,8 @@ const std::vector<NamedWeight>& namedWeights();
 /// Round numbers from which tuning begins, so that it owes nothing to the session that is left out.
 camera::DirectorWeights plainWeights();
 
-/// How far figures at 640x400 and 360x640, on the screen as it is and on a finer one, reach the aims for them; larger is
-/// better. `screens` are the same sessions on several screens.
+/// How far figures at 640x400 and 360x640 and at a calm of 1, on the screen as it is and on finer ones, reach the aims for
+/// them, and at 640x400 those at a calm of 2; larger is better. `screens` are the same sessions on several screens.
 double worth(const std::vector<std::vector<Session>>& screens, const camera::DirectorWeights& weights);
 
 /// The weights that a search by one coordinate after another finds from `weights` on, in `rounds` rounds at most.

@@ -41,6 +41,10 @@ constexpr double kMuchLarger = 0.7; // of the readable zoom: a window that needs
 // can be told when it is shown whole, and it counts in proportion.
 constexpr double kTellingPart = 0.5;
 
+// Of a readable frame's width: of a wide area as much is read as that frame holds with a little room. Were it less, a frame
+// that cuts a row which is a little wider would seem no worse than one that holds it.
+constexpr double kReadPart = 0.95;
+
 // Part of a page's weight from which it is remembered as what the viewer looks at.
 constexpr double kSeldomPart = 0.5;
 
@@ -275,7 +279,7 @@ private:
             put(rect, 1.0);
             return;
         }
-        put(leftPart(rect, shape_), weights_.leftPart);
+        put(leftPart(rect, shape_, kReadPart), weights_.leftPart);
         const ScenePress* press = lastPressIn(rect, time);
         const double line = scene_.lineHeight;
         if (press != nullptr) {

@@ -11,6 +11,8 @@ namespace {
 
 // Seconds without an act after which a site is left.
 constexpr double kIdle = 5.0;
+// Of a readable frame's width: where the work on a wide area is taken to begin.
+constexpr double kWorkPart = 0.6;
 
 /// Something done or drawn.
 struct Act {
@@ -51,7 +53,7 @@ void addChanges(const Scene& scene, const FrameShape& shape, std::vector<Act>& a
                 area(intersection(change.rect, front)) > kPageShare * area(front)) {
                 continue;
             }
-            acts.push_back({time, time + scene.step, leftPart(change.rect, shape), false});
+            acts.push_back({time, time + scene.step, leftPart(change.rect, shape, kWorkPart), false});
         }
     }
 }

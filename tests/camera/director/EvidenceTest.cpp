@@ -330,8 +330,8 @@ TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
     addChanges(scene, 40, {{row, 1.0}});
     auto list = of(scene, EvidenceKind::Change);
     ASSERT_EQ(list.size(), 2u);
-    // 0.6 of a readable frame's 853.33 columns.
-    expect(list[0], 40, 43, {100, 300, 612, 320}, 0.5 * 2.0);
+    // 0.95 of a readable frame's 853.33 columns.
+    expect(list[0], 40, 43, {100, 300, 100 + 0.95 * 640 / 0.75, 320}, 0.5 * 2.0);
     expect(list[1], 40, 43, row, 0.5 * 2.0);
     // What beats like a clock is taken as it is.
     scene = emptyScene(60.0);
@@ -339,6 +339,20 @@ TEST(EvidenceTest, WideChange_CountsMostAtItsLeftEnd) {
     list = of(scene, EvidenceKind::Change);
     ASSERT_EQ(list.size(), 1u);
     expect(list[0], 40, 43, row, 0.24);
+}
+
+TEST(EvidenceTest, RowALittleWiderThanAReadableFrame_IsMissedByAFrameThatCutsIt) {
+    // In portrait the readable frame is 480 pixels wide, and the largest is 603.
+    const FrameShape portrait(360, 640, 1920, 1080, 0.75, false);
+    camera::Scene scene = emptyScene(60.0);
+    scene.width = 1920;
+    scene.height = 1080;
+    addChanges(scene, 40, {{{100, 300, 1100, 320}, 1.0}});
+    const auto list = gatherEvidence(scene, portrait, distinctWeights());
+    const auto row =
+        std::find_if(list.begin(), list.end(), [](const Evidence& one) { return one.kind == EvidenceKind::Change; });
+    ASSERT_NE(row, list.end());
+    EXPECT_NEAR(width(row->rect), 0.95 * 603, 1e-9);
 }
 
 TEST(EvidenceTest, WideChange_CountsWhereTheLastPressWas_For20Seconds) {
