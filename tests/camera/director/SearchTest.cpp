@@ -264,6 +264,59 @@ TEST(SearchTest, CheapestPlan_OfTwoFramesThatCostTheSame_TakesTheFirst) {
               (std::vector<PlanShot>{{0, lower}, {6, then}}));
 }
 
+TEST(SearchTest, CheapestPlan_MoveFromTheSecondStep_CountsWhatTheFirstLost) {
+    // Nobody sees what is in the first step. In the second one something is in the first frame: half of its 0.1 would be lost
+    // by leaving then, so that the move, which takes two steps, begins with the third one.
+    Plain plain({{EvidenceKind::Press, 0, 1, {10, 140, 20, 150}, 1.0},
+                 {EvidenceKind::Press, 1, 2, {10, 60, 20, 70}, 0.4},
+                 {EvidenceKind::Press, 20, 40, {200, 60, 210, 70}, 1.0}});
+    plain.rules.moveSteps = 2;
+    const RealRect first{0, 40, 128, 120};
+    const RealRect second{96, 40, 224, 120};
+    EXPECT_EQ(cheapestPlan(plain.rules, {{first, 0, 40}, {second, 3, 40}}, {}),
+              (std::vector<PlanShot>{{0, first}, {4, second}}));
+}
+
+TEST(SearchTest, CheapestPlan_PressesInAMoveAreHeldByBothEnds_AsManyAsHaveABitAndOneMore) {
+    // Before step 20 a press in each step is held by the first frame alone, from 21 on by the second alone. Those of step 20
+    // lie in both and cost three each in a move; a move at any other time misses one of the others.
+    for (const std::size_t count : {std::size_t{64}, std::size_t{65}}) {
+        SCOPED_TRACE(count);
+        Plain plain({});
+        plain.rules.presses.clear();
+        plain.rules.pressEnds.clear();
+        for (std::int32_t step = 0; step < 40; ++step) {
+            if (step == 20) {
+                plain.rules.presses.insert(plain.rules.presses.end(), count, {step, 112.5, 80.5, 20.0});
+            } else {
+                plain.rules.presses.push_back({step, step < 20 ? 30.5 : 200.5, 80.5, 1000.0});
+            }
+            plain.rules.pressEnds.push_back(plain.rules.presses.size());
+        }
+        const RealRect first{0, 40, 128, 120};
+        const RealRect second{96, 40, 224, 120};
+        EXPECT_EQ(cheapestPlan(plain.rules, {{first, 0, 40}, {second, 0, 40}}, {}),
+                  (std::vector<PlanShot>{{0, first}, {21, second}}));
+    }
+}
+
+TEST(SearchTest, CheapestPlan_PressInAMove_CostsThreeAndNoMore) {
+    // A press in each step that both frames hold. Five seconds are lost without the first frame, and three and a half
+    // without the second.
+    Plain plain(
+        {{EvidenceKind::Press, 0, 20, {10, 60, 20, 70}, 1.0}, {EvidenceKind::Press, 26, 40, {200, 60, 210, 70}, 1.0}});
+    plain.rules.presses.clear();
+    plain.rules.pressEnds.clear();
+    for (std::int32_t step = 0; step < 40; ++step) {
+        plain.rules.presses.push_back({step, 112.5, 80.5, 20.0});
+        plain.rules.pressEnds.push_back(plain.rules.presses.size());
+    }
+    const RealRect first{0, 40, 128, 120};
+    const RealRect second{96, 40, 224, 120};
+    EXPECT_EQ(cheapestPlan(plain.rules, {{first, 0, 40}, {second, 0, 40}}, {}),
+              (std::vector<PlanShot>{{0, first}, {21, second}}));
+}
+
 TEST(SearchTest, CheapestPlan_NoMoveStaysWhereItIs) {
     // A press at the frame's edge costs more at rest than in a move, but the camera cannot move from a frame to itself.
     Plain plain({});
