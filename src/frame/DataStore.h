@@ -28,7 +28,11 @@ enum OV_PROGRESS_STAGE : std::int32_t {
     OV_STAGE_MERGE = 2, ///< Merging: 80 to 100 percent.
 };
 
-/// Made zeroed for one call, filled stage by stage, dropped when the call ends. Records refer to each other by index
+/// Elementary steps, of some nanoseconds each, after which the reporter is asked whether to stop: far more than lie
+/// between two reports on what people record, and few enough to end well within a third of a second.
+inline constexpr std::int64_t kStepsBetweenQuestions = 8000000;
+
+/// Made for one call, filled stage by stage, dropped when the call ends. Records refer to each other by index
 /// into these arrays, never by pointer.
 struct OV_DATA_STORE {
     std::vector<OV_LIVE_ZONE> liveZones;        ///< Never empty once `parseLiveZones` has returned.
@@ -51,9 +55,10 @@ struct OV_DATA_STORE {
     std::int32_t targetHeight = 0;        ///< Height of the output frame, pixels.
     std::int32_t mergesRemaining = 0;     ///< Merge progress: lowered by every executor that fires; may go below 0.
     std::int32_t mergesTotal = 0;         ///< Number of merge proposals when the queue pass began.
-    std::uint64_t stepsSinceQuestion = 0; ///< Work done since the reporter was last asked whether to stop.
-    VS_VALUE_MAP mergeStack;              ///< Scratch of merging, kept for its memory.
-    VS_VALUE_MAP mergeLayers;             ///< The same.
+    /// Work that may be done until the reporter is asked once more whether to stop, in steps.
+    std::int64_t stepsToQuestion = kStepsBetweenQuestions - 1;
+    VS_VALUE_MAP mergeStack;  ///< Scratch of merging, kept for its memory.
+    VS_VALUE_MAP mergeLayers; ///< The same.
     /// For each entry of `keyframes`, the index in `slices` of the shot that made it.
     std::vector<std::uint32_t> keyframeSlices;
 };

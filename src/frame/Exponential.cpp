@@ -14,6 +14,8 @@ namespace {
 
 constexpr double kSmallest = -708.0; // e^x is a normal double from here ...
 constexpr double kLargest = 709.0;   // ... to here.
+constexpr double kTiny =
+    0x1p-54; // Of less, the steps below would leave the range of numbers that are multiplied exactly.
 
 constexpr int kSteps = 128; // Of the table, for a factor of 2.
 static_assert(kPowersOfTwo.size() == kSteps);
@@ -44,14 +46,17 @@ constexpr int kDigitBits = 52;
 #endif
 
 ORVANTA_INTO_CLONES double powerOfE(double x) {
-    if (std::isnan(x)) {
-        return x;
-    }
-    if (x < kSmallest || x > kLargest) {
-        return x < 0.0 ? 0.0 : std::numeric_limits<double>::infinity();
-    }
-    if (std::fabs(x) < 0x1p-54) {
-        return 1.0; // And the steps below would leave the range of numbers that can be multiplied exactly.
+    const double size = std::fabs(x);
+    if (!(size >= kTiny && size <= -kSmallest)) { // hardly ever, and not when x is a little above the second
+        if (std::isnan(x)) {
+            return x;
+        }
+        if (x < kSmallest || x > kLargest) {
+            return x < 0.0 ? 0.0 : std::numeric_limits<double>::infinity();
+        }
+        if (size < kTiny) {
+            return 1.0;
+        }
     }
     // x = steps (ln 2) / 128 + r
     const double steps = fusedMultiplyAdd(kStepsPerUnit, x, kRounder) - kRounder;

@@ -8,19 +8,20 @@
 
 namespace OrvantaNS {
 
-/// Elementary steps, of some nanoseconds each, after which the reporter is asked whether to stop: far more than lie
-/// between two reports on what people record, and few enough to end well within a third of a second.
-inline constexpr std::uint64_t kStepsBetweenQuestions = 8000000;
-
 /// Asks the reporter, which must not be null, whether to stop. Throws `OVERR_USER_CANCELLED`.
 void askWhetherToStop(OV_DATA_STORE& store);
+
+/// The count of steps has come down to nothing: starts it anew, and asks the reporter, if there is one, whether to stop.
+/// Throws `OVERR_USER_CANCELLED`.
+void beginNextCount(OV_DATA_STORE& store);
 
 /// Counts work done since the reporter was last asked, and asks it again once that has become much. Reports nothing, and
 /// does nothing without a reporter. Throws `OVERR_USER_CANCELLED`.
 inline void countSteps(OV_DATA_STORE& store, std::uint64_t steps) {
-    store.stepsSinceQuestion += steps;
-    if (store.stepsSinceQuestion >= kStepsBetweenQuestions && store.progress != nullptr) {
-        askWhetherToStop(store);
+    // Downward, since processors compare with nothing for nothing.
+    store.stepsToQuestion -= static_cast<std::int64_t>(steps);
+    if (store.stepsToQuestion < 0) {
+        beginNextCount(store);
     }
 }
 
@@ -31,23 +32,23 @@ public:
 
     /// Throws `OVERR_USER_CANCELLED`, as `settle` does.
     void add(std::uint64_t steps) {
-        pending_ += steps;
-        if (pending_ >= kPiece) {
+        left_ -= static_cast<std::int64_t>(steps);
+        if (left_ < 0) {
             settle();
         }
     }
     /// Hands on what has not been counted yet. To be called at the end: a destructor must not throw.
     void settle() {
-        const std::uint64_t steps = pending_;
-        pending_ = 0;
-        countSteps(store_, steps);
+        const std::int64_t steps = kPiece - left_;
+        left_ = kPiece;
+        countSteps(store_, static_cast<std::uint64_t>(steps));
     }
 
 private:
-    static constexpr std::uint64_t kPiece = 16384; // far below what lies between two questions
+    static constexpr std::int64_t kPiece = 16384; // far below what lies between two questions
 
     OV_DATA_STORE& store_;
-    std::uint64_t pending_ = 0;
+    std::int64_t left_ = kPiece;
 };
 
 /// Fewer entries than this are sorted in less than a tenth of a second, and their comparisons are not counted.

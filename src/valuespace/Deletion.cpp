@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include "frame/Steps.h"
@@ -17,10 +18,37 @@ namespace {
 
 // With fewer objects the graph is small, and the walk of a deletion costs less than reading all lists.
 constexpr std::size_t kWorthSortingOut = 24;
+// Two lists that make no more pairs than this are compared name by name: sets of bits would take longer to make.
+constexpr std::size_t kFewPairs = 64;
+// So many comparisons of longer lists in one walk are made without sets, which pay when they are used again and again.
+constexpr int kFewComparisons = 8;
+// Times that two lists may be in another order until they are compared as sets.
+constexpr int kFewTurns = 4;
 // Nodes of the map that are kept for the objects to come: more seldom leave before others enter.
 constexpr std::size_t kSpareNodes = 32;
 // Slots of a set of bits that are gone through in the time of one step.
 constexpr std::size_t kSlotsPerStep = 512;
+
+// Whether one list holds all names of another, by walking both: new names are put at the end of lists, so that two lists
+// mostly name what they share in one order. Nothing where that is not so.
+std::optional<bool> holdsInOrder(const std::vector<std::uint32_t>& held, const std::vector<std::uint32_t>& asked) {
+    auto from = held.begin();
+    int turns = 0;
+    for (const std::uint32_t name : asked) {
+        auto found = std::find(from, held.end(), name);
+        if (found == held.end()) {
+            found = std::find(held.begin(), from, name);
+            if (found == from) {
+                return false;
+            }
+            if (++turns > kFewTurns) {
+                return std::nullopt;
+            }
+        }
+        from = found + 1;
+    }
+    return true;
+}
 
 } // namespace
 
@@ -39,6 +67,7 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
             continue;
         }
         const std::uint32_t space = location->second;
+        ++departures_;
         if (spareNodes_.size() < kSpareNodes) {
             spareNodes_.push_back(objectMap.extract(location));
         } else {
@@ -100,8 +129,9 @@ void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32
     const auto eraseMarked = [&](std::uint32_t s) {
         std::vector<std::uint32_t>& list = graph[s].objects;
         steps.add(1 + list.size() / kReadPerStep);
-        list.erase(std::remove_if(list.begin(), list.end(), [&](std::uint32_t object) { return marks_.holds(object); }),
-                   list.end());
+        const auto isMarked = [&](std::uint32_t object) { return marks_.holds(object); };
+        std::erase_if(list, isMarked);
+        standing_.eraseIf(s, isMarked);
     };
     marks_.start();
     SlotSet& below = reached_;
@@ -132,6 +162,7 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
     steps.add(graph.size() / kReadPerStep);
     objectSets_.start(graph.size(), objectMap.size() + 1);
     deletionQueue_.start(location, graph.size());
+    comparisons_ = 0;
     std::vector<std::uint32_t>& snapshot = work_;
     for (; deletionQueue_.skipToNext(); deletionQueue_.advance()) {
         const std::uint32_t s = deletionQueue_.slotInWork();
@@ -141,6 +172,7 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
         }
         steps.add(judgingSteps(s));
         if (eraseFirst(space.objects, object)) {
+            standing_.erase(s, object);
             objectSets_.forget(s);
         }
         settled_.remove(s);
@@ -199,16 +231,29 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
 bool ValueSpace::holdsAll(std::uint32_t container, std::uint32_t contained) {
     // A longer list is never held by a shorter one, unless it names an object twice. Most questions end here: a space
     // names more objects than its parents do.
-    return (isHandMade_ || graph[contained].objects.size() <= graph[container].objects.size()) &&
-           objectSets_.holdsAll(graph, container, contained);
+    const std::vector<std::uint32_t>& held = graph[container].objects;
+    const std::vector<std::uint32_t>& asked = graph[contained].objects;
+    if (!isHandMade_ && asked.size() > held.size()) {
+        return false;
+    }
+    if (asked.size() * held.size() <= kFewPairs) {
+        return containsAllObjects(container, contained);
+    }
+    countSteps(*store, (asked.size() + held.size()) / kReadPerStep);
+    if (comparisons_ < kFewComparisons) {
+        ++comparisons_;
+        if (const auto answer = holdsInOrder(held, asked)) {
+            return *answer;
+        }
+    }
+    return objectSets_.holdsAll(graph, container, contained);
 }
 
 std::uint64_t ValueSpace::judgingSteps(std::uint32_t space) const {
-    // Its list is laid out as bits, and its parents are compared with it and with one another.
-    const std::size_t parents = graph[space].parents.size();
-    const std::size_t words = objectMap.size() / 64 + 1;
-    return kStepsPerVisit + graph[space].children.size() +
-           (graph[space].objects.size() + (1 + parents) * parents * words) / kReadPerStep;
+    // Its list is gone through, and its parents are compared with it and with one another.
+    const OV_INTERSECTION& judged = graph[space];
+    const std::size_t parents = judged.parents.size();
+    return kStepsPerVisit + judged.children.size() + judged.objects.size() / kReadPerStep + parents * parents;
 }
 
 bool ValueSpace::isSettledBelow(std::uint32_t space) {
@@ -223,6 +268,7 @@ bool ValueSpace::isSettledBelow(std::uint32_t space) {
         }
         if (isFirst) {
             objectSets_.start(graph.size(), objectMap.size() + 1);
+            comparisons_ = 0;
             isFirst = false;
         }
         steps.add(judgingSteps(s));

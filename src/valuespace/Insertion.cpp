@@ -86,10 +86,10 @@ bool ValueSpace::findServingSpace(const Rectangle& rect, std::uint32_t& serving)
     // come in the same order.
     work_ = topSpaces;
     StepCounter steps(*store);
+    steps.add(topSpaces.size());
     bool isMarked = false; // marks are made only where the walk goes down
     for (std::size_t next = 0; next < work_.size(); ++next) {
         const OV_INTERSECTION& space = graph[work_[next]];
-        steps.add(1);
         if (!contains(space.rect, rect)) {
             continue;
         }
@@ -101,7 +101,7 @@ bool ValueSpace::findServingSpace(const Rectangle& rect, std::uint32_t& serving)
         if (isEmpty(rect)) {
             continue; // It overlaps nothing, and the walk does not go below this space.
         }
-        steps.add(kStepsPerVisit);
+        steps.add(kStepsPerVisit + space.children.size());
         if (!isMarked) {
             reached_.start(graph.size());
             isMarked = true;
@@ -137,19 +137,20 @@ bool ValueSpace::collectCreation(const Rectangle& rect, std::uint32_t& serving) 
         reached_.add(s);
         const auto [record, isNew] = creation_.place(common);
         if (isNew) {
-            steps.add(creation_.size() / kReadPerStep);
             // The records form their own order of containment at all times.
             const std::uint32_t added = record;
             std::vector<VS_CREATION_SPACE>& records = creation_.records();
+            std::uint64_t related = kStepsPerVisit + creation_.size() / kReadPerStep;
             creation_.relateLast(
                 [&](std::uint32_t outer) {
-                    steps.add(stepsOfOffer(records[added]));
+                    related += stepsOfOffer(records[added]);
                     offerContainer(graph, records, added, {PARENT_IN_CREATION, outer}, records[outer].rect);
                 },
                 [&](std::uint32_t inner) {
-                    steps.add(stepsOfOffer(records[inner]));
+                    related += stepsOfOffer(records[inner]);
                     offerContainer(graph, records, inner, {PARENT_IN_CREATION, added}, common);
                 });
+            steps.add(related);
         }
         if (common == space.rect) {
             // The space lies inside the object and serves as it is; its children stay below it.

@@ -15,7 +15,9 @@ class ObjectSets {
 public:
     /// Forgets all sets. `lists(slot)` gives the list of a slot; there are `slots` of them.
     void start(std::size_t slots, std::size_t objectsExpected) {
-        rows_.assign(slots, kNone);
+        if (rowCount_ > 0 || rows_.size() != slots) { // most operations ask for no set
+            rows_.assign(slots, kNone);
+        }
         rowCount_ = 0;
         for (const std::uint32_t object : numbered_) {
             numbers_[object] = kNone;

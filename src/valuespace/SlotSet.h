@@ -34,8 +34,13 @@ public:
 
     /// Tells each slot of the set, ascending.
     template <typename Visit> void forEach(Visit visit) const {
+        forEach(visit, [] {});
+    }
+    /// The same; calls `pause` after every few slots, so that what is to be done seldom need not be done for each.
+    template <typename Visit, typename Pause> void forEach(Visit visit, Pause pause) const {
         for (std::size_t w = 0; w < words_.size(); ++w) {
             visitWord(w, words_[w], visit);
+            pause();
         }
     }
     /// Tells each slot that is in this set and not in the other, which has room for all of them, ascending.

@@ -43,6 +43,8 @@ void ValueSpace::reset() {
     ++linkChanges_;
     isHandMade_ = false;
     hasLostLinks_ = false;
+    standing_.reset();
+    departures_ = 0;
     highest_ = 0;
 }
 
@@ -65,6 +67,7 @@ void ValueSpace::freeSpace(std::uint32_t space) {
     slot.parents.clear();
     slot.children.clear();
     slot.objects.clear();
+    standing_.forget(space);
 }
 
 unsigned ValueSpace::createSpace(Rectangle rect) {

@@ -37,6 +37,15 @@ struct IsOfferedBefore {
 
 // Names of a list that are added up in the time of one step.
 constexpr std::size_t kNamesPerStep = 4;
+// The lists are sifted when so many objects have left, and as many again as there are in the graph: sifting then takes a
+// small part of what the sums in between take.
+constexpr std::size_t kFewDepartures = 32;
+// So few names of a list are read as soon as sifted.
+constexpr std::size_t kFewNames = 8;
+// What it takes to look at one space that is offered, in steps.
+constexpr std::uint64_t kStepsPerOffer = 4;
+// Parents that are asked in that time as well.
+constexpr std::size_t kFewParents = 16;
 
 void sortForOffer(OV_DATA_STORE& store, std::vector<VS_VALUE_ORDER>::iterator begin,
                   std::vector<VS_VALUE_ORDER>::iterator end) {
@@ -46,18 +55,25 @@ void sortForOffer(OV_DATA_STORE& store, std::vector<VS_VALUE_ORDER>::iterator be
 
 } // namespace
 
-template <typename Visit> void ValueSpace::sumSpaces(Visit visit) {
+template <typename Visit> void ValueSpace::sumSpaces(VS_LEFT_OBJECTS left, Visit visit) {
     const std::vector<OV_VALUE_OBJECT>& objects = store->valueObjects;
-    StepCounter steps(*store);
+    std::size_t names = 0; // read and not counted yet
+    const auto count = [&] {
+        countSteps(*store, 1 + names / kNamesPerStep);
+        names = 0;
+    };
+    const auto write = [&](std::uint32_t index, double sum) {
+        graph[index].value = sum;
+        visit(VS_VALUE_ORDER{index, sum});
+    };
     const auto sumUp = [&](std::uint32_t index) {
-        OV_INTERSECTION& slot = graph[index];
-        steps.add(1 + slot.objects.size() / kNamesPerStep);
+        const std::vector<std::uint32_t>& list = graph[index].objects;
+        names += list.size();
         double sum = 0.0;
-        for (const std::uint32_t object : slot.objects) {
+        for (const std::uint32_t object : list) {
             sum += objects[object].value;
         }
-        slot.value = sum;
-        visit(VS_VALUE_ORDER{index, sum});
+        write(index, sum);
     };
     if (isHandMade_) {
         for (std::uint32_t index = 0; index < graph.size(); ++index) {
@@ -65,20 +81,54 @@ template <typename Visit> void ValueSpace::sumSpaces(Visit visit) {
             if (graph[index].valid) {
                 sumUp(index);
             }
+            count();
         }
     } else {
         // Most slots of an ordinary graph are free: they are left over from its busiest moment.
-        steps.add(freed_.size() / kNamesPerStep);
+        names += freed_.size();
         for (const std::uint32_t index : freed_) {
             graph[index].value = 0.0;
         }
-        inUse_.forEach(sumUp);
+        if (left == VS_LEFT_OBJECTS::WORTH_NOTHING && hasLostLinks_) {
+            siftNames();
+        }
+        if (left == VS_LEFT_OBJECTS::WORTH_NOTHING && !standing_.isEmpty()) {
+            const auto sumUpStanding = [&](std::uint32_t index) {
+                const std::vector<std::uint32_t>& list = graph[index].objects;
+                names += standing_.namesIn(index, list);
+                double sum = 0.0;
+                standing_.forEach(index, list, [&](std::uint32_t object) { sum += objects[object].value; });
+                write(index, sum);
+            };
+            inUse_.forEach(sumUpStanding, count);
+        } else {
+            inUse_.forEach(sumUp, count);
+        }
     }
     freed_.clear();
-    steps.settle();
 }
 
-VS_VALUE_MAP ValueSpace::summarize(double span) {
+void ValueSpace::siftNames() {
+    if (departures_ < kFewDepartures + objectMap.size()) {
+        return;
+    }
+    departures_ = 0;
+    countSteps(*store, objectMap.size());
+    marks_.start();
+    for (const auto& entry : objectMap) {
+        marks_.add(entry.first);
+    }
+    inUse_.forEach([&](std::uint32_t index) {
+        const std::vector<std::uint32_t>& list = graph[index].objects;
+        const std::size_t names = standing_.namesIn(index, list);
+        countSteps(*store, 1 + names / kNamesPerStep);
+        if (names > kFewNames) {
+            standing_.sift(index, graph.size(), list, [&](std::uint32_t object) { return marks_.holds(object); });
+        }
+    });
+}
+
+VS_VALUE_MAP ValueSpace::summarize(double span, VS_LEFT_OBJECTS left) {
     VS_VALUE_MAP map;
     map.span = span;
     std::array<double, kTierCount> thresholds{};
@@ -90,7 +140,7 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     std::vector<VS_VALUE_ORDER>& order = order_;
     order.clear();
     if (span >= 0.0) {
-        sumSpaces([&](const VS_VALUE_ORDER& entry) {
+        sumSpaces(left, [&](const VS_VALUE_ORDER& entry) {
             if (entry.value >= span) {
                 order.push_back(entry);
             }
@@ -102,6 +152,7 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
             }
             return tier;
         };
+        countSteps(*store, kStepsPerOffer * order.size());
         std::erase_if(order, [&](const VS_VALUE_ORDER& entry) {
             const std::size_t tier = tierOf(entry.value);
             double below = kNoLimit;
@@ -155,16 +206,16 @@ VS_VALUE_MAP ValueSpace::summarize(double span) {
     return map;
 }
 
-VS_VALUE_MAP ValueSpace::quickSummarize(double span) {
+VS_VALUE_MAP ValueSpace::quickSummarize(double span, VS_LEFT_OBJECTS left) {
     VS_VALUE_MAP map;
     map.span = span;
-    if (const auto focus = quickFocus(span)) {
+    if (const auto focus = quickFocus(span, left)) {
         map.spaces.push_back(*focus);
     }
     return map;
 }
 
-std::optional<std::pair<Rectangle, double>> ValueSpace::quickFocus(double span) {
+std::optional<std::pair<Rectangle, double>> ValueSpace::quickFocus(double span, VS_LEFT_OBJECTS left) {
     const double threshold = kTier4Rate * span;
     std::vector<VS_VALUE_ORDER>& order = order_;
     if (std::isnan(threshold)) {
@@ -173,11 +224,12 @@ std::optional<std::pair<Rectangle, double>> ValueSpace::quickFocus(double span) 
         // What is too cool, and what its parent will swallow, is left out before the sort instead of after it: this runs
         // several times for every slice.
         order.clear();
-        sumSpaces([&](const VS_VALUE_ORDER& entry) {
+        sumSpaces(left, [&](const VS_VALUE_ORDER& entry) {
             if (entry.value >= threshold) {
                 order.push_back(entry);
             }
         });
+        countSteps(*store, kStepsPerOffer * order.size());
         std::erase_if(order,
                       [&](const VS_VALUE_ORDER& entry) { return isSwallowed(entry.space, threshold, kNoLimit); });
         sortForOffer(*store, order.begin(), order.end());
@@ -199,7 +251,9 @@ std::optional<std::pair<Rectangle, double>> ValueSpace::quickFocus(double span) 
 // it. Whatever the space could do in that list, the parent does.
 bool ValueSpace::isSwallowed(std::uint32_t space, double least, double below) const {
     const OV_INTERSECTION& offered = graph[space];
-    countSteps(*store, 1 + offered.parents.size());
+    if (offered.parents.size() > kFewParents) {
+        countSteps(*store, offered.parents.size());
+    }
     return std::any_of(offered.parents.begin(), offered.parents.end(), [&](std::uint32_t index) {
         const OV_INTERSECTION& parent = graph[index];
         return parent.value >= least && parent.value < below && parent.rect != offered.rect &&
@@ -210,7 +264,7 @@ bool ValueSpace::isSwallowed(std::uint32_t space, double least, double below) co
 std::vector<VS_VALUE_ORDER> ValueSpace::fillValues() {
     std::vector<VS_VALUE_ORDER> order;
     order.reserve(graph.size());
-    sumSpaces([&](const VS_VALUE_ORDER& entry) { order.push_back(entry); });
+    sumSpaces(VS_LEFT_OBJECTS::MAY_BE_WORTH, [&](const VS_VALUE_ORDER& entry) { order.push_back(entry); });
     // A sort over values that are not numbers has no defined result, so those go to the end, in slot order.
     auto numbersEnd = order.end();
     const auto isNumber = [](const VS_VALUE_ORDER& entry) { return !std::isnan(entry.value); };
@@ -225,7 +279,7 @@ void ValueSpace::summarizeGraph(std::vector<std::uint32_t>& list, unsigned space
 
 bool ValueSpace::offerToTier(std::vector<std::uint32_t>& list, std::uint32_t space) {
     const Rectangle& offered = graph[space].rect;
-    countSteps(*store, 1 + list.size() / 2);
+    countSteps(*store, list.size());
     for (std::size_t k = list.size(); k-- > 0;) {
         const Rectangle& held = graph[list[k]].rect;
         if (contains(offered, held)) {
@@ -261,15 +315,14 @@ void ValueSpace::locateObjects() {
 }
 
 void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
-    StepCounter steps(*store);
+    const std::uint64_t stepsPerScore = 1 + located_.size() / 2;
     scores_.resize(graph.size());
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
         const Rectangle& rect = graph[space].rect;
-        steps.add(1);
         if (scored_.add(space)) {
-            steps.add(located_.size() / 2);
+            countSteps(*store, stepsPerScore);
             scores_[space] = scoreOf(rect);
         }
         const double score = scores_[space];
@@ -278,7 +331,6 @@ void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP&
             best = rect;
         }
     }
-    steps.settle();
     if (!isEmpty(best)) {
         map.spaces.emplace_back(best, bestScore / static_cast<double>(area(best)));
     }

@@ -16,6 +16,7 @@
 #include "valuespace/ObjectMarks.h"
 #include "valuespace/ObjectSets.h"
 #include "valuespace/SlotSet.h"
+#include "valuespace/StandingNames.h"
 #include "valuespace/WalkQueue.h"
 
 namespace OrvantaNS {
@@ -34,6 +35,13 @@ struct OV_INTERSECTION {
 struct VS_VALUE_ORDER {
     std::uint32_t space = 0; ///< Index into `graph`.
     double value = 0.0;      ///< Sum of the space's objects' values.
+};
+
+/// What the caller of a summary knows of objects that have left the graph. A space may go on naming them once links have
+/// been lost, and its sum counts them.
+enum class VS_LEFT_OBJECTS {
+    MAY_BE_WORTH,  ///< Nothing: all names of a list are added up.
+    WORTH_NOTHING, ///< The `value` of each is 0. To add that changes no sum, so their names need not be read.
 };
 
 /// Descending by value. False when either value is not a number; ties keep their order under a stable sort.
@@ -102,12 +110,13 @@ public:
     // ---- Summaries: `span` is the length in seconds of the interval that the objects' values integrate ----
 
     /// The full summary: at most one rectangle for each of the eight tiers.
-    VS_VALUE_MAP summarize(double span);
+    VS_VALUE_MAP summarize(double span, VS_LEFT_OBJECTS left = VS_LEFT_OBJECTS::MAY_BE_WORTH);
     /// The summary of tier 4 alone. It takes the spaces by descending sum up to the first that lies below the tier: all
     /// of them when `span` is not a number, where `summarize` reaches no tier.
-    VS_VALUE_MAP quickSummarize(double span);
+    VS_VALUE_MAP quickSummarize(double span, VS_LEFT_OBJECTS left = VS_LEFT_OBJECTS::MAY_BE_WORTH);
     /// The rectangle of `quickSummarize` with its density, without a map around it; nothing where its map is empty.
-    std::optional<std::pair<Rectangle, double>> quickFocus(double span);
+    std::optional<std::pair<Rectangle, double>> quickFocus(double span,
+                                                           VS_LEFT_OBJECTS left = VS_LEFT_OBJECTS::MAY_BE_WORTH);
     /// Writes each space's value and gives all valid spaces by descending value, equal ones in slot order.
     std::vector<VS_VALUE_ORDER> fillValues();
     /// Offers a space to a tier's list, which keeps the largest rectangles only.
@@ -169,7 +178,9 @@ private:
     // ---- Summaries ----
 
     /// Writes the value of every slot, and tells each valid space with its sum, in slot order.
-    template <typename Visit> void sumSpaces(Visit visit);
+    template <typename Visit> void sumSpaces(VS_LEFT_OBJECTS left, Visit visit);
+    /// Sifts all lists once enough objects have left since that was last done.
+    void siftNames();
     bool isSwallowed(std::uint32_t space, double least, double below) const;
     /// `summarizeGraph`; false when a space of the list swallows the one that is offered.
     bool offerToTier(std::vector<std::uint32_t>& list, std::uint32_t space);
@@ -197,10 +208,14 @@ private:
     std::uint32_t highest_ = 0; ///< The highest object ever inserted.
     bool hasLostLinks_ = false; ///< An insertion has cut a space off from a parent that it did not reach.
 
+    StandingNames standing_;     ///< What is left of the lists without the names of objects that have left.
+    std::size_t departures_ = 0; ///< Objects that have left since the lists were sifted.
+
     InsertionQueue insertionQueue_;
     DeletionQueue deletionQueue_;
     CreationList creation_;
     ObjectSets objectSets_;
+    int comparisons_ = 0; ///< Long lists that the walk in work has compared without `objectSets_`.
     ObjectClasses classes_;
     std::vector<std::uint32_t> residents_; ///< By space: the objects located there.
     std::vector<std::uint32_t> staying_;   ///< By class: its objects in the graph; empty where nobody stands in.

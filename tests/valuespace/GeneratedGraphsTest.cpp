@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -368,6 +370,55 @@ TEST_F(DenseScreensTest, Summaries_EqualThePlainOnes_ForAnyValueAndSpan) {
             ASSERT_TRUE(sameMap(run.space.summarize(span), testing::plainSummary(run.space, span))) << span;
             ASSERT_TRUE(sameMap(run.space.quickSummarize(span), testing::plainQuickSummary(run.space, span))) << span;
         });
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
+// ---- Objects that have left, in lists that go on naming them ----
+
+TEST_F(DenseScreensTest, WhereThoseThatLeftAreWorthNothing_TheirNamesNeedNotBeRead) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    const double odd[] = {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), -0.0,
+                          1e300};
+    const auto value = [&] { return upTo(40) == 0 ? odd[upTo(3)] : upTo(12) * 0.37; };
+    for (int round = 0; round < 4; ++round) {
+        Simulation run;
+        const auto check = [&] {
+            auto& objects = run.store.valueObjects;
+            for (std::uint32_t i = 0; i < objects.size(); ++i) {
+                objects[i].value = run.present.count(i) != 0 ? value() : 0.0;
+            }
+            if (round == 3 && upTo(40) == 0) {
+                run.insert(
+                    static_cast<std::uint32_t>(upTo(static_cast<std::int32_t>(objects.size()) - 1))); // comes back
+            }
+            const double span = upTo(6) * 0.5;
+            const auto expected = testing::plainSummary(run.space, span);
+            ASSERT_TRUE(sameMap(run.space.summarize(span, VS_LEFT_OBJECTS::WORTH_NOTHING), expected)) << span;
+            ASSERT_TRUE(sameMap(run.space.summarize(span), expected)) << span;
+            ASSERT_TRUE(sameMap(run.space.quickSummarize(span, VS_LEFT_OBJECTS::WORTH_NOTHING),
+                                testing::plainQuickSummary(run.space, span)));
+            for (const VS_VALUE_ORDER& entry : testing::plainOrder(run.space)) {
+                const double written = run.space.graph[entry.space].value;
+                ASSERT_TRUE(written == entry.value || (std::isnan(written) && std::isnan(entry.value))) << entry.space;
+            }
+            // What has left is worth something: each name counts again where the caller does not say otherwise.
+            for (OV_VALUE_OBJECT& object : objects) {
+                object.value = value();
+            }
+            ASSERT_TRUE(sameMap(run.space.summarize(span), testing::plainSummary(run.space, span))) << span;
+            ASSERT_TRUE(sameMap(run.space.quickSummarize(span), testing::plainQuickSummary(run.space, span))) << span;
+        };
+        // Areas that all overlap, each for a while: links are lost all the time, and what is cut off stays.
+        for (int k = 0; k < 160 && !HasFatalFailure(); ++k) {
+            run.insert(run.addObject(areasAroundTheMiddle(1).front()));
+            if (run.present.size() > 12) {
+                run.remove(upTo(4) == 0 ? anyOf(run.present) : *run.present.begin());
+            }
+            check();
+        }
         if (HasFatalFailure()) {
             return;
         }

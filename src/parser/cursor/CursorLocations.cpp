@@ -29,9 +29,8 @@ void appendPoint(MOUSE_STROKE& stroke, const OV_MOUSE_LOCATION& location) {
     stroke.bounds = boundingUnion(stroke.bounds, {location.x, location.x, location.y, location.y});
 }
 
-} // namespace
-
-bool DataParser::addToStroke(const OV_MOUSE_LOCATION& location, MOUSE_STROKE& stroke, const Params&) {
+// `DataParser::addToStroke`, with the longest stay near the anchor that is no rest, ticks.
+bool goesOn(const OV_MOUSE_LOCATION& location, MOUSE_STROKE& stroke, long long linger) {
     if (stroke.points.size() < 2) {
         appendPoint(stroke, location);
         return true;
@@ -45,13 +44,19 @@ bool DataParser::addToStroke(const OV_MOUSE_LOCATION& location, MOUSE_STROKE& st
     const OV_MOUSE_LOCATION anchor = stroke.points[stroke.anchor];
     if (isElsewhere(location, anchor)) {
         stroke.anchor = static_cast<std::uint32_t>(stroke.points.size());
-    } else if (wrapSub(location.time, anchor.time) > revertTime(kLingerSeconds)) {
+    } else if (wrapSub(location.time, anchor.time) > linger) {
         // The rest began at the anchor. Bounds and anchor stay as they are.
         stroke.points.resize(stroke.anchor + std::size_t{1});
         return false;
     }
     appendPoint(stroke, location);
     return true;
+}
+
+} // namespace
+
+bool DataParser::addToStroke(const OV_MOUSE_LOCATION& location, MOUSE_STROKE& stroke, const Params&) {
+    return goesOn(location, stroke, revertTime(kLingerSeconds));
 }
 
 bool DataParser::extendIdle(const OV_MOUSE_LOCATION& location, MOUSE_IDLE& idle) {
@@ -65,6 +70,7 @@ bool DataParser::extendIdle(const OV_MOUSE_LOCATION& location, MOUSE_IDLE& idle)
 void DataParser::processCursorLocation(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const std::vector<OV_MOUSE_LOCATION>& locations = params.cursorLocations();
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
+    const long long linger = revertTime(kLingerSeconds);
     MOUSE_STROKE& stroke = strokeInWork_;
     stroke.points.clear(); // and keep their memory
     stroke.bounds = MOUSE_STROKE{}.bounds;
@@ -110,7 +116,7 @@ void DataParser::processCursorLocation(unsigned int zone, const Params& params, 
             continue;
         }
         const std::size_t pointsBefore = stroke.points.size();
-        if (addToStroke(sample, stroke, params)) {
+        if (goesOn(sample, stroke, linger)) {
             continue;
         }
         if (stroke.points.size() < pointsBefore) {

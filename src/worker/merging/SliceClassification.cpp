@@ -71,6 +71,17 @@ bool coversHotRect(const SLICE_BREAKDOWN& breakdown) {
     return area(intersection(breakdown.windowRect, breakdown.tier4Rect)) >= need;
 }
 
+// The first target behind the slice, or the slice itself.
+std::uint32_t searchTarget(OV_DATA_STORE& store, std::uint32_t slice) {
+    const auto size = static_cast<std::uint32_t>(store.slices.size());
+    std::uint32_t next = slice + 1;
+    while (next < size && !isTargetSlice(store.slices[next])) {
+        ++next;
+    }
+    countSteps(store, next - slice - 1);
+    return next < size ? next : slice;
+}
+
 } // namespace
 
 SLICE_BREAKDOWN OrvantaWorker::identifySlice(OV_DATA_STORE& store, unsigned int slice) const {
@@ -106,14 +117,9 @@ double OrvantaWorker::getLengthPlusBlanks(OV_DATA_STORE& store, unsigned int sli
 }
 
 unsigned int OrvantaWorker::findNextTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
-    const auto size = static_cast<std::uint32_t>(store.slices.size());
-    std::uint32_t next = slice + 1;
-    while (next < size && !isTargetSlice(store.slices[next])) {
-        ++next;
-    }
-    // Counted by all that were looked at, at once: these are searched very often, and mostly end at the first.
-    countSteps(store, next < size ? next - slice : size - 1 - slice);
-    return next < size ? next : slice;
+    // Asked for very often, and mostly it is the first.
+    const std::uint32_t next = slice + 1;
+    return next < store.slices.size() && isTargetSlice(store.slices[next]) ? next : searchTarget(store, slice);
 }
 
 unsigned int OrvantaWorker::findPreviousTargetSlice(OV_DATA_STORE& store, unsigned int slice) const {
@@ -121,7 +127,7 @@ unsigned int OrvantaWorker::findPreviousTargetSlice(OV_DATA_STORE& store, unsign
     while (behind > 0 && !isTargetSlice(store.slices[behind - 1])) {
         --behind;
     }
-    countSteps(store, behind > 0 ? slice - behind + 1 : slice);
+    countSteps(store, slice - behind);
     return behind > 0 ? behind - 1 : slice;
 }
 

@@ -3,6 +3,7 @@
 #include "worker/merging/ValueMapMerging.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -49,6 +50,47 @@ void addLayer(Spaces& stack, const std::pair<Rectangle, double>& layer) {
     stack.push_back(layer);
 }
 
+// Grows a rectangle over a list of spaces, as far down as a threshold allows: what it is for one threshold is where it
+// goes on for a lower one.
+class Growth {
+public:
+    explicit Growth(const Spaces& spaces) : spaces_(spaces) {}
+
+    /// The rectangle and its value at a threshold that is no higher than the one before; an empty one above all spaces.
+    std::pair<Rectangle, double> downTo(double threshold) {
+        // A single space gives nothing: the frame of such a slice rests on its breakdown.
+        if (spaces_.size() < 2 || spaces_[0].second < threshold) {
+            return {Rectangle{}, 0.0};
+        }
+        if (taken_ == 0) {
+            grown_ = spaces_[0];
+            taken_ = 1;
+        }
+        auto& [rect, value] = grown_;
+        for (; taken_ < spaces_.size() && !(spaces_[taken_].second < threshold); ++taken_) {
+            const auto& [nextRect, nextValue] = spaces_[taken_];
+            const double size = area(rect);
+            const double nextSize = area(nextRect);
+            if (contains(nextRect, rect)) {
+                // A larger rectangle around the current one: the excess of value is spread over the new area.
+                value = (value - nextValue) * size / nextSize + nextValue;
+                rect = nextRect;
+            } else if (nextSize * nextValue > size * value) {
+                rect = nextRect;
+                value = nextValue;
+            }
+        }
+        return grown_;
+    }
+    /// Spaces that the rectangle has been grown over so far.
+    std::size_t taken() const { return taken_; }
+
+private:
+    const Spaces& spaces_;
+    std::size_t taken_ = 0;
+    std::pair<Rectangle, double> grown_;
+};
+
 } // namespace
 
 VS_VALUE_MAP OrvantaWorker::mergeMaps(VS_VALUE_MAP first, VS_VALUE_MAP second) const {
@@ -75,9 +117,15 @@ void mergeIntoFirst(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_
 
     VS_VALUE_MAP& tiers = store.mergeLayers; // the layers have been laid
     tiers.spaces.clear();
+    Growth growth(stack.spaces);
     for (const double tier : {12.0, 10.0, 8.0, 6.0, 4.0, 3.0, 2.0, 1.0}) {
-        const std::pair<Rectangle, double> space = worker.summarizeMerge(stack, stack.span * tier);
-        if (!isEmpty(space.first)) {
+        const std::size_t before = growth.taken();
+        // The thresholds of a span that is negative or not a number do not descend, and are answered one by one.
+        const std::pair<Rectangle, double> space =
+            stack.span >= 0.0 ? growth.downTo(stack.span * tier) : worker.summarizeMerge(stack, stack.span * tier);
+        // What gives the pair of the tier before once more would be cleaned away, unless it is not a number.
+        const bool isRepeat = before > 0 && growth.taken() == before && !std::isnan(space.second);
+        if (!isRepeat && !isEmpty(space.first)) {
             tiers.spaces.push_back(space);
         }
     }
@@ -89,28 +137,7 @@ void mergeIntoFirst(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_
 }
 
 std::pair<Rectangle, double> OrvantaWorker::summarizeMerge(VS_VALUE_MAP& map, double threshold) const {
-    // A single space gives nothing: the frame of such a slice rests on its breakdown.
-    if (map.spaces.size() < 2 || map.spaces[0].second < threshold) {
-        return {Rectangle{}, 0.0};
-    }
-    auto [rect, value] = map.spaces[0];
-    for (std::size_t i = 1; i < map.spaces.size(); ++i) {
-        const auto& [nextRect, nextValue] = map.spaces[i];
-        if (nextValue < threshold) {
-            break;
-        }
-        const double size = area(rect);
-        const double nextSize = area(nextRect);
-        if (contains(nextRect, rect)) {
-            // A larger rectangle around the current one: the excess of value is spread over the new area.
-            value = (value - nextValue) * size / nextSize + nextValue;
-            rect = nextRect;
-        } else if (nextSize * nextValue > size * value) {
-            rect = nextRect;
-            value = nextValue;
-        }
-    }
-    return {rect, value};
+    return Growth(map.spaces).downTo(threshold);
 }
 
 Rectangle OrvantaWorker::getTier4Rect(const VS_VALUE_MAP& map) const {

@@ -32,6 +32,8 @@ constexpr std::uint64_t kScannedPerStep = 8;
 constexpr std::int64_t kInFocusPercent = 95;
 // How far an edge of the focus must have moved for the focus to have moved, pixels.
 constexpr int kMotionPixels = 128;
+// `advanceValueSpace` takes an object's worth before it takes the object out of the space, and nothing gives it back.
+constexpr VS_LEFT_OBJECTS kDeparted = VS_LEFT_OBJECTS::WORTH_NOTHING;
 
 bool liesInFocus(const Rectangle& rect, const Rectangle& focus) {
     // The product needs 64 bits from 8K recordings on; the areas themselves are 32-bit.
@@ -117,7 +119,7 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
     const double probeEnd = time + kProbeSeconds;
     loadObjects(store, {time, probeEnd}, space);
     recalcValueInterval(store, {time, probeEnd}, space);
-    const std::optional<std::pair<Rectangle, double>> probe = space.quickFocus(probeEnd - time);
+    const std::optional<std::pair<Rectangle, double>> probe = space.quickFocus(probeEnd - time, kDeparted);
 
     OV_FOCUS_SLICE slice;
     slice.start = time;
@@ -144,7 +146,7 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
                 bound = start + kLookAheadSeconds;
                 loadObjects(store, {start, bound}, space);
                 recalcValueInterval(store, {start, bound}, space);
-                const auto ahead = space.quickFocus(bound - start);
+                const auto ahead = space.quickFocus(bound - start, kDeparted);
                 const bool staysPut = ahead.has_value() && !detectMotion(ahead->first, focus, kMotionPixels);
                 if (!staysPut) {
                     end = start;
@@ -164,7 +166,7 @@ OV_FOCUS_SLICE OrvantaWorker::detectSlice(OV_DATA_STORE& store, ValueSpace& spac
 
     if (!slice.blank) {
         recalcValueInterval(store, {time, end}, space);
-        slice.map = space.summarize(end - time);
+        slice.map = space.summarize(end - time, kDeparted);
         slice.blank = slice.map.spaces.empty(); // the map keeps its span
     }
     slice.stop = end;

@@ -46,6 +46,27 @@ double decayIntegralAtStop(std::uint32_t type) {
     return integrals[type];
 }
 
+// What an object is worth over an interval that it shares a moment with, value-seconds.
+//
+//  object      start|========|stop~~~~~~~|stop + decay
+//  interval            a|............|b
+//  counted              |body|  tail |
+double worthWithin(const OV_VALUE_OBJECT& o, const Interval_Type<double>& interval) {
+    const auto [value, decay] = g_ValueMatrix[o.type];
+    double worth = 0.0;
+    const double body = std::min(o.stop, interval.stop) - std::max(o.start, interval.start);
+    if (body > 0.0) {
+        worth += value * body;
+    }
+    const double tailStart = std::max(o.stop, interval.start) - o.stop;
+    const double tailStop = std::min(o.stop + decay, interval.stop) - o.stop;
+    if (tailStop - tailStart > 0.0) {
+        worth += value * (decayIntegral(tailStop, decay) -
+                          (tailStart == 0.0 ? decayIntegralAtStop(o.type) : decayIntegral(tailStart, decay)));
+    }
+    return worth;
+}
+
 } // namespace
 
 void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSpace& space) const {
@@ -102,33 +123,15 @@ void OrvantaWorker::recalcValueInterval(OV_DATA_STORE& store, Interval_Type<doub
     for (const auto& entry : space.objectMap) {
         steps.add(kStepsPerIntegral);
         OV_VALUE_OBJECT& object = store.valueObjects[entry.first];
-        object.value = overlapsInterval(object, interval) ? getIntegrationValue(entry.first, interval, store) : 0.0;
+        object.value = overlapsInterval(object, interval) ? worthWithin(object, interval) : 0.0;
     }
     steps.settle();
 }
 
-//  object      start|========|stop~~~~~~~|stop + decay
-//  interval            a|............|b
-//  counted              |body|  tail |
 double OrvantaWorker::getIntegrationValue(unsigned int object, Interval_Type<double> interval,
                                           OV_DATA_STORE& store) const {
     const OV_VALUE_OBJECT& o = store.valueObjects[object];
-    const auto [value, decay] = g_ValueMatrix[o.type];
-    if (o.start > interval.stop || interval.start >= o.stop + decay) {
-        return 0.0;
-    }
-    double worth = 0.0;
-    const double body = std::min(o.stop, interval.stop) - std::max(o.start, interval.start);
-    if (body > 0.0) {
-        worth += value * body;
-    }
-    const double tailStart = std::max(o.stop, interval.start) - o.stop;
-    const double tailStop = std::min(o.stop + decay, interval.stop) - o.stop;
-    if (tailStop - tailStart > 0.0) {
-        worth += value * (decayIntegral(tailStop, decay) -
-                          (tailStart == 0.0 ? decayIntegralAtStop(o.type) : decayIntegral(tailStart, decay)));
-    }
-    return worth;
+    return o.start > interval.stop || interval.start >= lifeEnd(o) ? 0.0 : worthWithin(o, interval);
 }
 
 } // namespace OrvantaNS

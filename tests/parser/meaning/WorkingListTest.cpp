@@ -229,7 +229,7 @@ TEST(WorkingListTest, Work_IsCounted_SoThatAReporterCanStopIt) {
     WorkingList list(objects, store);
     EXPECT_EQ(list.within(WorkingList::Hovers, 0, 0.0, 9.0), 0u);
     EXPECT_EQ(reporter.asked, 0u);
-    store.stepsSinceQuestion = kStepsBetweenQuestions - 1;
+    store.stepsToQuestion = 0;
     EXPECT_EQ(testing::codeOf([&] { list.within(WorkingList::Hovers, 0, 0.0, 9.0); }), OVERR_USER_CANCELLED);
     EXPECT_TRUE(reporter.percentages.empty());
 }

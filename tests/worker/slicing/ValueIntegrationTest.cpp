@@ -5,7 +5,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <vector>
 
+#include "GeneratedRecording.h"
+#include "HostileRequests.h"
+#include "PlainSummary.h"
 #include "Random.h"
 #include "Scene.h"
 #include "frame/DataStore.h"
@@ -283,6 +288,60 @@ TEST(ValueSpaceWalk, AnyRecording_AdvancesLikeTheWalkOverAllObjects) {
                 ASSERT_EQ(fast.valueObjects[i].value, plain.valueObjects[i].value);
             }
         }
+    }
+}
+
+// Windows, menus and clicks of a busy session: spaces lose their links, and go on naming what has left.
+TEST(ValueSpaceWalk, WhatHasLeftIsWorthNothing_SoThatSummariesNeedNotReadItsName) {
+    const OrvantaWorker worker;
+    for (std::uint64_t seed = 1; seed <= 2; ++seed) {
+        SCOPED_TRACE(::testing::Message() << "seed " << seed);
+        testing::SessionPlan plan;
+        plan.seconds = 1800.0;
+        OV_DATA_STORE store;
+        const auto isOver = testing::codeOf([&] {
+            worker.runPipeline(testing::generatedRecording(seed, plan), nullptr, store,
+                               [](OV_PIPELINE_STAGE stage, const OV_DATA_STORE&) {
+                                   if (stage == OV_PIPELINE_OBJECTS) {
+                                       throw OrvantaException("seen enough", OVERR_USER_CANCELLED);
+                                   }
+                               });
+        });
+        ASSERT_EQ(isOver, OVERR_USER_CANCELLED);
+        std::size_t differing = 0;
+        ValueSpace space(&store);
+        std::vector<std::uint32_t> left;
+        for (double time = 0.0; time < plan.seconds; time += 1.5) {
+            const Interval_Type<double> interval{time, time + 1.5};
+            worker.loadObjects(store, interval, space);
+            worker.recalcValueInterval(store, interval, space);
+            const VS_VALUE_MAP expected = testing::plainSummary(space, 1.5);
+            ASSERT_TRUE(testing::sameMap(space.summarize(1.5, VS_LEFT_OBJECTS::WORTH_NOTHING), expected)) << time;
+            ASSERT_TRUE(testing::sameMap(space.summarize(1.5), expected)) << time;
+            ASSERT_TRUE(testing::sameMap(space.quickSummarize(1.5, VS_LEFT_OBJECTS::WORTH_NOTHING),
+                                         testing::plainQuickSummary(space, 1.5)))
+                << time;
+            // Who does not state that what has left is worth nothing gets the sums of all names.
+            for (const std::uint32_t object : left) {
+                store.valueObjects[object].value = 3.0;
+            }
+            const VS_VALUE_MAP withThem = testing::plainSummary(space, 1.5);
+            differing += testing::sameMap(withThem, expected) ? 0 : 1;
+            ASSERT_TRUE(testing::sameMap(space.summarize(1.5), withThem)) << time;
+            ASSERT_TRUE(testing::sameMap(space.quickSummarize(1.5), testing::plainQuickSummary(space, 1.5))) << time;
+            for (const std::uint32_t object : left) {
+                store.valueObjects[object].value = 0.0;
+            }
+            const std::vector<std::uint32_t> before = space.listObjects();
+            worker.advanceValueSpace(store, time + 1.5, space);
+            for (const std::uint32_t object : before) {
+                if (space.objectMap.count(object) == 0) {
+                    ASSERT_EQ(store.valueObjects[object].value, 0.0);
+                    left.push_back(object);
+                }
+            }
+        }
+        EXPECT_GT(differing, 100u) << "no list named what had left";
     }
 }
 
