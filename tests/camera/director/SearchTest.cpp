@@ -264,6 +264,27 @@ TEST(SearchTest, CheapestPlan_OfTwoFramesThatCostTheSame_TakesTheFirst) {
               (std::vector<PlanShot>{{0, lower}, {6, then}}));
 }
 
+TEST(SearchTest, CheapestPlan_OfTwoWaysThatCostTheSameWithTheirPresses_TakesTheOneThatWasCheaperWithout) {
+    // From step 10 on each step has a press, and from 11 on something is in the last frame, which is alive from then on. The
+    // way there from the upper frame costs a move, 2, and a miss, 4. The lower one holds the presses, which cost 3 in a move,
+    // but misses a second of what is in the upper one before.
+    Plain plain(
+        {{EvidenceKind::Press, 0, 4, {10, 10, 20, 20}, 1.0}, {EvidenceKind::Press, 11, 40, {10, 142, 20, 148}, 1.0}});
+    plain.rules.weights.move = 2.0;
+    plain.rules.weights.moveWay = 0.0;
+    for (std::int32_t step = 10; step < 40; ++step) {
+        plain.rules.presses.push_back({step, 30.5, 120.5, 4.0});
+        plain.rules.pressEnds[static_cast<std::size_t>(step)] = plain.rules.presses.size();
+    }
+    const RealRect upper{0, 0, 64, 40};
+    const RealRect lower{0, 100, 64, 140};
+    const RealRect last{0, 110, 64, 150};
+    EXPECT_EQ(cheapestPlan(plain.rules, {{upper, 0, 40}, {lower, 0, 40}, {last, 11, 40}}, {}),
+              (std::vector<PlanShot>{{0, upper}, {11, last}}));
+    EXPECT_EQ(planCost(plain.rules, {{0, upper}, {11, last}}), 6.0);
+    EXPECT_EQ(planCost(plain.rules, {{0, lower}, {11, last}}), 6.0);
+}
+
 TEST(SearchTest, CheapestPlan_MoveFromTheSecondStep_CountsWhatTheFirstLost) {
     // Nobody sees what is in the first step. In the second one something is in the first frame: half of its 0.1 would be lost
     // by leaving then, so that the move, which takes two steps, begins with the third one.

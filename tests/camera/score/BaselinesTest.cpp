@@ -42,6 +42,7 @@ TEST(BaselinesTest, ClickZoom_StretchesAreJoined_UpToTwoAndAHalfSecondsApart) {
     };
     // The first stretch ends at 12.5; from 15 on, which is 0.3 s before a click, there is another.
     EXPECT_EQ(frames(15.25), 3u);
+    EXPECT_EQ(frames(15.3), 3u); // just then
     EXPECT_EQ(frames(15.35), 4u);
 }
 

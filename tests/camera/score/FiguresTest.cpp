@@ -82,6 +82,13 @@ TEST(FiguresTest, Moves_AreByTheMinuteOfTheClip) {
     EXPECT_DOUBLE_EQ(judge(scene, {{15, kCorner}}).movesAMinute, 2.0);
 }
 
+TEST(FiguresTest, ClipWithoutLength_HasNoMovesAMinute) {
+    const PathFigures figures = judge(recording().length(0), {{0, kCorner}});
+    EXPECT_EQ(figures.moves, 1u);
+    EXPECT_EQ(figures.movesAMinute, 0.0);
+    EXPECT_EQ(figures.travelAMinute, 0.0);
+}
+
 /// The share of presses with room when one is made at a place while a frame is on show.
 double roomFor(std::int32_t x, std::int32_t y, const RealRect& frame) {
     Scene scene = recording();
