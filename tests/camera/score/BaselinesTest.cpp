@@ -114,6 +114,7 @@ TEST(BaselinesTest, DwellZoom_StaysOf45HundredthsToTwoSecondsAndSixTenths) {
     EXPECT_EQ(staying(0.0, 2.601).size(), 0u);
     EXPECT_EQ(staying(0.0, 1.0)[0].seconds, 0.0) << "not half a second before the recording";
     EXPECT_EQ(staying(0.0, 1.0)[1].seconds, 1.5);
+    EXPECT_EQ(staying(0.0, 1.0)[0].frame, (RealRect{320, 200, 960, 600}));
 }
 
 TEST(BaselinesTest, DwellZoom_StepOfTheCursor_IsMoreThanAFiftiethOfTheScreen) {
