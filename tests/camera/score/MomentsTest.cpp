@@ -55,6 +55,13 @@ TEST(JudgedPathTest, WithoutAFade_ItIsThereAtOnce) {
     EXPECT_FALSE(judged.isMoving(10.0));
 }
 
+TEST(JudgedPathTest, MoveThatIsDone_StandsOnItsFrameToTheLastBit) {
+    // 1280 less the difference of 1280 and 0.1 is not 0.1, as it is rounded.
+    const RealRect frame{0.1, 0.1, 640.1, 400.1};
+    const JudgedPath judged({{10, {1280, 800, 1920, 1200}}, {20, frame}}, kWhole, 640, 400, 1.0);
+    EXPECT_EQ(judged.at(21.0), frame);
+}
+
 TEST(JudgedPathTest, FadeOfHalfASecond_IsDoneByThen) {
     const JudgedPath judged({{10, {0, 0, 640, 400}}}, kWhole, 640, 400, 0.5);
     EXPECT_EQ(judged.at(10.25), (RealRect{0, 0, 960, 600}));
