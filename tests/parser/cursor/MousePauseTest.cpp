@@ -112,6 +112,16 @@ TEST_F(MousePauseTest, AfterARunToTheFirstStroke_LaterStrokesAreTriedFromThere) 
     EXPECT_EQ(parser_.findLastMousePause(5.0), 1.15);
 }
 
+// From the first stroke the moment goes back to 1.0. What comes next began later but tells of earlier times, as a clock
+// that is put back makes them, and does not reach that moment: it leads nowhere, though the last one follows a pause.
+TEST_F(MousePauseTest, StrokeThatStopsBeforeTheMoment_IsPassedOverThoughItBeginsSoonAfter) {
+    stroke(1000, 3000);
+    stroke(1010, 700);
+    stroke(1015, 900);
+    EXPECT_EQ(parser_.findLastMousePause(2.0), 2.0);
+    EXPECT_EQ(StrokePauses(parser_).lastBefore(2.0), 2.0);
+}
+
 TEST_F(MousePauseTest, PauseStroke_IsWhereTheSearchStartsButNotWhereTheWalkBackEnds) {
     stroke(0, 100);
     stroke(1000, 2000);
@@ -138,12 +148,13 @@ TEST_F(MousePauseTest, AnyStrokesInOrderOrNot_AgreeWithTheWalkBackFromEach) {
         testing::Random random(seed);
         parser_ = DataParser();
         const bool isOrdered = random.chance(0.5);
+        const bool overlaps = random.chance(0.5);
         long long now = 0;
         for (int i = random.range(0, 12); i > 0; --i) {
             now = isOrdered ? now + random.range(0, 450) : random.range(0, 3000);
-            const long long first = now;
-            now += random.range(0, 400);
-            stroke(first, now);
+            const long long last = now + (overlaps ? random.range(-300, 1500) : random.range(0, 400));
+            stroke(now, last);
+            now = overlaps ? now : last;
         }
         parser_.pauseStroke = random.chance(0.2) ? static_cast<std::uint32_t>(random.range(0, 12)) : 0;
         const StrokePauses pauses(parser_);
