@@ -175,6 +175,34 @@ TEST(WorkingListTest, ObjectsAppendedOfOtherKinds_ChangeNoAnswer) {
     EXPECT_EQ(list.windowFollowing(1.0, 3.0), 0u);
 }
 
+// Many windows in a row that are windows no more leave whole stretches of the index empty, to its beginning at last.
+TEST(WorkingListTest, WindowBefore_LooksBehindStretchesThatHoldNoWindowAnyMore) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    for (int round = 0; round < 4; ++round) {
+        OV_DATA_STORE store;
+        std::vector<OV_VALUE_OBJECT> objects(600, {ActiveWindow, 1.0, 2.0, box(0, 0, 9, 9), 0.0});
+        WorkingList list(objects, store);
+        ASSERT_EQ(list.windowBefore(600), 599u);
+        for (std::size_t alive = objects.size(); alive > 0;) {
+            const std::size_t begin = random() % objects.size();
+            const std::size_t end = std::min(objects.size(), begin + random() % 120);
+            for (std::size_t i = begin; i < end; ++i) {
+                list.retype(i, Dead);
+            }
+            alive = 0;
+            std::size_t before = kNone;
+            for (std::size_t i = 0; i < objects.size(); ++i) {
+                ASSERT_EQ(list.windowBefore(i), before) << i;
+                before = objects[i].type == ActiveWindow ? i : before;
+                alive += objects[i].type == ActiveWindow ? 1 : 0;
+            }
+            ASSERT_EQ(list.windowBefore(objects.size()), before);
+        }
+    }
+}
+
 TEST(WorkingListTest, GeneratedPasses_EqualThePlainPass) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
