@@ -301,6 +301,15 @@ TEST_F(ClickResultsTest, WindowThatCutsTheClick_IsTheFirstOfTheList) {
     EXPECT_EQ(objects().back(), "DoubleClick 10..10.5 (630,690,390,410)");
 }
 
+TEST_F(ClickResultsTest, WindowThatCutsTheClick_MayStandDirectlyBehindOneThatDoesNotHoldIt) {
+    changingArea(10.0, 10.0, {620, 690, 380, 410});
+    object(Click, 10.0, 10.5, kPoint);
+    object(ActiveWindow, 10.1, 50.0, {650, 700, 390, 420});
+    object(ActiveWindow, 10.2, 50.0, {630, 700, 390, 420});
+    detect(0);
+    EXPECT_EQ(objects()[0], "Click 10..10.5 (630,690,390,410)");
+}
+
 // ---- The hand-over ----
 
 TEST_F(ClickResultsTest, Persist_HandsOverFromThePassThatStartsAtTheStop) {
