@@ -1,6 +1,7 @@
 #include "camera/director/Adjustment.h"
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -21,6 +22,7 @@ struct Plain {
     FrameShape shape = kShape;
     std::vector<Evidence> evidence;
     std::vector<PlanPress> presses;
+    double pressMargin = 3.0;
     std::unique_ptr<LossTable> losses;
     PlanRules rules;
 
@@ -49,7 +51,7 @@ struct Plain {
         rules.regionWidth = shape.regionWidth();
         rules.regionHeight = shape.regionHeight();
         rules.steps = scene.steps;
-        rules.pressMargin = 3.0;
+        rules.pressMargin = pressMargin;
         rules.presses = presses;
         for (std::int32_t step = 0; step < scene.steps; ++step) {
             rules.pressEnds.push_back(0);
@@ -114,6 +116,7 @@ TEST(AdjustmentTest, GainOfLessThanAMillionth_IsNone) {
     // The first step to the left shows all of it, for a quarter of a second: half a millionth is nothing, five are.
     const RealRect thing{80, 60, 88, 70};
     EXPECT_EQ(Plain().see(thing, 0, 1, 2e-6).adjusted({{0, frameAt(88, 50)}})[0].rect, frameAt(88, 50));
+    EXPECT_EQ(Plain().see(thing, 0, 1, 4e-6).adjusted({{0, frameAt(88, 50)}})[0].rect, frameAt(88, 50)); // just one
     EXPECT_EQ(Plain().see(thing, 0, 1, 2e-5).adjusted({{0, frameAt(88, 50)}})[0].rect, frameAt(80, 50));
 }
 
@@ -124,6 +127,45 @@ TEST(AdjustmentTest, TwoSidesAlike_GoesToTheRightAndDown) {
     };
     EXPECT_EQ(between({164, 60, 172, 70}, {92, 60, 100, 70}), frameAt(108, 50));
     EXPECT_EQ(between({120, 90, 130, 95}, {120, 45, 130, 50}), frameAt(100, 55));
+}
+
+/// Where a frame goes for presses that want no room to its edges, and a thing to be read.
+RealRect goesTo(const RealRect& from, const std::vector<std::pair<double, double>>& places,
+                const RealRect& thing = {}) {
+    Plain plain;
+    plain.pressMargin = 0.0;
+    for (const auto& [x, y] : places) {
+        plain.presses.push_back({5, x, y, 1000.0});
+    }
+    if (!isEmpty(thing)) {
+        plain.see(thing, 0, 20, 1.0);
+    }
+    return plain.adjusted({{0, from}})[0].rect;
+}
+
+TEST(AdjustmentTest, PressAboveOrBelow_IsReachedByOneStep) {
+    // An eighth of its width is 8, and 5 in height.
+    EXPECT_EQ(goesTo(frameAt(100, 50), {{130, 48}}), frameAt(100, 45));
+    EXPECT_EQ(goesTo(frameAt(100, 50), {{130, 92}}), frameAt(100, 55));
+}
+
+TEST(AdjustmentTest, PressesBeyondBothSides_AreReachedByGrowing) {
+    // To either side as many would be lost as won. It grows by a step on each side.
+    EXPECT_EQ(goesTo(frameAt(100, 50), {{96, 70}, {102, 70}, {162, 70}, {168, 70}}), frameAt(92, 45, 80));
+}
+
+TEST(AdjustmentTest, FrameShrinksAroundItsMiddle_AndThenToTheRight) {
+    // By a quarter of its width to 96 columns, and from there, as it is tried next, by as much with its right side held.
+    EXPECT_EQ(goesTo(frameAt(100, 60, 128), {}, {160, 98, 168, 106}), frameAt(148, 80));
+}
+
+TEST(AdjustmentTest, FrameShrinksToTheSideWhereAPressIs) {
+    // Twice by a quarter of its first width, each time with that side held.
+    const RealRect from = frameAt(100, 60, 128);
+    EXPECT_EQ(goesTo(from, {{226.5, 100}}, {200, 102, 210, 112}), frameAt(164, 80));
+    EXPECT_EQ(goesTo(from, {{101.5, 100}}, {120, 102, 130, 112}), frameAt(100, 80));
+    EXPECT_EQ(goesTo(from, {{164, 138.5}}, {160, 122, 168, 136}), frameAt(132, 100));
+    EXPECT_EQ(goesTo(from, {{164, 61.5}}, {160, 64, 168, 78}), frameAt(132, 60));
 }
 
 TEST(AdjustmentTest, TwoFramesFarApart_CreepTowardsEachOther_TwelveTriesAtEachStep) {

@@ -108,6 +108,9 @@ TEST(FiguresTest, Room_Is24OutputPixelsToEveryEdgeThatIsNotTheScreens) {
     EXPECT_EQ(roomFor(300, 660, frame), 1.0);
     EXPECT_EQ(roomFor(300, 670, frame), 0.0);
     EXPECT_EQ(roomFor(1275, 795, {480, 300, 1280, 800}), 1.0);
+    // Pixel for pixel just 24 are enough.
+    EXPECT_EQ(roomFor(124, 300, {100, 100, 740, 500}), 1.0);
+    EXPECT_EQ(roomFor(123, 300, {100, 100, 740, 500}), 0.0);
     // An edge within a pixel of the screen's is the screen's.
     EXPECT_EQ(roomFor(5, 300, {1, 100, 801, 600}), 1.0);
     EXPECT_EQ(roomFor(5, 300, {2, 100, 802, 600}), 0.0);
@@ -156,6 +159,27 @@ TEST(FiguresTest, SmallWindows_NeedOnly95PercentOfThemselvesInAReadableFrame) {
     EXPECT_FALSE(isJudged(box(100, 100, 900, 300)));
     EXPECT_TRUE(isJudged(box(100, 100, 500, 550)));
     EXPECT_FALSE(isJudged(box(100, 100, 500, 565)));
+}
+
+TEST(FiguresTest, SmallWindows_JustReadable_JustHeld_ForAsShortAsOneLook) {
+    // 95 of its 100 columns lie in the frame, which 600 output pixels show at 0.75.
+    const auto read = [](double to) {
+        Scene scene = recording();
+        scene.window(2, box(705, 100, 100, 100)).window(to, box(0, 0, 1280, 800));
+        const JudgedSession session = judgedSession(scene);
+        return judgePath(session, JudgedPath({{0, kCorner}}, session.whole, 600, 375, 1.0), 600, 375).windowsRead;
+    };
+    EXPECT_EQ(read(6.0), 1.0);
+    EXPECT_EQ(read(2.5), 1.0); // one look, a quarter of a second after it has come
+}
+
+TEST(FiguresTest, SmallWindows_OfWhichAReadableFrameHoldsJust95Percent_AreJudged) {
+    // 570 by 285 output pixels show 760 by 380 at 0.75.
+    Scene scene = recording(2560, 1600);
+    scene.window(2, box(100, 100, 800, 400)).window(6, box(0, 0, 2560, 1600));
+    const JudgedSession session = judgedSession(scene);
+    const JudgedPath path({}, session.whole, 570, 285, 1.0);
+    EXPECT_TRUE(judgePath(session, path, 570, 285).windowsRead.has_value());
 }
 
 TEST(FiguresTest, MovesAndTravel_AreByTheMinute) {
