@@ -147,6 +147,9 @@ TEST(AdjustmentTest, PressAboveOrBelow_IsReachedByOneStep) {
     // An eighth of its width is 8, and 5 in height.
     EXPECT_EQ(goesTo(frameAt(100, 50), {{130, 48}}), frameAt(100, 45));
     EXPECT_EQ(goesTo(frameAt(100, 50), {{130, 92}}), frameAt(100, 55));
+    // What is further away than a step is not found.
+    EXPECT_EQ(goesTo(frameAt(100, 50), {{130, 43}}), frameAt(100, 50));
+    EXPECT_EQ(goesTo(frameAt(100, 50), {{130, 97}}), frameAt(100, 50));
 }
 
 TEST(AdjustmentTest, PressesBeyondBothSides_AreReachedByGrowing) {
