@@ -33,8 +33,6 @@ public:
     /// Width of the largest frame.
     double widest() const { return widest_; }
     double heightOf(double frameWidth) const;
-    /// Output pixels per recording pixel.
-    double zoom(const RealRect& frame) const { return outputWidth_ / width(frame); }
     /// The largest zoom at which a frame holds the rectangle, whatever its place.
     double fittingZoom(const RealRect& rect) const;
     /// Width of the tightest frame that holds a rectangle grown by `room`, 1 for none; the largest when none does.
