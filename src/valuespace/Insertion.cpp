@@ -193,6 +193,7 @@ void ValueSpace::makeCreation() {
             }
         }
         marks_.start();
+        work_.clear(); // the objects of a new space, so that its list is made in its size
         for (const auto& [kind, index] : record.parents) {
             const std::uint32_t parent = kind == PARENT_IN_CREATION ? creation_[index].space : index;
             steps.add(2 * kStepsPerVisit + graph[parent].children.size() / kReadPerStep +
@@ -204,9 +205,13 @@ void ValueSpace::makeCreation() {
             // A parent that is itself new may not have all its objects yet; they are taken as they stand now.
             for (const std::uint32_t inherited : graph[parent].objects) {
                 if (marks_.add(inherited)) {
-                    space.objects.push_back(inherited);
+                    work_.push_back(inherited);
                 }
             }
+        }
+        if (!work_.empty()) {
+            space.objects.reserve(std::max(kFirstNames, work_.size() + 1)); // with the object that is to enter
+            space.objects.assign(work_.begin(), work_.end());
         }
     }
     steps.settle();

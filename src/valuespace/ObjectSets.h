@@ -54,6 +54,7 @@ public:
 private:
     static constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
     static constexpr std::size_t kWordBits = 64;
+    static constexpr std::size_t kFewRows = 8;
 
     template <typename Graph> std::size_t rowOf(const Graph& graph, std::uint32_t slot) {
         return rows_[slot] != kNone ? rows_[slot] : makeRow(graph[slot].objects, slot);
@@ -62,7 +63,9 @@ private:
         const std::size_t row = rowCount_++;
         const std::size_t begin = row * rowWords_;
         if (words_.size() < begin + rowWords_) {
-            words_.resize(2 * (begin + rowWords_));
+            // By a quarter: on a dense screen the rows are long and many.
+            words_.reserve(begin + begin / 4 + kFewRows * rowWords_);
+            words_.resize(words_.capacity());
         }
         words_[begin] = 0;
         if (rowWords_ > 1) { // mostly one word holds all objects in force

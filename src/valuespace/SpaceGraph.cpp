@@ -140,10 +140,14 @@ bool ValueSpace::exclusiveAppend(std::vector<std::uint32_t>& list, unsigned valu
 }
 
 const SlotSet& ValueSpace::atAndBelow(std::uint32_t space) {
-    if (below_.size() < graph.size()) {
-        below_.resize(graph.size());
+    if (belowOf_.size() < graph.size()) {
+        belowOf_.resize(graph.size(), 0);
     }
-    Below& known = below_[space];
+    if (belowOf_[space] == 0) {
+        below_.emplace_back();
+        belowOf_[space] = static_cast<std::uint32_t>(below_.size());
+    }
+    Below& known = below_[belowOf_[space] - 1];
     if (known.linkChanges != linkChanges_) {
         StepCounter steps(*store);
         known.spaces.start(graph.size());

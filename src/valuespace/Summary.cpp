@@ -40,6 +40,8 @@ constexpr std::size_t kNamesPerStep = 4;
 // The lists are sifted when so many objects have left, and as many again as there are in the graph: sifting then takes a
 // small part of what the sums in between take.
 constexpr std::size_t kFewDepartures = 32;
+// So many objects are laid out for scores in any case.
+constexpr std::size_t kFewObjects = 4096;
 // So few names of a list are read as soon as sifted.
 constexpr std::size_t kFewNames = 8;
 // What it takes to look at one space that is offered, in steps.
@@ -172,15 +174,11 @@ VS_VALUE_MAP ValueSpace::summarize(double span, VS_LEFT_OBJECTS left) {
     std::vector<std::uint32_t>& list = tierList_;
     list.clear();
     found_.spaces.clear();
-    bool isLocated = false;
+    startScores();
     bool hasGrown = false; // a tier that adds nothing gives the pair of the one before it once more, and is left out
     const auto finishTier = [&] {
         if (!hasGrown) {
             return;
-        }
-        if (!isLocated) {
-            locateObjects();
-            isLocated = true;
         }
         addBestOf(list, found_);
         hasGrown = false;
@@ -294,14 +292,19 @@ bool ValueSpace::offerToTier(std::vector<std::uint32_t>& list, std::uint32_t spa
 
 void ValueSpace::summarizeTier(std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
     if (!list.empty()) {
-        locateObjects();
+        startScores();
         addBestOf(list, map);
     }
 }
 
+void ValueSpace::startScores() {
+    scored_.start();
+    isLocated_ = false;
+    hasScored_ = false;
+}
+
 void ValueSpace::locateObjects() {
     StepCounter steps(*store);
-    scored_.start();
     located_.clear();
     for (const auto& [object, location] : objectMap) {
         steps.add(1);
@@ -312,18 +315,24 @@ void ValueSpace::locateObjects() {
         }
     }
     steps.settle();
+    isLocated_ = true;
 }
 
 void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map) {
-    const std::uint64_t stepsPerScore = 1 + located_.size() / 2;
     scores_.resize(graph.size());
     double bestScore = 0.0;
     Rectangle best;
     for (const std::uint32_t space : list) {
         const Rectangle& rect = graph[space].rect;
         if (scored_.add(space)) {
-            countSteps(*store, stepsPerScore);
-            scores_[space] = scoreOf(rect);
+            // In a flood the first space is scored by walking the map: to lay out so many objects would take much memory, and
+            // they mostly stand at one place.
+            if (!isLocated_ && (hasScored_ || objectMap.size() <= kFewObjects)) {
+                locateObjects();
+            }
+            hasScored_ = true;
+            countSteps(*store, 1 + (isLocated_ ? located_.size() / 2 : objectMap.size()));
+            scores_[space] = isLocated_ ? scoreOf(rect) : scoreByWalking(rect);
         }
         const double score = scores_[space];
         if (score > bestScore) {
@@ -340,6 +349,17 @@ double ValueSpace::scoreOf(const Rectangle& rect) const {
     double score = 0.0;
     for (const auto& [location, value] : located_) {
         score += value * static_cast<double>(area(intersection(rect, location)));
+    }
+    return score;
+}
+
+double ValueSpace::scoreByWalking(const Rectangle& rect) const {
+    double score = 0.0;
+    for (const auto& [object, location] : objectMap) {
+        const double value = store->valueObjects[object].value;
+        if (value != 0.0) {
+            score += value * static_cast<double>(area(intersection(rect, graph[location].rect)));
+        }
     }
     return score;
 }

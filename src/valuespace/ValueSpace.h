@@ -184,13 +184,17 @@ private:
     bool isSwallowed(std::uint32_t space, double least, double below) const;
     /// `summarizeGraph`; false when a space of the list swallows the one that is offered.
     bool offerToTier(std::vector<std::uint32_t>& list, std::uint32_t space);
-    /// Forgets all scores. Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
+    /// Fills `located_` with all objects, ascending, each with the rectangle of the space at which it was inserted, not
     /// its own. Laid out once for a summary: walking the map anew for each list takes longer than the arithmetic.
     void locateObjects();
-    /// `summarizeTier` with the objects located and `scored_` started.
+    /// Forgets all scores and where objects are.
+    void startScores();
+    /// `summarizeTier` once scores have been started.
     void addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP& map);
     /// How well a rectangle sits on all located objects.
     double scoreOf(const Rectangle& rect) const;
+    /// The same without `located_`.
+    double scoreByWalking(const Rectangle& rect) const;
 
     // What follows speeds the operations up and is no part of the graph.
 
@@ -198,11 +202,12 @@ private:
         std::uint64_t linkChanges = 0; ///< The number of changes at which the set was made; 0 before the first.
         SlotSet spaces;
     };
-    std::vector<Below> below_;         ///< By slot: all that can be reached downward.
-    std::uint64_t linkChanges_ = 1;    ///< Counts changes of links and slots.
-    SlotSet settled_;                  ///< Known to pass `isSettled`.
-    SlotSet inUse_;                    ///< The slots that hold a space.
-    std::vector<std::uint32_t> freed_; ///< Slots that were freed since values were last written.
+    std::vector<Below> below_; ///< Of the slots at which objects were inserted: all that can be reached downward.
+    std::vector<std::uint32_t> belowOf_; ///< By slot: one more than its place in `below_`, 0 for none.
+    std::uint64_t linkChanges_ = 1;      ///< Counts changes of links and slots.
+    SlotSet settled_;                    ///< Known to pass `isSettled`.
+    SlotSet inUse_;                      ///< The slots that hold a space.
+    std::vector<std::uint32_t> freed_;   ///< Slots that were freed since values were last written.
     bool isHandMade_ = false;   ///< Something but insertions and deletions has made spaces or links, or an object has
                                 ///< come back that an old list may still name.
     std::uint32_t highest_ = 0; ///< The highest object ever inserted.
@@ -223,6 +228,8 @@ private:
     std::vector<std::uint32_t> work_;   ///< The queue or stack of a plain walk, or the children of the space in work.
     std::vector<VS_VALUE_ORDER> order_; ///< The spaces that a summary offers.
     std::vector<std::pair<Rectangle, double>> located_; ///< Where the objects of a summary are, and their values.
+    bool isLocated_ = false;                            ///< `located_` stands for the summary in work.
+    bool hasScored_ = false;                            ///< That summary has scored a space without it.
     std::vector<std::uint32_t> tierList_;               ///< The list of the tier that a summary is at.
     VS_VALUE_MAP found_;                                ///< A summary in work.
     ObjectMarks marks_;          ///< The objects that a new space lists already, or that leave together.

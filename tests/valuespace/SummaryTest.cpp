@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 
+#include "PlainSummary.h"
 #include "Scene.h"
 #include "SpaceChecks.h"
 #include "frame/Geometry.h"
@@ -644,6 +645,25 @@ TEST(SummaryPropertyTest, GeneratedValues_GiveWhatTheTiersSay) {
         ASSERT_EQ(space.summarize(span).spaces, expected.spaces);
     }
     EXPECT_GT(checked, 100);
+}
+
+// ---- Floods ----
+
+TEST(FloodTest, ThousandsOfObjects_AtOnePlaceOrAtSeveral_EqualThePlainSummaries) {
+    // So many are not laid out for the first space that is scored.
+    for (const std::int32_t places : {1, 3}) {
+        Pairs objects;
+        for (std::int32_t i = 0; i < 4200; ++i) {
+            objects.emplace_back(box(i % places * 60, 0, 100, 100 + i % places), i % 7 * 0.3);
+        }
+        Valued v(objects);
+        for (const double span : {1.0, 700.0, 1500.0}) {
+            EXPECT_TRUE(testing::sameMap(v.space.summarize(span), testing::plainSummary(v.space, span))) << span;
+            EXPECT_TRUE(testing::sameMap(v.space.quickSummarize(span), testing::plainQuickSummary(v.space, span)))
+                << span;
+        }
+        EXPECT_FALSE(v.space.summarize(1.0).spaces.empty());
+    }
 }
 
 } // namespace

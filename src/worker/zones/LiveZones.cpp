@@ -67,6 +67,8 @@ void OrvantaWorker::parseObjectData(const Params& params, OV_DATA_STORE& store, 
         store.currentZone = zone;
         parser.processLiveZone(zone, params, store, streams);
     }
+    // The working list has room for all that was ever on it: as much as all objects take.
+    parser.objects.shrink_to_fit();
     std::vector<OV_VALUE_OBJECT>& objects = store.valueObjects;
     countSteps(store, objects.size());
     stoppableSort(store, objects.size(), CompareValueObjects,
