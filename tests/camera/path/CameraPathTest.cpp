@@ -135,6 +135,25 @@ TEST(CameraPathTest, Easing_ThatOvershootsAgainAndAgain_KeepsFramesOfASize) {
     EXPECT_EQ(path.frameAt(300), (CameraFrame{500, 500, 10, 10, false}));
 }
 
+TEST(CameraPathTest, Easing_ThatOvershootsAgainAndAgain_BoundsTheShorterAndTheLongerSide) {
+    CameraSetup setup = square();
+    setup.targetHeight = setup.targetWidth / 2;
+    setup.easing = CameraEasing(0.5, 10, 0.5, 10);
+    const Rectangle small = rect(500, 500, 20, 10);
+    const Rectangle large = rect(0, 0, 1000, 500);
+    const CameraPath path({{0, small}, {50, large}, {100, small}, {150, large}, {200, small}}, setup);
+    double least = 1000.0;
+    double most = 0.0;
+    for (long long tick = 0; tick <= 300; ++tick) {
+        const CameraFrame frame = path.frameAt(tick);
+        least = std::min(least, std::min(frame.width, frame.height));
+        most = std::max(most, std::max(frame.width, frame.height));
+    }
+    // But for their rounding the bounds are reached.
+    EXPECT_NEAR(least * 0x1p20, 1.0, 1e-9);
+    EXPECT_NEAR(most * 0x1p-64, 1.0, 1e-9);
+}
+
 TEST(CameraPathTest, Frame_APixelOffTheShape_KeepsItsCentreAndGrowsItsShortSide) {
     const CameraPath path({}, square());
     EXPECT_EQ(path.frameOf(rect(100, 100, 201, 200)), (CameraFrame{100, 99.5, 201, 201, false}));
