@@ -165,6 +165,34 @@ TEST(WorkingListTest, AnyList_AnswersAsAScanDoes_ThroughAllChanges) {
     }
 }
 
+// A list long enough for an index of several levels, asked before the change and after it.
+TEST(WorkingListTest, StopThatMoves_IsFoundWhereverItStands) {
+    for (const std::size_t moved : {std::size_t{0}, std::size_t{17}, std::size_t{150}, std::size_t{199}}) {
+        OV_DATA_STORE store;
+        std::vector<OV_VALUE_OBJECT> objects(200, {ActiveWindow, 1.0, 4.0, box(0, 0, 9, 9), 0.0});
+        WorkingList list(objects, store);
+        ASSERT_EQ(list.windowInForceAt(5.0), kNone);
+        list.setStop(moved, 9.0);
+        EXPECT_EQ(list.windowInForceAt(5.0), moved);
+        ASSERT_EQ(list.within(WorkingList::Anything, 0, 0.0, 3.0), kNone);
+        list.setStop(moved, 2.0);
+        EXPECT_EQ(list.within(WorkingList::Anything, 0, 0.0, 3.0), moved);
+    }
+}
+
+TEST(WorkingListTest, AtSamePlace_FindsTheFirstAndTheLastOfALongList) {
+    OV_DATA_STORE store;
+    std::vector<OV_VALUE_OBJECT> objects(200, {ActiveWindow, 1.0, 2.0, box(0, 0, 9, 9), 0.0});
+    objects.front().rect = objects.back().rect = box(50, 60, 9, 9);
+    WorkingList list(objects, store);
+    std::vector<std::size_t> found;
+    list.atSamePlace(box(50, 60, 9, 9), 0.0, [&](std::size_t i) {
+        found.push_back(i);
+        return true;
+    });
+    EXPECT_EQ(found, (std::vector<std::size_t>{0, 199}));
+}
+
 TEST(WorkingListTest, ObjectsAppendedOfOtherKinds_ChangeNoAnswer) {
     OV_DATA_STORE store;
     std::vector<OV_VALUE_OBJECT> objects(200, {ActiveWindow, 1.0, 2.0, box(0, 0, 9, 9), 0.0});
