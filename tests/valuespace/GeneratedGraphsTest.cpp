@@ -397,50 +397,124 @@ TEST_F(DenseScreensTest, Summaries_EqualThePlainOnes_ForAnyValueAndSpan) {
 
 // ---- Objects that have left, in lists that go on naming them ----
 
-TEST_F(DenseScreensTest, WhereThoseThatLeftAreWorthNothing_TheirNamesNeedNotBeRead) {
+class DepartedObjectsTest : public DenseScreensTest {
+protected:
+    double anyValue() {
+        const double odd[] = {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), -0.0,
+                              1e300};
+        return upTo(40) == 0 ? odd[upTo(3)] : upTo(12) * 0.37;
+    }
+    // Sums that leave out what has left and is worth nothing, and sums of everything where it is worth something.
+    void check(Simulation& run) {
+        auto& objects = run.store.valueObjects;
+        for (std::uint32_t i = 0; i < objects.size(); ++i) {
+            objects[i].value = run.present.count(i) != 0 ? anyValue() : 0.0;
+        }
+        const double span = upTo(6) * 0.5;
+        const auto expected = testing::plainSummary(run.space, span);
+        ASSERT_TRUE(sameMap(run.space.summarize(span, VS_LEFT_OBJECTS::WORTH_NOTHING), expected)) << span;
+        ASSERT_TRUE(sameMap(run.space.summarize(span), expected)) << span;
+        ASSERT_TRUE(sameMap(run.space.quickSummarize(span, VS_LEFT_OBJECTS::WORTH_NOTHING),
+                            testing::plainQuickSummary(run.space, span)));
+        for (const VS_VALUE_ORDER& entry : testing::plainOrder(run.space)) {
+            const double written = run.space.graph[entry.space].value;
+            ASSERT_TRUE(written == entry.value || (std::isnan(written) && std::isnan(entry.value))) << entry.space;
+        }
+        for (OV_VALUE_OBJECT& object : objects) {
+            object.value = anyValue();
+        }
+        ASSERT_TRUE(sameMap(run.space.summarize(span), testing::plainSummary(run.space, span))) << span;
+        ASSERT_TRUE(sameMap(run.space.quickSummarize(span), testing::plainQuickSummary(run.space, span))) << span;
+    }
+};
+
+TEST_F(DepartedObjectsTest, WhereTheyAreWorthNothing_TheirNamesNeedNotBeRead) {
     SCOPED_TRACE("seed " + std::to_string(seed));
-    const double odd[] = {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), -0.0,
-                          1e300};
-    const auto value = [&] { return upTo(40) == 0 ? odd[upTo(3)] : upTo(12) * 0.37; };
     for (int round = 0; round < 4; ++round) {
         Simulation run;
-        const auto check = [&] {
-            auto& objects = run.store.valueObjects;
-            for (std::uint32_t i = 0; i < objects.size(); ++i) {
-                objects[i].value = run.present.count(i) != 0 ? value() : 0.0;
-            }
-            if (round == 3 && upTo(40) == 0) {
-                run.insert(
-                    static_cast<std::uint32_t>(upTo(static_cast<std::int32_t>(objects.size()) - 1))); // comes back
-            }
-            const double span = upTo(6) * 0.5;
-            const auto expected = testing::plainSummary(run.space, span);
-            ASSERT_TRUE(sameMap(run.space.summarize(span, VS_LEFT_OBJECTS::WORTH_NOTHING), expected)) << span;
-            ASSERT_TRUE(sameMap(run.space.summarize(span), expected)) << span;
-            ASSERT_TRUE(sameMap(run.space.quickSummarize(span, VS_LEFT_OBJECTS::WORTH_NOTHING),
-                                testing::plainQuickSummary(run.space, span)));
-            for (const VS_VALUE_ORDER& entry : testing::plainOrder(run.space)) {
-                const double written = run.space.graph[entry.space].value;
-                ASSERT_TRUE(written == entry.value || (std::isnan(written) && std::isnan(entry.value))) << entry.space;
-            }
-            // What has left is worth something: each name counts again where the caller does not say otherwise.
-            for (OV_VALUE_OBJECT& object : objects) {
-                object.value = value();
-            }
-            ASSERT_TRUE(sameMap(run.space.summarize(span), testing::plainSummary(run.space, span))) << span;
-            ASSERT_TRUE(sameMap(run.space.quickSummarize(span), testing::plainQuickSummary(run.space, span))) << span;
-        };
         // Areas that all overlap, each for a while: links are lost all the time, and what is cut off stays.
-        for (int k = 0; k < 160 && !HasFatalFailure(); ++k) {
+        for (int k = 0; k < 160; ++k) {
             run.insert(run.addObject(areasAroundTheMiddle(1).front()));
             if (run.present.size() > 12) {
                 run.remove(upTo(4) == 0 ? anyOf(run.present) : *run.present.begin());
             }
-            check();
+            if (round == 3 && upTo(40) == 0) {
+                run.insert(static_cast<std::uint32_t>(upTo(k))); // comes back
+            }
+            ASSERT_NO_FATAL_FAILURE(check(run));
         }
-        if (HasFatalFailure()) {
-            return;
+    }
+}
+
+// A crowd at one place, and then three areas, the last of which cuts the crowd's place off from the space that it has in
+// common with the second: that space goes on naming the crowd while one after the other leaves.
+class CrowdTest : public DepartedObjectsTest {
+protected:
+    const std::vector<Rectangle> places{{60, 140, 60, 80}, {20, 80, 60, 100}, {60, 140, 40, 80}, {60, 160, 40, 120}};
+    std::size_t longest = 0; // of the lists that name more of those who have left than of the others
+
+    void gather(Simulation& run, int crowd) {
+        for (int k = 0; k < crowd; ++k) {
+            run.insert(run.addObject(places[0]));
         }
+        for (std::size_t place = 1; place < places.size(); ++place) {
+            run.insert(run.addObject(places[place]));
+        }
+    }
+    void checkAll(Simulation& run) {
+        ASSERT_NO_FATAL_FAILURE(check(run));
+        ASSERT_TRUE(sameGraph(run.space, run.plain));
+        for (const OV_INTERSECTION& space : run.space.graph) {
+            const auto stands = [&](std::uint32_t name) { return run.present.count(name) != 0; };
+            const auto standing = std::count_if(space.objects.begin(), space.objects.end(), stands);
+            if (space.valid && 2 * static_cast<std::size_t>(standing) < space.objects.size()) {
+                longest = std::max(longest, space.objects.size());
+            }
+        }
+    }
+};
+
+TEST_F(CrowdTest, ThatLeavesASpaceCutOff_LeavesSumsAsTheyAre) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    Simulation run;
+    // From the second time on, the spaces stand in slots of others that were cut off before them.
+    for (int time = 0; time < 8; ++time) {
+        gather(run, 40 + upTo(40));
+        ASSERT_TRUE(run.linksLost);
+        for (int step = 0; step < 140; ++step) {
+            if (upTo(2) == 0) {
+                const bool isKnown = upTo(2) != 0;
+                run.insert(run.addObject(isKnown ? places[static_cast<std::size_t>(upTo(3))] : rectOnGrid(10, 18, 14)));
+            } else if (!run.present.empty()) {
+                const std::uint32_t object = upTo(7) == 0 ? anyOf(run.present) : *run.present.begin();
+                upTo(1) == 0 ? run.remove(object) : run.removeTogether({object});
+            }
+            ASSERT_NO_FATAL_FAILURE(checkAll(run));
+        }
+        while (!run.present.empty()) {
+            run.remove(anyOf(run.present));
+            ASSERT_NO_FATAL_FAILURE(checkAll(run));
+        }
+    }
+    EXPECT_GT(longest, 40U);
+}
+
+TEST_F(CrowdTest, ThatHadLeftBeforeAReset_IsForgotten) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    Simulation run;
+    gather(run, 60);
+    for (std::uint32_t object = 0; object < 55; ++object) {
+        run.remove(object);
+        ASSERT_NO_FATAL_FAILURE(checkAll(run));
+    }
+    ASSERT_GT(longest, 40U);
+    run.space.reset();
+    run.present.clear();
+    for (int k = 0; k < 6; ++k) {
+        const std::uint32_t object = run.addObject(rectOnGrid(10, 18, 14));
+        run.space.insertObject(object);
+        run.present.insert(object);
+        ASSERT_NO_FATAL_FAILURE(check(run));
     }
 }
 
