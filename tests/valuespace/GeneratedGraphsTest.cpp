@@ -486,8 +486,19 @@ TEST_F(CrowdTest, ThatLeavesASpaceCutOff_LeavesSumsAsTheyAre) {
                 const bool isKnown = upTo(2) != 0;
                 run.insert(run.addObject(isKnown ? places[static_cast<std::size_t>(upTo(3))] : rectOnGrid(10, 18, 14)));
             } else if (!run.present.empty()) {
-                const std::uint32_t object = upTo(7) == 0 ? anyOf(run.present) : *run.present.begin();
-                upTo(1) == 0 ? run.remove(object) : run.removeTogether({object});
+                const auto oldest = run.present.begin();
+                switch (upTo(7)) {
+                case 0:
+                    run.remove(anyOf(run.present));
+                    break;
+                case 1:
+                    run.removeTogether(
+                        {oldest, std::next(oldest, 1 + upTo(static_cast<std::int32_t>(
+                                                           std::min<std::size_t>(4, run.present.size() - 1))))});
+                    break;
+                default:
+                    run.remove(*oldest);
+                }
             }
             ASSERT_NO_FATAL_FAILURE(checkAll(run));
         }
