@@ -13,7 +13,7 @@ namespace OrvantaNS {
 /// lists stay what counts: nothing here outlives the operation, so there is nothing to keep in step with them.
 class ObjectSets {
 public:
-    /// Forgets all sets. `lists(slot)` gives the list of a slot; there are `slots` of them.
+    /// Forgets all sets. There are `slots` lists; more objects on them than `objectsExpected` are taken in, for more time.
     void start(std::size_t slots, std::size_t objectsExpected) {
         if (rowCount_ > 0 || rows_.size() != slots) { // most operations ask for no set
             rows_.assign(slots, kNone);

@@ -479,6 +479,7 @@ TEST_F(CrowdTest, ThatLeavesASpaceCutOff_LeavesSumsAsTheyAre) {
     Simulation run;
     // From the second time on, the spaces stand in slots of others that were cut off before them.
     for (int time = 0; time < 8; ++time) {
+        run.linksLost = false;
         gather(run, 40 + upTo(40));
         ASSERT_TRUE(run.linksLost);
         for (int step = 0; step < 140; ++step) {
