@@ -43,6 +43,20 @@ TEST(ObjectSetsTest, RemovedObject_IsMissingFromThenOn_InThatListAlone) {
     EXPECT_TRUE(sets.holdsAll(graph, 1, 0));
 }
 
+TEST(ObjectSetsTest, StartedAnew_KnowsNothingOfTheListsAsTheyWere) {
+    Graph graph{{{1, 2}}, {{1, 2}}, {{3}}};
+    ObjectSets sets;
+    sets.start(graph.size(), 2);
+    ASSERT_TRUE(sets.holdsAll(graph, 0, 0)); // makes one set
+    graph[0].objects = {2};
+    sets.start(graph.size(), 2);
+    EXPECT_FALSE(sets.holdsAll(graph, 0, 1));
+    graph[1].objects = {2, 3};
+    sets.start(graph.size(), 2);
+    EXPECT_TRUE(sets.holdsAll(graph, 1, 2));
+    EXPECT_TRUE(sets.holdsAll(graph, 1, 0));
+}
+
 // One list alone takes up more bits than were expected for all, so that the sets made before have to be made again.
 TEST(ObjectSetsTest, MoreObjectsThanExpected_WidenTheSetsMadeBefore) {
     Graph graph(3);

@@ -83,5 +83,18 @@ TEST(StandingNamesTest, AForgottenList_IsToldWhole_AndItsPlaceServesAnother) {
     EXPECT_THAT(told(standing, 1, {1, 2, 3, 5}), ElementsAre(1u, 2u, 3u, 5u));
 }
 
+TEST(StandingNamesTest, AfterAReset_ListsAreSiftedAsInAFreshOne) {
+    StandingNames standing;
+    standing.sift(0, 3, {1, 2, 3}, isNone);
+    standing.sift(1, 3, {1, 2, 3}, isEven);
+    standing.forget(1); // leaves a place that serves another
+    standing.reset();
+    standing.sift(2, 3, {5, 6, 7}, isEven);
+    standing.sift(0, 3, {8, 9, 11}, isEven);
+    EXPECT_THAT(told(standing, 0, {8, 9, 11}), ElementsAre(8u));
+    EXPECT_THAT(told(standing, 1, {1, 2, 3}), ElementsAre(1u, 2u, 3u));
+    EXPECT_THAT(told(standing, 2, {5, 6, 7}), ElementsAre(6u));
+}
+
 } // namespace
 } // namespace OrvantaNS
