@@ -1,0 +1,321 @@
+// What a graph of spaces counts of its work, piece by piece: a reporter is asked in time only where each loop that can get
+// long is counted by what it goes through. Each case makes one of them long and all others short.
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <numeric>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Scene.h"
+#include "frame/Steps.h"
+#include "valuespace/ValueSpace.h"
+
+namespace OrvantaNS::testing {
+namespace {
+
+constexpr std::int64_t kNever = std::int64_t{1} << 60;
+// A step is some nanoseconds: so many entries are read in its time at most, and so many steps is the reading of one at
+// most, with the memory that it may be far away in.
+constexpr std::uint64_t kReadPerStep = 16;
+constexpr std::uint64_t kStepsPerRead = 16;
+
+class CountedWorkTest : public ::testing::Test {
+protected:
+    OV_DATA_STORE store;
+    ValueSpace space{&store};
+
+    std::uint32_t addObject(const Rectangle& rect, double value = 1.0) {
+        store.valueObjects.push_back({Click, 0.0, 1.0, rect, value});
+        return static_cast<std::uint32_t>(store.valueObjects.size() - 1);
+    }
+    std::uint32_t insert(const Rectangle& rect, double value = 1.0) {
+        const std::uint32_t object = addObject(rect, value);
+        space.insertObject(object);
+        return object;
+    }
+    void insertMany(std::size_t count, const Rectangle& rect, double value = 1.0) {
+        for (std::size_t k = 0; k < count; ++k) {
+            insert(rect, value);
+        }
+    }
+    // Apart from one another, a hundred in a row, each 4 by 4.
+    static Rectangle cell(std::int32_t k) { return box(k % 100 * 5, k / 100 * 5, 4, 4); }
+
+    // The steps of `work` are those of going through so many entries, give or take the time that one takes.
+    void expectCounted(std::uint64_t entries, const std::function<void()>& work) {
+        store.stepsToQuestion = kNever;
+        work();
+        const auto steps = static_cast<std::uint64_t>(kNever - store.stepsToQuestion);
+        EXPECT_GE(steps * kReadPerStep, entries);
+        EXPECT_LE(steps, entries * kStepsPerRead);
+    }
+};
+
+// ---- Sums: no space reaches the tier that is asked for ----
+
+constexpr double kTooLong = 1e9; // an interval in which nothing is worth a tier
+
+TEST_F(CountedWorkTest, Sums_ByTheNamesThatAreAddedUp) {
+    insertMany(8000, box(0, 0, 100, 100));
+    expectCounted(8000, [&] { space.quickFocus(kTooLong); });
+    expectCounted(8000, [&] { space.summarize(kTooLong); });
+    space.createSpace(box(500, 0, 10, 10));
+    expectCounted(8000, [&] { space.quickFocus(kTooLong); });
+}
+
+TEST_F(CountedWorkTest, Sums_ByTheSlotsThatWereFreed) {
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    for (std::uint32_t object = 0; object < 2000; ++object) {
+        space.deleteObject(object);
+    }
+    expectCounted(2000, [&] { space.quickFocus(kTooLong); });
+    expectCounted(32, [&] { space.quickFocus(kTooLong); }); // all slots are known to be worth nothing
+}
+
+// A crowd, and three areas of which the last cuts its place off from what it has in common with the second.
+TEST_F(CountedWorkTest, SumsOfSiftedLists_ByTheNamesThatAreLeft_AndTheSiftingByAll) {
+    constexpr std::uint32_t kCrowd = 4000;
+    insertMany(kCrowd, {60, 140, 60, 80});
+    for (const Rectangle& area :
+         {Rectangle{20, 80, 60, 100}, Rectangle{60, 140, 40, 80}, Rectangle{60, 160, 40, 120}}) {
+        insert(area);
+    }
+    const auto namesOf = [&] {
+        return std::accumulate(
+            space.graph.begin(), space.graph.end(), std::uint64_t{0},
+            [](std::uint64_t sum, const OV_INTERSECTION& slot) { return sum + slot.objects.size(); });
+    };
+    std::vector<std::uint32_t> leaving(kCrowd - 50);
+    std::iota(leaving.begin(), leaving.end(), 0u);
+    space.deleteObjects(leaving);
+    for (const std::uint32_t object : leaving) {
+        store.valueObjects[object].value = 0.0;
+    }
+    const std::uint64_t names = namesOf();
+    const auto sum = [&] { space.quickFocus(kTooLong, VS_LEFT_OBJECTS::WORTH_NOTHING); };
+    expectCounted(names, sum); // sifts
+    const std::uint64_t left = names - leaving.size();
+    ASSERT_GE(left, 50u);
+    ASSERT_LT(left, 500u);
+    expectCounted(left, sum);
+}
+
+// ---- Offers ----
+
+TEST_F(CountedWorkTest, Offers_AreCountedByTheSpacesThatAreHotEnough) {
+    // All but one are swallowed by the one around them.
+    insert(box(0, 0, 600, 600), 50.0);
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k), 0.0);
+    }
+    for (const bool isQuick : {true, false}) {
+        store.stepsToQuestion = kNever;
+        isQuick ? static_cast<void>(space.quickFocus(1.0)) : static_cast<void>(space.summarize(1.0));
+        const auto steps = static_cast<std::uint64_t>(kNever - store.stepsToQuestion);
+        // To sum 4,001 names and to score one space takes less than this; a look at each space that is offered does not.
+        EXPECT_GE(steps, 3 * 2001u + 4001 / 4);
+    }
+}
+
+TEST_F(CountedWorkTest, Offers_ByTheParentsThatMaySwallow) {
+    constexpr std::int32_t kParents = 2000;
+    constexpr std::int32_t kChildren = 40;
+    // Cold ones above and hot ones below, none of which lies in another.
+    for (std::int32_t k = 0; k < kParents + kChildren; ++k) {
+        space.createSpace(cell(k));
+    }
+    addObject(box(0, 0, 1, 1), 9.0);
+    for (std::int32_t child = kParents; child < kParents + kChildren; ++child) {
+        auto& slot = space.graph[static_cast<std::size_t>(child)];
+        slot.objects = {0};
+        slot.parents.resize(kParents);
+        std::iota(slot.parents.begin(), slot.parents.end(), 0u);
+    }
+    expectCounted(kParents * kChildren, [&] { space.quickFocus(1.0); });
+}
+
+TEST_F(CountedWorkTest, AnOfferToATier_ByTheLengthOfItsList) {
+    for (std::int32_t k = 0; k <= 3000; ++k) {
+        space.createSpace(cell(k));
+    }
+    std::vector<std::uint32_t> list(3000);
+    std::iota(list.begin(), list.end(), 0u);
+    expectCounted(3000, [&] { space.summarizeGraph(list, 3000); });
+    EXPECT_EQ(list.size(), 3001u);
+}
+
+TEST_F(CountedWorkTest, Scores_ByTheObjectsThatEachSpaceIsHeldAgainst) {
+    constexpr std::uint32_t kSpaces = 60;
+    for (const std::uint32_t crowd : {2000u, 6000u}) { // laid out before the first score, or after it
+        space.reset();
+        store.valueObjects.clear();
+        insertMany(crowd, box(0, 600, 100, 100));
+        std::vector<std::uint32_t> list;
+        for (std::int32_t k = 0; k < static_cast<std::int32_t>(kSpaces); ++k) {
+            list.push_back(space.objectMap.at(insert(cell(k), 50.0)));
+        }
+        VS_VALUE_MAP map;
+        expectCounted(std::uint64_t{kSpaces} * crowd, [&] { space.summarizeTier(list, map); });
+        // Of one space alone, with the walk over the map or the laying out of it.
+        list.resize(1);
+        expectCounted(2 * std::uint64_t{crowd}, [&] { space.summarizeTier(list, map); });
+    }
+}
+
+// ---- Insertion ----
+
+TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItLooksAt) {
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    // Apart from all, so that each is looked at and none is met; it is looked for first, and then made.
+    expectCounted(3 * 2000, [&] { insert(box(0, 900, 10, 10)); });
+    // At a place that is there: found on the way.
+    expectCounted(2000, [&] { insert(box(0, 900, 10, 10)); });
+}
+
+TEST_F(CountedWorkTest, Insertion_ByTheChildrenOfTheSpacesOnItsWay) {
+    insert(box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    expectCounted(3 * 2000, [&] { insert(box(500, 500, 20, 20)); });
+    expectCounted(2000, [&] { insert(box(500, 500, 20, 20)); });
+}
+
+TEST_F(CountedWorkTest, Insertion_ByTheListsThatItEnters) {
+    insert(box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    expectCounted(2 * 2000, [&] { insert(box(0, 0, 600, 600)); }); // the list of each, and the memory that it lies in
+}
+
+TEST_F(CountedWorkTest, Insertion_ByTheNamesThatANewSpaceInherits) {
+    insertMany(8000, box(0, 0, 400, 400));
+    expectCounted(8000, [&] { insert(box(100, 100, 50, 50)); });
+}
+
+TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItMakes_WithTheirMemory) {
+    for (std::int32_t k = 0; k < 800; ++k) {
+        insert(box(k * 10, 0, 4, 100));
+    }
+    // What it has in common with each of them: compared with those made before, made, linked twice and named.
+    expectCounted(800 * 799 / 2, [&] { insert(box(0, 50, 9000, 20)); });
+}
+
+TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItTakesOver) {
+    for (std::int32_t k = 0; k < 800; ++k) {
+        insert(cell(k));
+    }
+    expectCounted(800 * 799 / 2, [&] { insert(box(0, 0, 600, 600)); });
+}
+
+// ---- Deletion ----
+
+TEST_F(CountedWorkTest, Deletion_ByTheObjectsThatAreAskedFor) {
+    std::vector<std::uint32_t> unknown(8000);
+    std::iota(unknown.begin(), unknown.end(), 0u);
+    expectCounted(8000, [&] { space.deleteObjects(unknown); });
+    insertMany(30, box(0, 0, 100, 100));
+    expectCounted(2 * 8000, [&] {
+        std::iota(unknown.begin(), unknown.end(), 30u);
+        space.deleteObjects(unknown);
+    });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheListsThatTellWhoStandsIn_AndThoseThatAreLeft) {
+    insertMany(16000, box(0, 0, 400, 400));
+    // The map and the list are read for those who stand in, and the list once more.
+    expectCounted(3 * 16000, [&] { space.deleteObject(7); });
+    insert(box(100, 100, 50, 50));
+    std::vector<std::uint32_t> leaving(8000);
+    std::iota(leaving.begin(), leaving.end(), 0u);
+    expectCounted(4 * 16000, [&] { space.deleteObjects(leaving); });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheSpacesBelow_AndWhatTheyAreJudgedBy) {
+    insert(box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    // Each child is judged, taken off its parent, and found at the top of all.
+    expectCounted(2 * 2000, [&] { space.deleteObject(0); });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheLinksThatAreHandedUp) {
+    insert(box(0, 0, 700, 700));
+    insert(box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 800; ++k) {
+        insert(cell(k));
+    }
+    // Each child is looked for among those that its new parent has already.
+    expectCounted(800 * 799 / 2, [&] { space.deleteObject(1); });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheObjectsElsewhere_AmongWhichItLooksForOneThatStandsIn) {
+    insertMany(16000, box(0, 0, 400, 400));
+    const std::uint32_t alone = insert(box(500, 0, 10, 10));
+    expectCounted(16000, [&] { space.deleteObject(alone); });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheListsElsewhere_ThatTellWhoStandsIn) {
+    insertMany(500, box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 200; ++k) {
+        insert(cell(k));
+    }
+    const std::uint32_t one = insert(box(700, 0, 10, 10));
+    insert(box(700, 0, 10, 10));
+    expectCounted(500 * 200, [&] { space.deleteObject(one); });
+}
+
+// By hand, so that nobody stands in.
+TEST_F(CountedWorkTest, Deletion_ByTheNamesOfTheSpaceThatIsJudged) {
+    insertMany(16000, box(0, 0, 400, 400));
+    space.createSpace(box(500, 0, 10, 10));
+    expectCounted(16000, [&] { space.deleteObject(7); });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByThePairsOfParents) {
+    constexpr std::uint32_t kParents = 300;
+    for (std::int32_t k = 0; k <= static_cast<std::int32_t>(kParents); ++k) {
+        const std::uint32_t object = addObject(cell(k));
+        space.graph[space.createSpace(cell(k))].objects = {object};
+    }
+    OV_INTERSECTION& judged = space.graph[kParents];
+    judged.objects.push_back(addObject(cell(0)));
+    for (std::uint32_t parent = 0; parent < kParents; ++parent) {
+        judged.parents.push_back(parent);
+        space.graph[parent].children = {kParents};
+    }
+    space.objectMap = {{kParents, kParents}};
+    expectCounted(kParents * kParents, [&] { space.deleteObject(kParents); });
+    EXPECT_EQ(judged.parents.size(), std::size_t{kParents});
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheListsThatAreCompared) {
+    constexpr std::uint32_t kParents = 20;
+    constexpr std::uint32_t kNames = 1000;
+    for (std::uint32_t slot = 0; slot <= kParents; ++slot) {
+        space.createSpace(cell(static_cast<std::int32_t>(slot)));
+        for (std::uint32_t k = 0; k < kNames; ++k) {
+            space.graph[slot].objects.push_back(addObject(cell(0))); // in no other list
+        }
+    }
+    OV_INTERSECTION& judged = space.graph[kParents];
+    for (std::uint32_t parent = 0; parent < kParents; ++parent) {
+        judged.parents.push_back(parent);
+        space.graph[parent].children = {kParents};
+    }
+    space.objectMap = {{judged.objects[0], kParents}};
+    expectCounted(kParents * kParents * 2 * kNames, [&] { space.deleteObject(judged.objects[0]); });
+    EXPECT_EQ(judged.parents.size(), std::size_t{kParents});
+}
+
+} // namespace
+} // namespace OrvantaNS::testing
