@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "frame/Geometry.h"
+#include "frame/NearSearch.h"
 #include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
@@ -52,11 +53,14 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
                                                                                 : areInOrder(locations);
     if (downTime <= upTime && isInOrder) {
         // The samples in force at both moments, without reading all that lies in between.
-        const auto isAfter = [](long long time, const OV_MOUSE_LOCATION& sample) { return time < sample.time; };
+        const auto firstAfter = [&](auto begin, long long time) {
+            return firstNear(begin, locations.end(),
+                             [&](const OV_MOUSE_LOCATION& sample) { return sample.time <= time; });
+        };
         const auto from =
             locations.begin() + static_cast<std::ptrdiff_t>(std::min(std::size_t{location}, locations.size()));
-        const auto afterPress = std::upper_bound(from, locations.end(), downTime, isAfter);
-        const auto afterRelease = std::upper_bound(afterPress, locations.end(), upTime, isAfter);
+        const auto afterPress = firstAfter(from, downTime);
+        const auto afterRelease = firstAfter(afterPress, upTime);
         if (afterPress != from) {
             press = *(afterPress - 1);
         }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Params.h"
+#include "frame/NearSearch.h"
 #include "parser/cursor/ActionIndex.h"
 
 namespace OrvantaNS {
@@ -22,8 +23,8 @@ inline OV_MOUSE_LOCATION sampleFrom(const std::vector<OV_MOUSE_LOCATION>& locati
                                     bool inOrder) {
     const auto begin = locations.begin() + static_cast<std::ptrdiff_t>(std::min(from, locations.size()));
     const auto isBefore = [&](const OV_MOUSE_LOCATION& sample) { return sample.time < time; };
-    const auto found = inOrder ? std::partition_point(begin, locations.end(), isBefore)
-                               : std::find_if_not(begin, locations.end(), isBefore);
+    const auto found =
+        inOrder ? firstNear(begin, locations.end(), isBefore) : std::find_if_not(begin, locations.end(), isBefore);
     return found == locations.end() ? OV_MOUSE_LOCATION{-1, -1, -1} : *found;
 }
 

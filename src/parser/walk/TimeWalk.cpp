@@ -30,8 +30,12 @@ bool isDoneBefore(long long zoneStop, long long head) { return head < 0 || head 
 template <typename Sample>
 void skipStream(const std::vector<Sample>& stream, std::uint32_t& cursor, long long time,
                 long long Sample::*sampleTime = &Sample::time) {
-    for (std::uint32_t i = cursor; i < stream.size() && stream[i].*sampleTime < time; ++i) {
-        cursor = i;
+    std::size_t first = cursor;
+    while (first < stream.size() && stream[first].*sampleTime < time) {
+        ++first;
+    }
+    if (first > cursor) {
+        cursor = static_cast<std::uint32_t>(first - 1);
     }
 }
 

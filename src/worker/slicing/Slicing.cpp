@@ -9,6 +9,7 @@
 
 #include "frame/DataStore.h"
 #include "frame/Geometry.h"
+#include "frame/NearSearch.h"
 #include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "valuespace/ValueSpace.h"
@@ -48,20 +49,13 @@ std::uint32_t firstActiveAfter(const OV_DATA_STORE& store, double time) {
         return store.firstActiveObject;
     }
     const auto isAfter = [](double t, const OV_VALUE_OBJECT& object) { return t < object.start; };
-    // It lies shortly behind the newest object in the space: looked for in strides that double from there.
     std::size_t from = store.firstActiveObject;
     if (store.nextObject > from && store.nextObject < objects.size() && !isAfter(time, objects[store.nextObject])) {
-        from = store.nextObject;
-    }
-    std::size_t stride = 1;
-    while (from + stride < objects.size() && !isAfter(time, objects[from + stride])) {
-        from += stride;
-        stride *= 2;
+        from = store.nextObject; // the newest object in the space
     }
     const auto begin = objects.begin();
-    const auto after =
-        std::upper_bound(begin + static_cast<std::ptrdiff_t>(from),
-                         begin + static_cast<std::ptrdiff_t>(std::min(from + stride, objects.size())), time, isAfter);
+    const auto after = firstNear(begin + static_cast<std::ptrdiff_t>(from), objects.end(),
+                                 [&](const OV_VALUE_OBJECT& object) { return !isAfter(time, object); });
     return static_cast<std::uint32_t>(after - begin);
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/DataStore.h"
+#include "frame/StableSort.h"
 #include "frame/Steps.h"
 #include "parser/DataParser.h"
 #include "parser/walk/StreamIndex.h"
@@ -71,8 +72,7 @@ void OrvantaWorker::parseObjectData(const Params& params, OV_DATA_STORE& store, 
     parser.objects.shrink_to_fit();
     std::vector<OV_VALUE_OBJECT>& objects = store.valueObjects;
     countSteps(store, objects.size());
-    stoppableSort(store, objects.size(), CompareValueObjects,
-                  [&](auto less) { std::stable_sort(objects.begin(), objects.end(), less); });
+    stoppableSort(store, objects.size(), CompareValueObjects, [&](auto less) { stableSort(objects, less); });
     filterWindows(store);
 }
 

@@ -1,3 +1,8 @@
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -143,6 +148,37 @@ TEST_F(HoversTest, AreasBehindTheSkipCursor_GiveNoHover) {
     MOUSE_STROKE stroke = strokeOver({{1.5, 225, 250}, {2.0, 235, 260}});
     parser.findMouseHoverDR(store, stroke);
     EXPECT_THAT(objects(), IsEmpty());
+}
+
+// The frames of an area whose sightings are in order are searched for from the point before on; the others are read.
+TEST_F(HoversTest, AreasInOrder_AreHoveredOverLikeThoseThatAreReadFrameByFrame) {
+    std::mt19937_64 random(64063);
+    const auto upTo = [&](std::int32_t most) {
+        return static_cast<std::int32_t>(random() % static_cast<std::uint64_t>(most + 1));
+    };
+    int hovers = 0;
+    for (int round = 0; round < 3000; ++round) {
+        std::vector<OV_TIME_RECT> frames;
+        long long time = 1000;
+        for (std::int32_t k = upTo(40); k >= 0; --k) {
+            time += upTo(60);
+            const std::int32_t left = upTo(400);
+            const std::int32_t top = upTo(400);
+            frames.push_back({time, {left, left + 1 + upTo(250), top, top + 1 + upTo(250)}});
+        }
+        const unsigned int area = changingArea(1.0, static_cast<double>(time) / 1000.0, {0, 500, 0, 500}, frames);
+        MOUSE_STROKE stroke;
+        time = 950 + upTo(400);
+        for (std::int32_t k = upTo(15); k >= 0; --k) {
+            stroke.points.push_back({time, upTo(500), upTo(500)});
+            time += upTo(9) == 0 ? -upTo(300) : upTo(80); // cursors of broken recordings go back in time
+        }
+        const std::string read = testing::text(parser.findHoverPrimitive(area, stroke));
+        parser.drObjects[area].isInOrder = true;
+        EXPECT_EQ(testing::text(parser.findHoverPrimitive(area, stroke)), read) << "round " << round;
+        hovers += read == kNothing ? 0 : 1;
+    }
+    EXPECT_GT(hovers, 300);
 }
 
 } // namespace
