@@ -164,6 +164,7 @@ TEST(SteadyMemoryTest, TheParentsOfARecord_HaveRoomForThree) {
             space.addCreationParent(creation, 0, {PARENT_IN_CREATION, static_cast<unsigned>(k)});
         });
         EXPECT_EQ(asked, k == 1 ? 1u : 0u);
+        EXPECT_EQ(creation[0].parents.capacity(), 3u);
     }
     EXPECT_EQ(creation[0].parents.size(), 3u);
 }

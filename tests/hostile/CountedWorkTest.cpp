@@ -62,8 +62,10 @@ TEST_F(CountedWorkTest, Sums_ByTheNamesThatAreAddedUp) {
     insertMany(8000, box(0, 0, 100, 100));
     expectCounted(8000, [&] { space.quickFocus(kTooLong); });
     expectCounted(8000, [&] { space.summarize(kTooLong); });
-    space.createSpace(box(500, 0, 10, 10));
-    expectCounted(8000, [&] { space.quickFocus(kTooLong); });
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        space.createSpace(box(500, 0, 10, 10)); // by hand, so that each slot is looked at
+    }
+    expectCounted(8000 + 2000, [&] { space.quickFocus(kTooLong); });
 }
 
 TEST_F(CountedWorkTest, Sums_ByTheSlotsThatWereFreed) {
@@ -165,6 +167,13 @@ TEST_F(CountedWorkTest, Scores_ByTheObjectsThatEachSpaceIsHeldAgainst) {
         list.resize(1);
         expectCounted(2 * std::uint64_t{crowd}, [&] { space.summarizeTier(list, map); });
     }
+}
+
+TEST_F(CountedWorkTest, Scores_ByTheObjectsThatAreWorthNothingToo) {
+    insertMany(4000, box(0, 0, 100, 100), 0.0);
+    std::vector<std::uint32_t> list{0};
+    VS_VALUE_MAP map;
+    expectCounted(4000, [&] { space.summarizeTier(list, map); });
 }
 
 // ---- Insertion ----
@@ -279,6 +288,14 @@ TEST_F(CountedWorkTest, Deletion_ByTheNamesOfTheSpaceThatIsJudged) {
     insertMany(16000, box(0, 0, 400, 400));
     space.createSpace(box(500, 0, 10, 10));
     expectCounted(16000, [&] { space.deleteObject(7); });
+}
+
+TEST_F(CountedWorkTest, Deletion_ByTheSlotsOfTheGraph) {
+    insert(box(0, 0, 400, 400));
+    for (std::int32_t k = 0; k < 20000; ++k) {
+        space.createSpace(box(500, 0, 10, 10));
+    }
+    expectCounted(20000, [&] { space.deleteObject(0); });
 }
 
 TEST_F(CountedWorkTest, Deletion_ByThePairsOfParents) {
