@@ -202,7 +202,9 @@ TEST_F(CountedWorkTest, Insertion_ByTheListsThatItEnters) {
     for (std::int32_t k = 0; k < 2000; ++k) {
         insert(cell(k));
     }
-    expectCounted(2 * 2000, [&] { insert(box(0, 0, 600, 600)); }); // the list of each, and the memory that it lies in
+    // The list of each, and the memory that it lies in; the second time the lists have room, and are known.
+    expectCounted(2 * 2000, [&] { insert(box(0, 0, 600, 600)); });
+    expectCounted(2000, [&] { insert(box(0, 0, 600, 600)); });
 }
 
 TEST_F(CountedWorkTest, Insertion_ByTheNamesThatANewSpaceInherits) {
@@ -211,11 +213,11 @@ TEST_F(CountedWorkTest, Insertion_ByTheNamesThatANewSpaceInherits) {
 }
 
 TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItMakes_WithTheirMemory) {
-    for (std::int32_t k = 0; k < 800; ++k) {
+    for (std::int32_t k = 0; k < 3000; ++k) {
         insert(box(k * 10, 0, 4, 100));
     }
     // What it has in common with each of them: compared with those made before, made, linked twice and named.
-    expectCounted(800 * 799 / 2, [&] { insert(box(0, 50, 9000, 20)); });
+    expectCounted(3000 * 2999 / 2, [&] { insert(box(0, 50, 30000, 20)); });
 }
 
 TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItTakesOver) {
@@ -223,6 +225,37 @@ TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItTakesOver) {
         insert(cell(k));
     }
     expectCounted(800 * 799 / 2, [&] { insert(box(0, 0, 600, 600)); });
+}
+
+TEST_F(CountedWorkTest, ManyInsertions_ByTheListsThatEachEnters) {
+    insert(box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 100; ++k) {
+        insert(cell(k));
+    }
+    expectCounted(500 * 101, [&] { insertMany(500, box(0, 0, 600, 600)); });
+    // One that finds no room in the lists of the cells.
+    while (space.graph[1].objects.size() < space.graph[1].objects.capacity()) {
+        insert(box(0, 0, 600, 600));
+    }
+    const std::size_t names = space.graph[1].objects.size();
+    expectCounted(100 * names, [&] { insert(box(0, 0, 600, 600)); });
+}
+
+TEST_F(CountedWorkTest, Insertion_ByTheChildrenOfWhatItOverlaps) {
+    insert(box(0, 0, 600, 600));
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    // Half outside, and apart from all children: each of them is looked at, and the new link compared with each.
+    expectCounted(3 * 2000, [&] { insert(box(550, 550, 100, 100)); });
+}
+
+TEST_F(CountedWorkTest, ManyInsertions_ByTheSpacesThatEachLooksAt_InAGraphMadeByHand) {
+    for (std::int32_t k = 0; k < 500; ++k) {
+        insert(cell(k));
+    }
+    space.createSpace(box(900, 900, 5, 5));
+    expectCounted(20 * 500, [&] { insertMany(20, cell(499)); });
 }
 
 // ---- Deletion ----
@@ -275,12 +308,40 @@ TEST_F(CountedWorkTest, Deletion_ByTheObjectsElsewhere_AmongWhichItLooksForOneTh
 
 TEST_F(CountedWorkTest, Deletion_ByTheListsElsewhere_ThatTellWhoStandsIn) {
     insertMany(500, box(0, 0, 600, 600));
-    for (std::int32_t k = 0; k < 200; ++k) {
+    for (std::int32_t k = 0; k < 120; ++k) {
         insert(cell(k));
     }
     const std::uint32_t one = insert(box(700, 0, 10, 10));
     insert(box(700, 0, 10, 10));
-    expectCounted(500 * 200, [&] { space.deleteObject(one); });
+    expectCounted(500 * 120, [&] { space.deleteObject(one); });
+}
+
+TEST_F(CountedWorkTest, Deletion_OfOneThatIsStoodInFor_ByTheGraph) {
+    for (std::int32_t k = 0; k < 2000; ++k) {
+        insert(cell(k));
+    }
+    const std::uint32_t one = insert(box(0, 900, 10, 10));
+    insert(box(0, 900, 10, 10));
+    expectCounted(2 * 2000, [&] { space.deleteObject(one); });
+}
+
+// Where links were lost, each place from which one leaves is gone through with all that is below it.
+TEST_F(CountedWorkTest, Deletion_ByTheListsBelowEachPlace) {
+    for (const Rectangle& area : {Rectangle{60, 140, 60, 80}, Rectangle{20, 80, 60, 100}, Rectangle{60, 140, 40, 80},
+                                  Rectangle{60, 160, 40, 120}}) {
+        insert({area.left + 9000, area.right + 9000, area.top, area.bottom});
+    }
+    constexpr std::int32_t kPlaces = 30;
+    std::vector<std::uint32_t> leaving;
+    for (std::int32_t k = 0; k < kPlaces; ++k) { // one in the other
+        const Rectangle place = box(-40 * (kPlaces - k), -40 * (kPlaces - k), 600 + 80 * (kPlaces - k), 3000);
+        leaving.push_back(insert(place));
+        insert(place);
+    }
+    for (std::int32_t k = 0; k < 300; ++k) {
+        insert(cell(k));
+    }
+    expectCounted(std::uint64_t{kPlaces} * 300 * 2 * kPlaces, [&] { space.deleteObjects(leaving); });
 }
 
 // By hand, so that nobody stands in.
