@@ -138,7 +138,7 @@ TEST_F(CountedWorkTest, Offers_ByTheParentsThatMaySwallow) {
         slot.parents.resize(kParents);
         std::iota(slot.parents.begin(), slot.parents.end(), 0u);
     }
-    expectCounted(kParents * kChildren, [&] { space.quickFocus(1.0); });
+    expectCounted(std::uint64_t{kParents} * kChildren, [&] { space.quickFocus(1.0); });
 }
 
 TEST_F(CountedWorkTest, AnOfferToATier_ByTheLengthOfItsList) {
@@ -158,6 +158,7 @@ TEST_F(CountedWorkTest, Scores_ByTheObjectsThatEachSpaceIsHeldAgainst) {
         store.valueObjects.clear();
         insertMany(crowd, box(0, 600, 100, 100));
         std::vector<std::uint32_t> list;
+        list.reserve(kSpaces);
         for (std::int32_t k = 0; k < static_cast<std::int32_t>(kSpaces); ++k) {
             list.push_back(space.objectMap.at(insert(cell(k), 50.0)));
         }
@@ -165,7 +166,7 @@ TEST_F(CountedWorkTest, Scores_ByTheObjectsThatEachSpaceIsHeldAgainst) {
         expectCounted(std::uint64_t{kSpaces} * crowd, [&] { space.summarizeTier(list, map); });
         // Of one space alone, with the walk over the map or the laying out of it.
         list.resize(1);
-        expectCounted(2 * std::uint64_t{crowd}, [&] { space.summarizeTier(list, map); });
+        expectCounted(2ULL * std::uint64_t{crowd}, [&] { space.summarizeTier(list, map); });
     }
 }
 
@@ -183,7 +184,7 @@ TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItLooksAt) {
         insert(cell(k));
     }
     // Apart from all, so that each is looked at and none is met; it is looked for first, and then made.
-    expectCounted(3 * 2000, [&] { insert(box(0, 900, 10, 10)); });
+    expectCounted(3ULL * 2000, [&] { insert(box(0, 900, 10, 10)); });
     // At a place that is there: found on the way.
     expectCounted(2000, [&] { insert(box(0, 900, 10, 10)); });
 }
@@ -193,7 +194,7 @@ TEST_F(CountedWorkTest, Insertion_ByTheChildrenOfTheSpacesOnItsWay) {
     for (std::int32_t k = 0; k < 2000; ++k) {
         insert(cell(k));
     }
-    expectCounted(3 * 2000, [&] { insert(box(500, 500, 20, 20)); });
+    expectCounted(3ULL * 2000, [&] { insert(box(500, 500, 20, 20)); });
     expectCounted(2000, [&] { insert(box(500, 500, 20, 20)); });
 }
 
@@ -203,7 +204,7 @@ TEST_F(CountedWorkTest, Insertion_ByTheListsThatItEnters) {
         insert(cell(k));
     }
     // The list of each, and the memory that it lies in; the second time the lists have room, and are known.
-    expectCounted(2 * 2000, [&] { insert(box(0, 0, 600, 600)); });
+    expectCounted(2ULL * 2000, [&] { insert(box(0, 0, 600, 600)); });
     expectCounted(2000, [&] { insert(box(0, 0, 600, 600)); });
 }
 
@@ -217,14 +218,14 @@ TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItMakes_WithTheirMemory) {
         insert(box(k * 10, 0, 4, 100));
     }
     // What it has in common with each of them: compared with those made before, made, linked twice and named.
-    expectCounted(3000 * 2999 / 2, [&] { insert(box(0, 50, 30000, 20)); });
+    expectCounted(3000ULL * 2999 / 2, [&] { insert(box(0, 50, 30000, 20)); });
 }
 
 TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItTakesOver) {
     for (std::int32_t k = 0; k < 800; ++k) {
         insert(cell(k));
     }
-    expectCounted(800 * 799 / 2, [&] { insert(box(0, 0, 600, 600)); });
+    expectCounted(800ULL * 799 / 2, [&] { insert(box(0, 0, 600, 600)); });
 }
 
 TEST_F(CountedWorkTest, ManyInsertions_ByTheListsThatEachEnters) {
@@ -232,13 +233,13 @@ TEST_F(CountedWorkTest, ManyInsertions_ByTheListsThatEachEnters) {
     for (std::int32_t k = 0; k < 100; ++k) {
         insert(cell(k));
     }
-    expectCounted(500 * 101, [&] { insertMany(500, box(0, 0, 600, 600)); });
+    expectCounted(500ULL * 101, [&] { insertMany(500, box(0, 0, 600, 600)); });
     // One that finds no room in the lists of the cells.
     while (space.graph[1].objects.size() < space.graph[1].objects.capacity()) {
         insert(box(0, 0, 600, 600));
     }
     const std::size_t names = space.graph[1].objects.size();
-    expectCounted(100 * names, [&] { insert(box(0, 0, 600, 600)); });
+    expectCounted(100ULL * names, [&] { insert(box(0, 0, 600, 600)); });
 }
 
 TEST_F(CountedWorkTest, Insertion_ByTheChildrenOfWhatItOverlaps) {
@@ -247,7 +248,7 @@ TEST_F(CountedWorkTest, Insertion_ByTheChildrenOfWhatItOverlaps) {
         insert(cell(k));
     }
     // Half outside, and apart from all children: each of them is looked at, and the new link compared with each.
-    expectCounted(3 * 2000, [&] { insert(box(550, 550, 100, 100)); });
+    expectCounted(3ULL * 2000, [&] { insert(box(550, 550, 100, 100)); });
 }
 
 TEST_F(CountedWorkTest, ManyInsertions_ByTheSpacesThatEachLooksAt_InAGraphMadeByHand) {
@@ -255,7 +256,7 @@ TEST_F(CountedWorkTest, ManyInsertions_ByTheSpacesThatEachLooksAt_InAGraphMadeBy
         insert(cell(k));
     }
     space.createSpace(box(900, 900, 5, 5));
-    expectCounted(20 * 500, [&] { insertMany(20, cell(499)); });
+    expectCounted(20ULL * 500, [&] { insertMany(20, cell(499)); });
 }
 
 // ---- Deletion ----
@@ -265,7 +266,7 @@ TEST_F(CountedWorkTest, Deletion_ByTheObjectsThatAreAskedFor) {
     std::iota(unknown.begin(), unknown.end(), 0u);
     expectCounted(8000, [&] { space.deleteObjects(unknown); });
     insertMany(30, box(0, 0, 100, 100));
-    expectCounted(2 * 8000, [&] {
+    expectCounted(2ULL * 8000, [&] {
         std::iota(unknown.begin(), unknown.end(), 30u);
         space.deleteObjects(unknown);
     });
@@ -274,11 +275,11 @@ TEST_F(CountedWorkTest, Deletion_ByTheObjectsThatAreAskedFor) {
 TEST_F(CountedWorkTest, Deletion_ByTheListsThatTellWhoStandsIn_AndThoseThatAreLeft) {
     insertMany(16000, box(0, 0, 400, 400));
     // The map and the list are read for those who stand in, and the list once more.
-    expectCounted(3 * 16000, [&] { space.deleteObject(7); });
+    expectCounted(3ULL * 16000, [&] { space.deleteObject(7); });
     insert(box(100, 100, 50, 50));
     std::vector<std::uint32_t> leaving(8000);
     std::iota(leaving.begin(), leaving.end(), 0u);
-    expectCounted(4 * 16000, [&] { space.deleteObjects(leaving); });
+    expectCounted(4ULL * 16000, [&] { space.deleteObjects(leaving); });
 }
 
 TEST_F(CountedWorkTest, Deletion_ByTheSpacesBelow_AndWhatTheyAreJudgedBy) {
@@ -287,7 +288,7 @@ TEST_F(CountedWorkTest, Deletion_ByTheSpacesBelow_AndWhatTheyAreJudgedBy) {
         insert(cell(k));
     }
     // Each child is judged, taken off its parent, and found at the top of all.
-    expectCounted(2 * 2000, [&] { space.deleteObject(0); });
+    expectCounted(2ULL * 2000, [&] { space.deleteObject(0); });
 }
 
 TEST_F(CountedWorkTest, Deletion_ByTheLinksThatAreHandedUp) {
@@ -297,7 +298,7 @@ TEST_F(CountedWorkTest, Deletion_ByTheLinksThatAreHandedUp) {
         insert(cell(k));
     }
     // Each child is looked for among those that its new parent has already.
-    expectCounted(800 * 799 / 2, [&] { space.deleteObject(1); });
+    expectCounted(800ULL * 799 / 2, [&] { space.deleteObject(1); });
 }
 
 TEST_F(CountedWorkTest, Deletion_ByTheObjectsElsewhere_AmongWhichItLooksForOneThatStandsIn) {
@@ -313,7 +314,7 @@ TEST_F(CountedWorkTest, Deletion_ByTheListsElsewhere_ThatTellWhoStandsIn) {
     }
     const std::uint32_t one = insert(box(700, 0, 10, 10));
     insert(box(700, 0, 10, 10));
-    expectCounted(500 * 120, [&] { space.deleteObject(one); });
+    expectCounted(500ULL * 120, [&] { space.deleteObject(one); });
 }
 
 TEST_F(CountedWorkTest, Deletion_OfOneThatIsStoodInFor_ByTheGraph) {
@@ -322,7 +323,7 @@ TEST_F(CountedWorkTest, Deletion_OfOneThatIsStoodInFor_ByTheGraph) {
     }
     const std::uint32_t one = insert(box(0, 900, 10, 10));
     insert(box(0, 900, 10, 10));
-    expectCounted(2 * 2000, [&] { space.deleteObject(one); });
+    expectCounted(2ULL * 2000, [&] { space.deleteObject(one); });
 }
 
 // Where links were lost, each place from which one leaves is gone through with all that is below it.
@@ -372,7 +373,7 @@ TEST_F(CountedWorkTest, Deletion_ByThePairsOfParents) {
         space.graph[parent].children = {kParents};
     }
     space.objectMap = {{kParents, kParents}};
-    expectCounted(kParents * kParents, [&] { space.deleteObject(kParents); });
+    expectCounted(std::uint64_t{kParents} * kParents, [&] { space.deleteObject(kParents); });
     EXPECT_EQ(judged.parents.size(), std::size_t{kParents});
 }
 
@@ -391,7 +392,7 @@ TEST_F(CountedWorkTest, Deletion_ByTheListsThatAreCompared) {
         space.graph[parent].children = {kParents};
     }
     space.objectMap = {{judged.objects[0], kParents}};
-    expectCounted(kParents * kParents * 2 * kNames, [&] { space.deleteObject(judged.objects[0]); });
+    expectCounted(std::uint64_t{kParents} * kParents * 2 * kNames, [&] { space.deleteObject(judged.objects[0]); });
     EXPECT_EQ(judged.parents.size(), std::size_t{kParents});
 }
 

@@ -1,5 +1,6 @@
 // Crowds at a few places, of which some leave together and come back, while areas over all of them come and go: most that
 // leave are stood in for by others, and must be missed by nobody. The plain graph does the same one by one.
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
 #include <vector>
@@ -33,6 +34,7 @@ protected:
         OV_DATA_STORE store;
         const auto add = [&](const Rectangle& rect) { store.valueObjects.push_back({Click, 0.0, 1.0, rect, 1.0}); };
         std::vector<Rectangle> rects;
+        rects.reserve(static_cast<std::size_t>(places));
         for (int k = 0; k < places; ++k) {
             rects.push_back(anyRect(random, columns, 6));
         }
