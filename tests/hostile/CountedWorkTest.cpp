@@ -221,6 +221,18 @@ TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItMakes_WithTheirMemory) {
     expectCounted(3000ULL * 2999 / 2, [&] { insert(box(0, 50, 30000, 20)); });
 }
 
+TEST_F(CountedWorkTest, Insertion_ByThePairsOfSpacesThatItMakes) {
+    // One in the other, so that each has one parent and one child; by hand, so that no list is long.
+    for (std::int32_t k = 0; k < 3000; ++k) {
+        space.createSpace(box(0, 0, 60000 - 17 * k, 60000 - 17 * k));
+        if (k > 0) {
+            space.createLink(static_cast<unsigned>(k) - 1, static_cast<unsigned>(k));
+        }
+    }
+    space.topSpaces = {0};
+    expectCounted(3000ULL * 2999 / 2, [&] { insert(box(0, 0, 1, 70000)); });
+}
+
 TEST_F(CountedWorkTest, Insertion_ByTheSpacesThatItTakesOver) {
     for (std::int32_t k = 0; k < 800; ++k) {
         insert(cell(k));
