@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 #include "Random.h"
+#include "frame/ExponentialTable.h"
 
 namespace OrvantaNS {
 namespace {
@@ -61,6 +63,24 @@ TEST(ExponentialTest, BeyondTheNormalDoubles_IsNothingOrInfinite) {
     EXPECT_EQ(exponential(std::nextafter(709.0, kInfinity)), kInfinity);
     EXPECT_EQ(exponential(kInfinity), kInfinity);
     EXPECT_TRUE(std::isnan(exponential(std::numeric_limits<double>::quiet_NaN())));
+}
+
+// The square of each power stands in the table, too, or twice one that does. Both doubles of an entry count here: what is
+// left over is of the second order of their error, far less than a half of any entry's second one.
+TEST(ExponentialTest, EachPowerInTheTable_IsTheRootOfAnother) {
+    constexpr double kSecondOrder = 0x1p-102;
+    ASSERT_EQ(kPowersOfTwo.size(), 128u);
+    EXPECT_EQ(kPowersOfTwo[0].value, 1.0);
+    EXPECT_EQ(kPowersOfTwo[0].tail, 0.0);
+    for (std::size_t i = 0; i < kPowersOfTwo.size(); ++i) {
+        const PowerOfTwo& root = kPowersOfTwo[i];
+        const PowerOfTwo& power = kPowersOfTwo[2 * i % kPowersOfTwo.size()];
+        const double expected = 2 * i < kPowersOfTwo.size() ? power.value : 2.0 * power.value;
+        const double square = root.value * root.value;
+        const double rounding = std::fma(root.value, root.value, -square);
+        const double off = (square - expected + rounding) / expected + 2.0 * root.tail - power.tail;
+        EXPECT_LT(std::fabs(off), kSecondOrder) << "2^(" << i << "/128)";
+    }
 }
 
 // Whatever the C library's own may be, it is less than one unit in the last place off.

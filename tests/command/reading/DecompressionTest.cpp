@@ -1,6 +1,10 @@
 #include "reading/Decompression.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -127,6 +131,63 @@ TEST(DecompressionTest, BrokenData_IsRefused) {
                         "nothing of the kind",
                         1000),
                  InputError);
+}
+
+/// One frame of as many blocks as there are lines, each of which can be unpacked before the next one is there.
+std::string zstdInBlocks(const std::vector<std::string>& lines) {
+    ZSTD_CCtx* context = ZSTD_createCCtx();
+    std::string packed(1000, '\0');
+    ZSTD_outBuffer out{packed.data(), packed.size(), 0};
+    for (const std::string& line : lines) {
+        ZSTD_inBuffer in{line.data(), line.size(), 0};
+        EXPECT_EQ(ZSTD_compressStream2(context, &out, &in, ZSTD_e_flush), 0U);
+    }
+    ZSTD_inBuffer none{nullptr, 0, 0};
+    EXPECT_EQ(ZSTD_compressStream2(context, &out, &none, ZSTD_e_end), 0U);
+    ZSTD_freeCCtx(context);
+    packed.resize(out.pos);
+    return packed;
+}
+
+/// What is given out, and the message behind it where the data is broken.
+std::string outcome(const std::string& packed, std::size_t piece) {
+    std::string_view rest = packed;
+    const ByteSource source = unpacked(
+        [&rest, piece](char* to, std::size_t size) {
+            const std::size_t count = rest.copy(to, std::min(size, piece));
+            rest.remove_prefix(count);
+            return count;
+        },
+        "f", std::make_shared<SourceNotes>());
+    std::string result;
+    std::vector<char> buffer(1000);
+    try {
+        while (const std::size_t count = source(buffer.data(), buffer.size())) {
+            result.append(buffer.data(), count);
+        }
+    } catch (const InputError& error) {
+        result += error.what();
+    }
+    return result;
+}
+
+TEST(DecompressionTest, BrokenData_GivesTheSame_HoweverItArrives) {
+    const std::vector<std::string> lines{"the first line\n", "a second one, which is longer\n", "and a third\n"};
+    std::size_t broken = 0;
+    for (const std::string& packed : {zstdInBlocks(lines), gzip(lines[0]) + gzip(lines[1]) + gzip(lines[2])}) {
+        for (std::size_t i = 0; i < packed.size(); ++i) {
+            for (const unsigned change : {0x01U, 0x10U, 0xffU}) {
+                std::string changed = packed;
+                changed[i] = static_cast<char>(static_cast<unsigned char>(changed[i]) ^ change);
+                const std::string whole = outcome(changed, changed.size());
+                for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, std::size_t{30}}) {
+                    EXPECT_EQ(outcome(changed, piece), whole) << "byte " << i << ", change " << change;
+                }
+                broken += whole.find("broken") == std::string::npos ? 0 : 1;
+            }
+        }
+    }
+    EXPECT_GT(broken, 100U);
 }
 
 TEST(DecompressionTest, Recordings_ArePackedInEitherWay_AndRefusedStrictly) {

@@ -27,16 +27,21 @@ public:
     /// The bytes in hand; brings more when there are fewer than `least`, as far as there are.
     std::string_view peek(std::size_t least = 1) {
         while (end_ - begin_ < least && !atEnd_) {
-            std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
-                      buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
-            end_ -= begin_;
-            begin_ = 0;
+            if (begin_ > 0) {
+                std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
+                          buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
+                end_ -= begin_;
+                begin_ = 0;
+            }
             const std::size_t count = source_(buffer_.data() + end_, buffer_.size() - end_);
             end_ += count;
             atEnd_ = count == 0;
         }
         return {buffer_.data() + begin_, end_ - begin_};
     }
+    /// As many as there is room for, or all that are left: how much an unpacker gives out ahead of broken data depends on
+    /// how much it gets at a time, which is not to depend on how the bytes arrive.
+    std::string_view fill() { return peek(buffer_.size()); }
     void take(std::size_t count) { begin_ += count; }
 
 private:
@@ -86,7 +91,7 @@ public:
         stream_.avail_out = static_cast<uInt>(room);
         while (stream_.avail_out == room && !atEnd_) {
             throwIfInterrupted();
-            const std::string_view packed = bytes_.peek();
+            const std::string_view packed = bytes_.fill();
             if (packed.empty()) {
                 notes_.isCut = true;
                 break;
@@ -130,7 +135,7 @@ public:
         ZSTD_outBuffer out{to, size, 0};
         while (out.pos == 0) {
             throwIfInterrupted();
-            const std::string_view packed = bytes_.peek();
+            const std::string_view packed = bytes_.fill();
             // Without input there may still be output that the stream holds back.
             ZSTD_inBuffer in{packed.data(), packed.size(), 0};
             if (packed.empty() && isFrameEnd_) {
