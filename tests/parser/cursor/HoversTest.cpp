@@ -150,6 +150,15 @@ TEST_F(HoversTest, AreasBehindTheSkipCursor_GiveNoHover) {
     EXPECT_THAT(objects(), IsEmpty());
 }
 
+// Such an area is read frame by frame, up to the first frame that is too late: a search would get to those behind it.
+TEST_F(HoversTest, FramesBehindALaterOne_OfAnAreaThatIsNotInOrder_AreNotMet) {
+    const Rectangle away{900, 910, 700, 710};
+    changingArea(
+        1.0, 3.0, kArea,
+        {{ticks(1.5), away}, {ticks(1.2), away}, {ticks(3.0), away}, {ticks(1.8), kArea}, {ticks(1.9), kArea}});
+    EXPECT_EQ(hoverOver({{2.5, 250, 250}}), kNothing);
+}
+
 // The frames of an area whose sightings are in order are searched for from the point before on; the others are read.
 TEST_F(HoversTest, AreasInOrder_AreHoveredOverLikeThoseThatAreReadFrameByFrame) {
     std::mt19937_64 random(64063);
