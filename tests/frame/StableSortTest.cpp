@@ -33,6 +33,17 @@ void expectSortedLikeStandard(const std::vector<int>& keys) {
     EXPECT_EQ(sorted, expected);
 }
 
+std::size_t comparisonsToSort(const std::vector<int>& keys) {
+    std::vector<Entry> entries = numbered(keys);
+    std::size_t comparisons = 0;
+    stableSort(entries, [&](const Entry& a, const Entry& b) {
+        ++comparisons;
+        return kByFirst(a, b);
+    });
+    EXPECT_TRUE(std::is_sorted(entries.begin(), entries.end()));
+    return comparisons;
+}
+
 TEST(StableSortTest, EqualEntriesKeepTheirOrder) {
     std::vector<Entry> entries{{2, 0}, {1, 1}, {2, 2}, {1, 3}, {0, 4}};
     stableSort(entries, kByFirst);
@@ -89,28 +100,14 @@ TEST(StableSortTest, NearlyOrderedListsAreComparedByTheirLength) {
     for (int i = 0; i < 50000; ++i) {
         keys.push_back(i % 4 == 3 ? i - 6 : i);
     }
-    std::vector<Entry> entries = numbered(keys);
-    std::size_t comparisons = 0;
-    stableSort(entries, [&](const Entry& a, const Entry& b) {
-        ++comparisons;
-        return kByFirst(a, b);
-    });
-    EXPECT_TRUE(std::is_sorted(entries.begin(), entries.end()));
-    EXPECT_LE(comparisons, 4 * keys.size()); // a merge sort makes some 15 an entry
+    EXPECT_LE(comparisonsToSort(keys), 4 * keys.size()); // a merge sort makes some 15 an entry
 }
 
 // A long list in no order is not sorted by moving its entries one by one: that would be 25 million comparisons here.
 TEST(StableSortTest, ListsInNoOrderAreLeftToTheStandardSort) {
     std::vector<int> keys(10000);
     std::iota(keys.rbegin(), keys.rend(), 0);
-    std::vector<Entry> entries = numbered(keys);
-    std::size_t comparisons = 0;
-    stableSort(entries, [&](const Entry& a, const Entry& b) {
-        ++comparisons;
-        return kByFirst(a, b);
-    });
-    EXPECT_TRUE(std::is_sorted(entries.begin(), entries.end()));
-    EXPECT_LE(comparisons, 50 * keys.size());
+    EXPECT_LE(comparisonsToSort(keys), 50 * keys.size());
 }
 
 } // namespace

@@ -2,11 +2,7 @@
 
 #include "parser/DataParser.h"
 
-#include <limits>
-#include <vector>
-
 #include "frame/Geometry.h"
-#include "frame/NearSearch.h"
 #include "frame/Steps.h"
 
 namespace OrvantaNS {
@@ -15,33 +11,6 @@ namespace {
 
 // The cursor is near an area that reaches into the box of this far around it, pixels.
 constexpr std::int32_t kNearPixels = 64;
-
-// The rectangles of an area at moments that mostly follow one upon the other, as `getDOFrameAtTime` tells them. An area
-// that never rests has a frame for every sighting, and is asked for every point of every stroke.
-class FramesInTime {
-public:
-    FramesInTime(DataParser& parser, unsigned int object)
-        : parser_(parser), object_(object), frames_(parser.drObjects[object].frames), later_(frames_.begin() + 1) {}
-
-    Rectangle at(long long time) {
-        if (!parser_.drObjects[object_].isInOrder) {
-            return parser_.getDOFrameAtTime(object_, time);
-        }
-        if (time < time_) {
-            later_ = frames_.begin() + 1; // the first frame holds whatever its time is
-        }
-        time_ = time;
-        later_ = firstNear(later_, frames_.end(), [&](const OV_TIME_RECT& frame) { return frame.time <= time; });
-        return (later_ - 1)->rect;
-    }
-
-private:
-    DataParser& parser_;
-    unsigned int object_;
-    const std::vector<OV_TIME_RECT>& frames_;
-    std::vector<OV_TIME_RECT>::const_iterator later_; // behind the frame of `time_`
-    long long time_ = std::numeric_limits<long long>::lowest();
-};
 
 } // namespace
 
@@ -61,7 +30,6 @@ void DataParser::findMouseHoverDR(OV_DATA_STORE& store, MOUSE_STROKE& stroke) {
 
 OV_VALUE_OBJECT DataParser::findHoverPrimitive(unsigned int object, MOUSE_STROKE& stroke) {
     const DR_OBJECT& area = drObjects[object];
-    FramesInTime frames(*this, object);
     bool hovering = false;
     bool entered = true;
     std::size_t first = 0;
@@ -76,7 +44,7 @@ OV_VALUE_OBJECT DataParser::findHoverPrimitive(unsigned int object, MOUSE_STROKE
         if (point.time > area.stop) {
             break;
         }
-        const Rectangle frame = frames.at(point.time);
+        const Rectangle frame = getDOFrameAtTime(object, point.time);
         if (!isFrameNearMouse(point, frame)) {
             if (hovering) {
                 break;

@@ -153,7 +153,8 @@ std::vector<std::uint32_t> DataParser::getDRObjectsInTime(Interval_Type<long lon
 Rectangle DataParser::getDOFrameAtTime(unsigned int object, long long time) {
     const std::vector<OV_TIME_RECT>& frames = drObjects[object].frames;
     if (drObjects[object].isInOrder) {
-        // The first frame holds whatever its time is.
+        // The first frame holds whatever its time is. An area that never rests has a frame for every sighting, and is
+        // asked for every point of every stroke.
         const auto later =
             std::upper_bound(frames.begin() + 1, frames.end(), time,
                              [](long long moment, const OV_TIME_RECT& frame) { return moment < frame.time; });

@@ -55,6 +55,15 @@ std::string longText() {
     return text;
 }
 
+/// The bytes, at most `piece` of them at a time. `packed` outlives the source.
+ByteSource inPieces(std::string_view packed, std::size_t piece) {
+    return [packed, piece](char* to, std::size_t size) mutable {
+        const std::size_t count = packed.copy(to, std::min(size, piece));
+        packed.remove_prefix(count);
+        return count;
+    };
+}
+
 struct Unpacked {
     std::string text;
     SourceNotes notes;
@@ -62,14 +71,7 @@ struct Unpacked {
 
 Unpacked unpack(const std::string& packed, std::size_t piece) {
     const auto notes = std::make_shared<SourceNotes>();
-    std::string_view rest = packed;
-    const ByteSource source = unpacked(
-        [&rest, piece](char* to, std::size_t size) {
-            const std::size_t count = rest.copy(to, std::min(size, piece));
-            rest.remove_prefix(count);
-            return count;
-        },
-        "f", notes);
+    const ByteSource source = unpacked(inPieces(packed, piece), "f", notes);
     Unpacked result;
     std::vector<char> buffer(1000);
     while (const std::size_t count = source(buffer.data(), buffer.size())) {
@@ -151,14 +153,7 @@ std::string zstdInBlocks(const std::vector<std::string>& lines) {
 
 /// What is given out, and the message behind it where the data is broken.
 std::string outcome(const std::string& packed, std::size_t piece) {
-    std::string_view rest = packed;
-    const ByteSource source = unpacked(
-        [&rest, piece](char* to, std::size_t size) {
-            const std::size_t count = rest.copy(to, std::min(size, piece));
-            rest.remove_prefix(count);
-            return count;
-        },
-        "f", std::make_shared<SourceNotes>());
+    const ByteSource source = unpacked(inPieces(packed, piece), "f", std::make_shared<SourceNotes>());
     std::string result;
     std::vector<char> buffer(1000);
     try {

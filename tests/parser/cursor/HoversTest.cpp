@@ -159,7 +159,7 @@ TEST_F(HoversTest, FramesBehindALaterOne_OfAnAreaThatIsNotInOrder_AreNotMet) {
     EXPECT_EQ(hoverOver({{2.5, 250, 250}}), kNothing);
 }
 
-// The frames of an area whose sightings are in order are searched for from the point before on; the others are read.
+// The frames of an area whose sightings are in order are searched; those of the others are read.
 TEST_F(HoversTest, AreasInOrder_AreHoveredOverLikeThoseThatAreReadFrameByFrame) {
     std::mt19937_64 random(64063);
     const auto upTo = [&](std::int32_t most) {
