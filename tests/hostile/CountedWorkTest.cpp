@@ -1,5 +1,5 @@
-// What a graph of spaces counts of its work, piece by piece: a reporter is asked in time only where each loop that can get
-// long is counted by what it goes through. Each case makes one of them long and all others short.
+// What a graph of spaces counts of its work, piece by piece. Each case makes one of the loops that can get long long, and
+// all others short.
 
 #include <algorithm>
 #include <cstdint>
@@ -9,18 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include "CountedSteps.h"
 #include "Scene.h"
-#include "frame/Steps.h"
 #include "valuespace/ValueSpace.h"
 
 namespace OrvantaNS::testing {
 namespace {
-
-constexpr std::int64_t kNever = std::int64_t{1} << 60;
-// A step is some nanoseconds: so many entries are read in its time at most, and so many steps is the reading of one at
-// most, with the memory that it may be far away in.
-constexpr std::uint64_t kReadPerStep = 16;
-constexpr std::uint64_t kStepsPerRead = 16;
 
 class CountedWorkTest : public ::testing::Test {
 protected:
@@ -44,13 +38,8 @@ protected:
     // Apart from one another, a hundred in a row, each 4 by 4.
     static Rectangle cell(std::int32_t k) { return box(k % 100 * 5, k / 100 * 5, 4, 4); }
 
-    // The steps of `work` are those of going through so many entries, give or take the time that one takes.
     void expectCounted(std::uint64_t entries, const std::function<void()>& work) {
-        store.stepsToQuestion = kNever;
-        work();
-        const auto steps = static_cast<std::uint64_t>(kNever - store.stepsToQuestion);
-        EXPECT_GE(steps * kReadPerStep, entries);
-        EXPECT_LE(steps, entries * kStepsPerRead);
+        testing::expectCounted(store, entries, work);
     }
 };
 
@@ -116,9 +105,9 @@ TEST_F(CountedWorkTest, Offers_AreCountedByTheSpacesThatAreHotEnough) {
         insert(cell(k), 0.0);
     }
     for (const bool isQuick : {true, false}) {
-        store.stepsToQuestion = kNever;
-        isQuick ? static_cast<void>(space.quickFocus(1.0)) : static_cast<void>(space.summarize(1.0));
-        const auto steps = static_cast<std::uint64_t>(kNever - store.stepsToQuestion);
+        const std::uint64_t steps = stepsOf(store, [&] {
+            isQuick ? static_cast<void>(space.quickFocus(1.0)) : static_cast<void>(space.summarize(1.0));
+        });
         // To sum 4,001 names and to score one space takes less than this; a look at each space that is offered does not.
         EXPECT_GE(steps, 3 * 2001u + 4001 / 4);
     }

@@ -113,6 +113,8 @@ TEST(SummarizeMergeTest, EmptySpaces_DivideByZeroWithoutAGuard) {
     const Space result = summarize({{Rectangle{5, 5, 0, 10}, 9.0}, {Rectangle{5, 5, 0, 20}, 4.0}}, 1.0);
     EXPECT_EQ(result.first, (Rectangle{5, 5, 0, 20}));
     EXPECT_TRUE(std::isnan(result.second));
+    // (9 - 5) x 0 / 200 + 5 = 5: the first space is not held against itself, which would divide by zero.
+    EXPECT_EQ(summarize({{Rectangle{5, 5, 0, 10}, 9.0}, {strip(0, 20), 5.0}}, 1.0), Space(strip(0, 20), 5.0));
 }
 
 // ---- mergeMaps ----
@@ -253,6 +255,13 @@ TEST(MergeMapsTest, EightTiers_AllAppearHighestFirst) {
                            {strip(300, 350), 6.0},  {strip(400, 500), 4.0},  {strip(600, 800), 3.0},
                            {strip(900, 1300), 2.0}, {strip(2000, 3000), 1.0}};
     EXPECT_EQ(merge(0.5, ladder, 0.5, {}), ladder);
+}
+
+// The thresholds rise from -12 to -1. The first four let the second space pass, which lies around the first:
+// (1 + 5) x 100 / 200 - 5 = -2. The others end ahead of it.
+TEST(MergeMapsTest, NegativeSpan_AsksForMoreFromTierToTier) {
+    EXPECT_EQ(merge(-1.0, {{strip(0, 10), 1.0}, {strip(0, 20), -5.0}}, 0.0, {}),
+              (Spaces{{strip(0, 20), -2.0}, {strip(0, 10), 1.0}}));
 }
 
 TEST(MergeMapsTest, GeneratedChains_KeepTheirLaws) {

@@ -182,6 +182,17 @@ TEST_F(LiveZonesTest, ParseObjectData_WithoutObjects_LeavesNoWindows) {
     EXPECT_TRUE(store_.windowObjects.empty());
 }
 
+// The list stands as long as the parser does, which is to the end of the computation.
+TEST_F(LiveZonesTest, ParseObjectData_GivesBackTheMemoryOfTheWorkingList) {
+    const Scene scene = recording().cursor(0.0, 400, 300).click(5.0);
+    parse(scene, 0.0, 60.0);
+    DataParser parser;
+    parser.objects.reserve(1000);
+    worker_.parseObjectData(scene.params(), store_, parser);
+    EXPECT_EQ(store_.valueObjects.size(), 1u);
+    EXPECT_EQ(parser.objects.capacity(), parser.objects.size());
+}
+
 TEST_F(LiveZonesTest, ParseObjectData_RunsOverEveryZone) {
     // One click in each zone of the same place on the screen: local pixels differ by the second zone's origin.
     const Scene scene =

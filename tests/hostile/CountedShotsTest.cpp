@@ -1,0 +1,164 @@
+// What the stages from slices to shots count of their work, piece by piece. Each case makes one of the loops that can get
+// long long, and all others short.
+
+#include <cstdint>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "CountedSteps.h"
+#include "HostileRequests.h"
+#include "OrvantaWorker.h"
+#include "parser/DataParser.h"
+#include "valuespace/ValueSpace.h"
+#include "worker/merging/MergeEntry.h"
+
+namespace OrvantaNS::testing {
+namespace {
+
+class CountedShotsTest : public ::testing::Test {
+protected:
+    OV_DATA_STORE store;
+    OrvantaWorker worker;
+
+    static constexpr unsigned int kSlices = 2000;
+
+    // One after the other, of a second each.
+    void slices(std::size_t count, bool blank) {
+        store.slices.resize(count);
+        for (std::size_t k = 0; k < count; ++k) {
+            store.slices[k].start = static_cast<double>(k);
+            store.slices[k].stop = static_cast<double>(k + 1);
+            store.slices[k].blank = blank;
+        }
+    }
+
+    void expectCounted(std::uint64_t entries, const std::function<void()>& work) {
+        testing::expectCounted(store, entries, work);
+    }
+};
+
+// ---- From zone to zone ----
+
+TEST_F(CountedShotsTest, Zones_AreCountedOneByOne) {
+    constexpr std::size_t kZones = 2000;
+    store.valueObjects.push_back({Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    store.liveZones.resize(kZones); // without time, so that nothing is sliced
+    expectCounted(kZones, [&] { worker.sliceTime(store); });
+}
+
+// Each zone finds its object expired and the next one in force.
+TEST_F(CountedShotsTest, Zones_ByTheObjectsThatEachPasses_NotByThoseAhead) {
+    constexpr int kZones = 300;
+    for (int k = 0; k <= kZones; ++k) {
+        store.valueObjects.push_back({Click, 0.0, k + 0.5, {0, 10, 0, 10}, 0.0});
+        const double start = k + 1.0 + g_ValueMatrix[Click].decay; // between the ends of this object and of the next
+        store.liveZones.push_back({{0, 10, 0, 10}, start, start});
+    }
+    expectCounted(2 * kZones, [&] { worker.sliceTime(store); });
+}
+
+TEST_F(CountedShotsTest, Zones_ByTheSamplesThatAreHeldForAll) {
+    constexpr int kSamples = 4000;
+    Params params = busyRequest(0, 10.0, 1000.0);
+    store.liveZones.push_back({{0, 1280, 0, 800}, 0.0, 0.1}); // ends ahead of all
+    params.cursorLocations().assign(kSamples, {5000, 10, 10});
+    params.cursorActions().assign(kSamples, {5000, 0});
+    DataParser parser;
+    expectCounted(2 * kSamples, [&] { worker.parseObjectData(params, store, parser); });
+}
+
+TEST_F(CountedShotsTest, Objects_AreCountedWhereTheyArePutInOrder) {
+    constexpr std::size_t kObjects = 4000;
+    store.liveZones.push_back({{0, 1280, 0, 800}, 0.0, 0.1});
+    store.valueObjects.assign(kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    DataParser parser;
+    expectCounted(kObjects, [&] { worker.parseObjectData(busyRequest(0, 10.0, 1000.0), store, parser); });
+}
+
+// ---- The walk along the objects ----
+
+TEST_F(CountedShotsTest, Objects_AreCountedAsTheyAreLoaded_ThoseThatAreOverToo) {
+    constexpr std::size_t kObjects = 2000;
+    store.valueObjects.assign(kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    ValueSpace space(&store);
+    expectCounted(kObjects, [&] { worker.loadObjects(store, {50.0, 51.0}, space); });
+}
+
+TEST_F(CountedShotsTest, Objects_AreCountedAsTheWalkPassesThem_NotThoseAhead) {
+    constexpr std::uint32_t kObjects = 4000;
+    store.valueObjects.assign(2 * kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    ValueSpace space(&store);
+    store.nextObject = kObjects;
+    expectCounted(kObjects, [&] { worker.advanceValueSpace(store, 50.0, space); });
+    store.firstActiveObject = 2 * kObjects - 9;
+    store.nextObject = 2 * kObjects - 1;
+    expectCounted(8, [&] { worker.advanceValueSpace(store, 50.0, space); });
+}
+
+TEST_F(CountedShotsTest, Worth_ByTheObjectsInTheSpace) {
+    constexpr std::uint32_t kObjects = 2000;
+    store.valueObjects.assign(kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    ValueSpace space(&store);
+    for (std::uint32_t k = 0; k < kObjects; ++k) {
+        space.insertObject(k);
+    }
+    expectCounted(kObjects, [&] { worker.recalcValueInterval(store, {0.0, 1.0}, space); });
+}
+
+// ---- Slices ----
+
+TEST_F(CountedShotsTest, AWindowOfASlice_ByTheWindowsThatItIsLookedForAmong) {
+    constexpr std::size_t kWindows = 2000;
+    store.slices.resize(1);
+    store.windowObjects.assign(kWindows, {ActiveWindow, 50.0, 51.0, {0, 10, 0, 10}, 0.0});
+    expectCounted(kWindows, [&] { worker.identifySlice(store, 0); });
+}
+
+TEST_F(CountedShotsTest, Targets_ByTheSlicesInBetween) {
+    slices(kSlices, true);
+    expectCounted(kSlices, [&] { EXPECT_EQ(worker.findNextTargetSlice(store, 0), 0u); });
+    expectCounted(kSlices, [&] { EXPECT_EQ(worker.findPreviousTargetSlice(store, kSlices - 1), kSlices - 1); });
+    store.slices.front().blank = store.slices.back().blank = false;
+    expectCounted(4, [&] { EXPECT_EQ(worker.findNextTargetSlice(store, kSlices - 5), kSlices - 1); });
+    store.slices[kSlices - 5].blank = false;
+    expectCounted(4, [&] { EXPECT_EQ(worker.findPreviousTargetSlice(store, kSlices - 1), kSlices - 5); });
+}
+
+TEST_F(CountedShotsTest, Combining_ByTheSlicesThatAreFolded) {
+    slices(kSlices, true);
+    expectCounted(kSlices, [&] { worker.combineSlices(store, 0, kSlices - 1); });
+    expectCounted(4, [&] { worker.combineSlices(store, kSlices - 5, kSlices - 1); });
+}
+
+// The blanks in between are cut back; what lies ahead takes no part.
+TEST_F(CountedShotsTest, AForcedMerge_ByTheBlanksInBetween) {
+    slices(kSlices, true);
+    store.slices[kSlices - 5].blank = store.slices.back().blank = false;
+    MERGE_ENTRY entry;
+    entry.firstSlice = kSlices - 5;
+    entry.nextSlice = kSlices - 1;
+    OrvantaWorker::MergeQueue queue;
+    expectCounted(4, [&] { worker.doForcedMerge(store, queue, entry); });
+}
+
+// ---- Cleanup ----
+
+TEST_F(CountedShotsTest, Cleanup_ByTheBlanksThatAreSwept) {
+    slices(kSlices, true);
+    store.slices.front().blank = false;
+    expectCounted(kSlices, [&] { worker.mergeCleanupPass(store); });
+}
+
+TEST_F(CountedShotsTest, Cleanup_ByTheDeadSlicesThatAShortShotPasses) {
+    slices(kSlices, false);
+    for (OV_FOCUS_SLICE& slice : store.slices) {
+        slice.mergeId = -1;
+    }
+    store.slices.front().mergeId = 0;
+    store.slices.front().stop = 0.0;
+    expectCounted(kSlices, [&] { worker.mergeCleanupPass(store); });
+}
+
+} // namespace
+} // namespace OrvantaNS::testing
