@@ -36,6 +36,18 @@ TEST(FusedArithmeticTest, OneRounding_WhereTwoGiveAnotherNumber) {
     // more, which some libraries take, do not show it.
     EXPECT_EQ(plainFusedMultiplyAdd(kUnit / 2.0, 1.0, 1.0 + kUnit), 1.0 + 2.0 * kUnit);
     EXPECT_EQ(plainFusedMultiplyAdd(kUnit / 2.0, 1.0 - kUnit / 2.0, 1.0 + kUnit), 1.0 + kUnit);
+    // The same ties with a trace that the product's own rounding takes off, on either side: (1 + x) (1 - x) = 1 - x^2 and
+    // (1 + x) (1 - x + x^2) = 1 + x^3.
+    constexpr double kX = 0x1p-26;
+    const auto half = [](double trace, double c) {
+        constexpr double kHalf = kUnit / 2.0;
+        return trace < 0.0 ? plainFusedMultiplyAdd(kHalf * (1.0 + kX / 16.0), 1.0 - kX / 16.0, c)
+                           : plainFusedMultiplyAdd(kHalf * (1.0 + kX), 1.0 - kX + kX * kX, c);
+    };
+    EXPECT_EQ(half(-1.0, 1.0), 1.0);
+    EXPECT_EQ(half(1.0, 1.0), 1.0 + kUnit);
+    EXPECT_EQ(half(-1.0, 1.0 + kUnit), 1.0 + kUnit);
+    EXPECT_EQ(half(1.0, 1.0 + kUnit), 1.0 + 2.0 * kUnit);
     // Nothing, and nothing to add.
     EXPECT_EQ(plainFusedMultiplyAdd(0.0, 5.0, 3.0), 3.0);
     EXPECT_EQ(plainFusedMultiplyAdd(2.0, 5.0, -10.0), 0.0);

@@ -297,28 +297,6 @@ TEST(CancelTest, CuttingStrokes_IsCounted) {
     EXPECT_GT(stepsOfParsing(params), uncut + std::uint64_t{kDrags} * kPoints / 16);
 }
 
-TEST(CancelTest, MergingMaps_IsCountedByTheSquareOfTheirStack) {
-    // Eight rectangles one on the other in both maps: each layer doubles the stack and adds itself.
-    VS_VALUE_MAP map;
-    map.span = 1.0;
-    for (std::int32_t i = 0; i < 8; ++i) {
-        map.spaces.push_back({{0, 100 + i, 0, 100}, 20.0 - i});
-    }
-    std::uint64_t stack = map.spaces.size();
-    for (int layer = 0; layer < 8; ++layer) {
-        stack = 2 * stack + 1;
-    }
-    const OrvantaWorker worker;
-    OV_DATA_STORE store = countingStore();
-    store.slices.resize(2);
-    for (OV_FOCUS_SLICE& slice : store.slices) {
-        slice.map = map;
-    }
-    worker.doBestMerge(store, 0, 1);
-    EXPECT_GT(counted(store), stack * stack / 64);
-    EXPECT_EQ(store.slices[0].map.spaces, worker.mergeMaps(map, map).spaces);
-}
-
 TEST(CancelTest, ShotsAndFrames_AreCounted) {
     AlmostDue due;
     due.store.slices.resize(4);

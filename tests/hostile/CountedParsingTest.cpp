@@ -212,6 +212,19 @@ TEST_F(CountedParsingTest, FramesOfTheWholeScreen_AreCounted) {
     expectCounted(kFrames, [&] { parser.findFullScreenDR(scene, store, {0, 10000}); });
 }
 
+TEST_F(CountedParsingTest, AreasAroundWindowsAtTheTop_AreCountedByEachWindow) {
+    constexpr std::int32_t kWindows = 1000;
+    constexpr std::int32_t kAreas = 250;
+    for (std::int32_t k = 0; k <= kAreas; ++k) {
+        scene.params().dirtyRects().push_back({1000, box(k % 100 * 6, 100 + k / 100 * 6, 4, 4)});
+    }
+    for (std::int32_t k = 0; k < kWindows; ++k) {
+        scene.params().foreWindows().push_back({1000, box(k, 0, 10, 10)});
+        scene.params().foreWindows().push_back({1000, {}}); // none, so that the next one is not taken for its motion
+    }
+    expectCounted(std::uint64_t{kWindows} * kAreas, [&] { walk(); });
+}
+
 TEST_F(CountedParsingTest, AreasThatARuleLooksAt_AreCounted) {
     constexpr std::int32_t kAreas = 4000;
     for (std::int32_t k = 0; k < kAreas; ++k) {

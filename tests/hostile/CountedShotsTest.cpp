@@ -58,12 +58,19 @@ TEST_F(CountedShotsTest, Zones_ByTheObjectsThatEachPasses_NotByThoseAhead) {
     expectCounted(2 * kZones, [&] { worker.sliceTime(store); });
 }
 
+TEST_F(CountedShotsTest, Zones_ByTheObjectsThatEachPasses) {
+    constexpr std::size_t kObjects = 4000;
+    store.valueObjects.assign(kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    store.liveZones.push_back({{0, 10, 0, 10}, 50.0, 50.0});
+    expectCounted(kObjects, [&] { worker.sliceTime(store); });
+}
+
 TEST_F(CountedShotsTest, Zones_ByTheSamplesThatAreHeldForAll) {
     constexpr int kSamples = 4000;
     Params params = busyRequest(0, 10.0, 1000.0);
-    store.liveZones.push_back({{0, 1280, 0, 800}, 0.0, 0.1}); // ends ahead of all
-    params.cursorLocations().assign(kSamples, {5000, 10, 10});
-    params.cursorActions().assign(kSamples, {5000, 0});
+    store.liveZones.push_back({{0, 1280, 0, 800}, 0.0, 0.1}); // ends long before them
+    params.cursorLocations().assign(kSamples, {50000, 10, 10});
+    params.cursorActions().assign(kSamples, {50000, 0});
     DataParser parser;
     expectCounted(2 * kSamples, [&] { worker.parseObjectData(params, store, parser); });
 }
@@ -106,6 +113,36 @@ TEST_F(CountedShotsTest, Worth_ByTheObjectsInTheSpace) {
     expectCounted(kObjects, [&] { worker.recalcValueInterval(store, {0.0, 1.0}, space); });
 }
 
+// ---- Cutting into slices ----
+
+TEST_F(CountedShotsTest, Triggers_ByTheObjectsThatAreScanned_NotThoseAhead) {
+    constexpr unsigned int kObjects = 4000;
+    store.valueObjects.assign(2 * kObjects, {Scroll, 1.0, 2.0, {0, 10, 0, 10}, 0.0});
+    expectCounted(2 * kObjects, [&] { EXPECT_EQ(worker.getFirstTriggerObject(store, 0.0, 0), 2 * kObjects); });
+    expectCounted(8, [&] { worker.getFirstTriggerObject(store, 0.0, 2 * kObjects - 8); });
+    store.valueObjects[kObjects].type = Click;
+    expectCounted(kObjects, [&] { EXPECT_EQ(worker.getFirstTriggerObject(store, 0.0, 0), kObjects); });
+    expectCounted(8, [&] { worker.getFirstTriggerObject(store, 0.0, kObjects - 8); });
+}
+
+// None of them ends the slice.
+TEST_F(CountedShotsTest, Triggers_AreCountedWhereTheyLieInTheFocus) {
+    constexpr std::size_t kTriggers = 2000;
+    store.valueObjects.assign(kTriggers, {Click, 0.5, 1.0, {0, 100, 0, 100}, 0.0});
+    store.valueObjects.front().start = 0.0;
+    store.liveZones.push_back({{0, 1280, 0, 800}, 0.0, 60.0});
+    ValueSpace space(&store);
+    expectCounted(kTriggers, [&] { EXPECT_GT(worker.detectSlice(store, space, 0.0).stop, 0.5); });
+}
+
+TEST_F(CountedShotsTest, Windows_ByThoseThatAreScanned) {
+    constexpr std::size_t kWindows = 4000;
+    store.windowObjects.assign(kWindows, {ForeAnimate, 1.0, 2.0, {0, 10, 0, 10}, 0.0});
+    expectCounted(kWindows, [&] { EXPECT_EQ(worker.getNextWindowTime(store, 0.0), 0.0); });
+    Rectangle window;
+    expectCounted(kWindows, [&] { EXPECT_FALSE(worker.getConstantWindow(store, {1.0, 2.0}, window)); });
+}
+
 // ---- Slices ----
 
 TEST_F(CountedShotsTest, AWindowOfASlice_ByTheWindowsThatItIsLookedForAmong) {
@@ -140,6 +177,46 @@ TEST_F(CountedShotsTest, AForcedMerge_ByTheBlanksInBetween) {
     entry.nextSlice = kSlices - 1;
     OrvantaWorker::MergeQueue queue;
     expectCounted(4, [&] { worker.doForcedMerge(store, queue, entry); });
+}
+
+// ---- Merging ----
+
+// Asked in the loop that makes the first proposals, of blanks too: nothing has been said of their number yet.
+TEST_F(CountedShotsTest, Proposals_AreCountedAsTheyAreMade) {
+    constexpr std::int32_t kNotSaid = -7;
+    slices(20, true);
+    CountingReporter impatient(1);
+    store.progress = &impatient;
+    store.stepsToQuestion = 0;
+    store.mergesTotal = kNotSaid;
+    EXPECT_EQ(codeOf([&] { worker.mergeSlices(busyRequest(0, 10.0, 1000.0), store, 0.0); }), OVERR_USER_CANCELLED);
+    EXPECT_EQ(store.mergesTotal, kNotSaid);
+}
+
+// Each is held against the two shots ahead of it.
+TEST_F(CountedShotsTest, Combinations_ByTheSlices) {
+    slices(kSlices, true);
+    const Params params = busyRequest(0, 10.0, 1000.0);
+    expectCounted(3 * kSlices, [&] { worker.processMergeCombos(params, store); });
+}
+
+TEST_F(CountedShotsTest, Maps_ByThePairsOfTheirStack) {
+    // Eight rectangles one on the other in both maps: each layer doubles the stack and adds itself.
+    VS_VALUE_MAP map;
+    map.span = 1.0;
+    for (std::int32_t i = 0; i < 8; ++i) {
+        map.spaces.push_back({{0, 100 + i, 0, 100}, 20.0 - i});
+    }
+    std::uint64_t stack = map.spaces.size();
+    for (int layer = 0; layer < 8; ++layer) {
+        stack = 2 * stack + 1;
+    }
+    store.slices.resize(2);
+    for (OV_FOCUS_SLICE& slice : store.slices) {
+        slice.map = map;
+    }
+    expectCounted(stack * (stack - 1) / 2, [&] { worker.doBestMerge(store, 0, 1); });
+    EXPECT_EQ(store.slices[0].map.spaces, worker.mergeMaps(map, map).spaces);
 }
 
 // ---- Cleanup ----

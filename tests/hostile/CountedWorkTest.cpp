@@ -260,6 +260,54 @@ TEST_F(CountedWorkTest, ManyInsertions_ByTheSpacesThatEachLooksAt_InAGraphMadeBy
     expectCounted(20ULL * 500, [&] { insertMany(20, cell(499)); });
 }
 
+// By hand, so that the children have many parents. None of them reaches as far as the object.
+TEST_F(CountedWorkTest, Insertion_ByTheChildrenOfEachSpaceThatItOverlaps) {
+    constexpr std::uint32_t kChildren = 400;
+    for (const std::uint32_t parents : {10u, 100u}) {
+        space.reset();
+        for (std::uint32_t child = 0; child < kChildren; ++child) {
+            space.createSpace(cell(static_cast<std::int32_t>(child)));
+        }
+        std::vector<std::uint32_t> children(kChildren);
+        std::iota(children.begin(), children.end(), 0u);
+        for (std::uint32_t parent = kChildren; parent < kChildren + parents; ++parent) {
+            // The narrowest first: what the object has in common with it is the same for all.
+            space.createSpace(box(600, 600, 100 + static_cast<std::int32_t>(parent), 100));
+            space.graph[parent].children = children;
+            space.topSpaces.push_back(parent);
+        }
+        expectCounted(std::uint64_t{parents} * kChildren, [&] { insert(box(550, 550, 100, 100)); });
+    }
+}
+
+// By hand, so that what reaches further comes later without being below anything.
+TEST_F(CountedWorkTest, Insertion_ByTheRecordsThatALargerOneIsAround) {
+    constexpr std::int32_t kSmall = 200;
+    constexpr std::int32_t kLarge = 200;
+    for (std::int32_t k = 0; k < kSmall + kLarge; ++k) {
+        const std::int32_t further = k - kSmall;
+        space.createSpace(k < kSmall ? box(10 * k, 0, 4, 10) : box(-further - 1, 0, 2002 + 2 * further, 10));
+        space.topSpaces.push_back(static_cast<std::uint32_t>(k));
+    }
+    expectCounted(std::uint64_t{kLarge} * (kSmall + kLarge), [&] { insert(box(-500, 0, 3000, 10)); });
+}
+
+// By hand, since a graph of so many takes long to grow. Those that move stand at the end of their parent's list.
+TEST_F(CountedWorkTest, Insertion_ByTheListsThatTheSpacesItTakesOverStandIn) {
+    constexpr std::uint32_t kAll = 8000;
+    constexpr std::uint32_t kMoving = 300;
+    space.createSpace(box(0, 0, 600, 20000));
+    space.topSpaces = {0};
+    for (std::uint32_t child = 1; child <= kAll; ++child) {
+        const auto k = static_cast<std::int32_t>(child);
+        space.createSpace(child > kAll - kMoving ? box(0, 1000 + k, 10, 1) : cell(k));
+        space.graph[0].children.push_back(child);
+        space.graph[child].parents = {0};
+    }
+    expectCounted(std::uint64_t{kMoving} * kAll, [&] { insert(box(-10, 5000, 30, 5000)); });
+    EXPECT_EQ(space.graph[0].children.size(), kAll - kMoving + 1); // and what it has in common with the object
+}
+
 // ---- Deletion ----
 
 TEST_F(CountedWorkTest, Deletion_ByTheObjectsThatAreAskedFor) {
@@ -344,6 +392,49 @@ TEST_F(CountedWorkTest, Deletion_ByTheListsBelowEachPlace) {
         insert(cell(k));
     }
     expectCounted(std::uint64_t{kPlaces} * 300 * 2 * kPlaces, [&] { space.deleteObjects(leaving); });
+}
+
+// What is below each place is known from the time before, and all of it stands as it should.
+TEST_F(CountedWorkTest, Deletion_ByTheListsBelowEachPlace_OnceMore) {
+    for (const Rectangle& area : {Rectangle{60, 140, 60, 80}, Rectangle{20, 80, 60, 100}, Rectangle{60, 140, 40, 80},
+                                  Rectangle{60, 160, 40, 120}}) {
+        insert({area.left + 9000, area.right + 9000, area.top, area.bottom});
+    }
+    constexpr std::uint32_t kPlaces = 10;
+    constexpr std::uint32_t kCells = 100;
+    std::vector<std::uint32_t> first;
+    std::vector<std::uint32_t> next;
+    for (std::uint32_t k = kPlaces; k > 0; --k) { // one in the other
+        const auto margin = static_cast<std::int32_t>(40 * k);
+        const Rectangle place = box(-margin, -margin, 600 + 2 * margin, 3000);
+        insertMany(2, place);
+        first.push_back(insert(place));
+        next.push_back(insert(place));
+    }
+    for (std::uint32_t k = 0; k < kCells; ++k) {
+        insert(cell(static_cast<std::int32_t>(k)));
+    }
+    space.deleteObjects(first);
+    expectCounted(std::uint64_t{kPlaces} * kCells * 3 * kPlaces, [&] { space.deleteObjects(next); });
+}
+
+// Four bars that have one cell in common, each with all names of what is around them and one of its own: every two are
+// compared, by six names that they share, and by all for the one that they do not.
+TEST_F(CountedWorkTest, Deletion_ByTheNamesThatTheParentsBelowAreComparedBy) {
+    constexpr std::int32_t kCrosses = 200;
+    const Rectangle around = box(0, 0, 1000, 1000);
+    insertMany(6, around);
+    for (std::int32_t k = 0; k < kCrosses; ++k) {
+        const std::int32_t x = 40 + k % 20 * 40;
+        const std::int32_t y = 40 + k / 20 * 40;
+        for (const Rectangle& bar :
+             {box(x - 10, y, 14, 4), box(x, y, 14, 4), box(x, y - 10, 4, 14), box(x, y, 4, 14)}) {
+            insert(bar);
+        }
+    }
+    insert(around); // so that what is below is known
+    constexpr std::uint64_t kCompared = 1 + 2 + 3 + 4 + 5 + 6 + 8;
+    expectCounted(std::uint64_t{kCrosses} * 4 * 3 * kCompared, [&] { space.deleteObject(0); });
 }
 
 // By hand, so that nobody stands in.
