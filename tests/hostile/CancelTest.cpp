@@ -63,6 +63,20 @@ TEST(CancelTest, CountSteps_WithoutAReporter_GoesOn) {
     }
 }
 
+TEST(CancelTest, StepCounter_HandsOnMostOfWhatItCounts_BeforeTheEnd) {
+    constexpr std::uint64_t kSteps = 100000;
+    OV_DATA_STORE store = countingStore();
+    StepCounter steps(store);
+    for (std::uint64_t k = 0; k < kSteps; ++k) {
+        steps.add(1);
+    }
+    EXPECT_GE(counted(store), kSteps / 2);
+    steps.settle();
+    EXPECT_EQ(counted(store), kSteps);
+    steps.settle();
+    EXPECT_EQ(counted(store), kSteps) << "nothing is handed on twice";
+}
+
 TEST(CancelTest, OrdinarySessions_AreAskedExactlyOnceForEachReport) {
     for (std::uint64_t seed = 1; seed <= 4; ++seed) {
         SCOPED_TRACE(seed);

@@ -99,13 +99,13 @@ TEST_F(CountedParsingTest, SamplesThatHaveBeenSkipped_AreNotCountedAgainByEachPa
 TEST_F(CountedParsingTest, ARectangleInEachMoment_IsCounted) {
     constexpr std::int32_t kMoments = 2000;
     changes(kMoments, 1, [](std::int32_t, std::int32_t) { return box(0, 0, 40, 40); });
-    expectCounted(2 * kMoments, [&] { parser.preProcessDR(0, scene, store); });
+    expectCounted(2ULL * kMoments, [&] { parser.preProcessDR(0, scene, store); });
 }
 
 TEST_F(CountedParsingTest, AFewRectanglesInEachMoment_AreCounted_NotThoseAhead) {
     constexpr std::int32_t kMoments = 1500;
     changes(kMoments, 3, [](std::int32_t, std::int32_t k) { return cell(k); });
-    expectCounted(4 * kMoments, [&] { parser.preProcessDR(0, scene, store); });
+    expectCounted(4ULL * kMoments, [&] { parser.preProcessDR(0, scene, store); });
 }
 
 TEST_F(CountedParsingTest, ManyRectanglesInOneMoment_ByTheirPairs) {
@@ -183,7 +183,7 @@ TEST_F(CountedParsingTest, AreasInDisorder_AreCountedByEachStrokeThatAsks) {
         }
     }
     for (std::int32_t k = 0; k < kStrokes; ++k) {
-        strokeFrom(10000 + 10 * k, 9);
+        strokeFrom(10000 + 10LL * k, 9);
     }
     expectCounted(std::uint64_t{kStrokes} * 2 * kAreas, [&] { walk(); });
 }
@@ -205,6 +205,7 @@ TEST_F(CountedParsingTest, FramesInDisorder_AreCountedByEachPointThatAsks) {
 TEST_F(CountedParsingTest, FramesOfTheWholeScreen_AreCounted) {
     constexpr std::int32_t kFrames = 4000;
     std::vector<OV_TIME_RECT> frames;
+    frames.reserve(kFrames);
     for (std::int32_t k = 0; k < kFrames; ++k) {
         frames.push_back({k, cell(0)});
     }
@@ -262,7 +263,7 @@ TEST_F(CountedParsingTest, AnIndexOfAKind_ByTheObjectsOfAll_AndItsQuestionsByThe
         object(ActiveWindow, k % 2 * 9, k % 2 * 9 + 1, {0, 10, 0, 10});
     }
     WorkingList windows(parser.objects, store);
-    expectCounted(2 * kObjects, [&] { EXPECT_EQ(windows.windowInForceAt(5.0), WorkingList::kNone); });
+    expectCounted(2ULL * kObjects, [&] { EXPECT_EQ(windows.windowInForceAt(5.0), WorkingList::kNone); });
     expectCounted(kObjects, [&] { EXPECT_EQ(windows.windowInForceAt(5.0), WorkingList::kNone); });
 }
 
@@ -313,7 +314,7 @@ TEST_F(CountedParsingTest, Insertions_ByTheObjectsBehind) {
 TEST_F(CountedParsingTest, Strokes_AreCountedOneByOne) {
     constexpr std::int32_t kStrokes = 2000;
     for (std::int32_t k = 0; k < kStrokes; ++k) {
-        strokeFrom(5 * k, 5);
+        strokeFrom(5LL * k, 5);
     }
     expectCounted(kStrokes, [&] { walk(); });
 }
@@ -352,7 +353,7 @@ TEST_F(CountedParsingTest, Cuts_NotByTheStrokesAhead) {
 TEST_F(CountedParsingTest, StrokesThatACutDestroys_ByThoseThatMoveUp) {
     constexpr std::int32_t kStrokes = 600;
     for (std::int32_t k = 0; k < kStrokes; ++k) {
-        restAt(3 * k);
+        restAt(3LL * k);
     }
     cutsFrom(0, 3, kStrokes);
     expectCounted(std::uint64_t{kStrokes} * kStrokes / 2, [&] { walk(); });
@@ -365,7 +366,7 @@ TEST_F(CountedParsingTest, StrokesThatACutDestroys_NotByThoseAhead) {
         restAt(k);
     }
     for (std::int32_t k = 0; k < kStrokes; ++k) {
-        restAt(9000 + 3 * k);
+        restAt(9000 + 3LL * k);
     }
     cutsFrom(9000, 3, kStrokes);
     expectCounted(kAhead + kStrokes * kStrokes / 2, [&] { walk(); });

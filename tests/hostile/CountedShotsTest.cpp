@@ -55,7 +55,7 @@ TEST_F(CountedShotsTest, Zones_ByTheObjectsThatEachPasses_NotByThoseAhead) {
         const double start = k + 1.0 + g_ValueMatrix[Click].decay; // between the ends of this object and of the next
         store.liveZones.push_back({{0, 10, 0, 10}, start, start});
     }
-    expectCounted(2 * kZones, [&] { worker.sliceTime(store); });
+    expectCounted(2ULL * kZones, [&] { worker.sliceTime(store); });
 }
 
 TEST_F(CountedShotsTest, Zones_ByTheObjectsThatEachPasses) {
@@ -72,7 +72,7 @@ TEST_F(CountedShotsTest, Zones_ByTheSamplesThatAreHeldForAll) {
     params.cursorLocations().assign(kSamples, {50000, 10, 10});
     params.cursorActions().assign(kSamples, {50000, 0});
     DataParser parser;
-    expectCounted(2 * kSamples, [&] { worker.parseObjectData(params, store, parser); });
+    expectCounted(2ULL * kSamples, [&] { worker.parseObjectData(params, store, parser); });
 }
 
 TEST_F(CountedShotsTest, Objects_AreCountedWhereTheyArePutInOrder) {
@@ -94,7 +94,7 @@ TEST_F(CountedShotsTest, Objects_AreCountedAsTheyAreLoaded_ThoseThatAreOverToo) 
 
 TEST_F(CountedShotsTest, Objects_AreCountedAsTheWalkPassesThem_NotThoseAhead) {
     constexpr std::uint32_t kObjects = 4000;
-    store.valueObjects.assign(2 * kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
+    store.valueObjects.assign(2ULL * kObjects, {Click, 0.0, 1.0, {0, 10, 0, 10}, 0.0});
     ValueSpace space(&store);
     store.nextObject = kObjects;
     expectCounted(kObjects, [&] { worker.advanceValueSpace(store, 50.0, space); });
@@ -117,8 +117,8 @@ TEST_F(CountedShotsTest, Worth_ByTheObjectsInTheSpace) {
 
 TEST_F(CountedShotsTest, Triggers_ByTheObjectsThatAreScanned_NotThoseAhead) {
     constexpr unsigned int kObjects = 4000;
-    store.valueObjects.assign(2 * kObjects, {Scroll, 1.0, 2.0, {0, 10, 0, 10}, 0.0});
-    expectCounted(2 * kObjects, [&] { EXPECT_EQ(worker.getFirstTriggerObject(store, 0.0, 0), 2 * kObjects); });
+    store.valueObjects.assign(2ULL * kObjects, {Scroll, 1.0, 2.0, {0, 10, 0, 10}, 0.0});
+    expectCounted(2ULL * kObjects, [&] { EXPECT_EQ(worker.getFirstTriggerObject(store, 0.0, 0), 2 * kObjects); });
     expectCounted(8, [&] { worker.getFirstTriggerObject(store, 0.0, 2 * kObjects - 8); });
     store.valueObjects[kObjects].type = Click;
     expectCounted(kObjects, [&] { EXPECT_EQ(worker.getFirstTriggerObject(store, 0.0, 0), kObjects); });
@@ -197,7 +197,7 @@ TEST_F(CountedShotsTest, Proposals_AreCountedAsTheyAreMade) {
 TEST_F(CountedShotsTest, Combinations_ByTheSlices) {
     slices(kSlices, true);
     const Params params = busyRequest(0, 10.0, 1000.0);
-    expectCounted(3 * kSlices, [&] { worker.processMergeCombos(params, store); });
+    expectCounted(3ULL * kSlices, [&] { worker.processMergeCombos(params, store); });
 }
 
 TEST_F(CountedShotsTest, Maps_ByThePairsOfTheirStack) {
