@@ -227,7 +227,15 @@ public:
 private:
     // The rules, over all objects up to the first that starts later than `limit`, seconds.
     void applyRules(unsigned int zone, const Params& params, OV_DATA_STORE& store, double limit);
-    void walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
+    // Gives the latest start of a meta pass that was run; the lowest time when none was.
+    long long walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
+    // `skipToTime` for one stream, of which the samples ahead of position `inOrder` are known to stand in order, and for all
+    // others.
+    void skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, std::uint32_t inOrder);
+    void skipAllButDirtyRects(const Params& params, OV_DATA_STORE& store, long long time);
+    // `preProcessDR`. Gives the position ahead of which the dirty rectangles, from `skipDirtyRect` on, are known to stand in
+    // order of time.
+    std::uint32_t findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store);
 
     // The list of the pass that is running; without one, a list for one rule, made in `own`.
     WorkingList& listFor(std::optional<WorkingList>& own, OV_DATA_STORE& store);

@@ -68,6 +68,7 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
         }
         const std::uint32_t space = location->second;
         ++departures_;
+        present_.remove(object);
         if (spareNodes_.size() < kSpareNodes) {
             spareNodes_.push_back(objectMap.extract(location));
         } else {

@@ -212,6 +212,9 @@ void ValueSpace::makeCreation() {
         if (!work_.empty()) {
             space.objects.reserve(std::max(kFirstNames, work_.size() + 1)); // with the object that is to enter
             space.objects.assign(work_.begin(), work_.end());
+            if (hasLostLinks_) {
+                siftNamesOf(record.space); // it may have been given many names of objects that have left
+            }
         }
     }
     steps.settle();
@@ -235,6 +238,10 @@ void ValueSpace::addAtAndBelow(std::uint32_t space, std::uint32_t object) {
         objects.push_back(object);
     });
     steps.settle();
+    if (object >= present_.room()) {
+        present_.grow(std::size_t{object} + 1);
+    }
+    present_.add(object);
     // Most objects are newer than all others in the graph.
     if (spareNodes_.empty()) {
         objectMap.emplace_hint(objectMap.end(), object, space);

@@ -15,6 +15,8 @@ public:
     /// Makes room for more slots, none of them in the set.
     void grow(std::size_t slots) { words_.resize((slots + kWordBits - 1) / kWordBits, 0); }
 
+    /// So many slots there is room for.
+    std::size_t room() const { return words_.size() * kWordBits; }
     bool holds(std::uint32_t slot) const { return (words_[slot / kWordBits] >> slot % kWordBits & 1) != 0; }
     /// False when the slot was in the set already.
     bool add(std::uint32_t slot) {

@@ -39,6 +39,7 @@ void ValueSpace::reset() {
     objectMap.clear();
     spareNodes_.clear();
     inUse_.start(0);
+    present_.start(0);
     freed_.clear();
     ++linkChanges_;
     isHandMade_ = false;

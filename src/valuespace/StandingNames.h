@@ -62,7 +62,9 @@ public:
             places_[slot] = spare_.back();
             spare_.pop_back();
         }
-        sifted_[places_[slot] - 1] = {list.size(), kept_};
+        Sifted& sifted = sifted_[places_[slot] - 1];
+        sifted.read = list.size();
+        sifted.names = kept_;
     }
     /// The list of the slot has lost an object that it named once and that had not left when it was sifted.
     void erase(std::uint32_t slot, std::uint32_t object) {
@@ -80,7 +82,7 @@ public:
     /// The list of the slot is another one from now on.
     void forget(std::uint32_t slot) {
         if (Sifted* sifted = of(slot)) {
-            *sifted = {};
+            sifted->names.clear(); // the next list at this place uses their memory
             spare_.push_back(places_[slot]);
             places_[slot] = 0;
         }

@@ -115,19 +115,16 @@ void ValueSpace::siftNames() {
         return;
     }
     departures_ = 0;
-    countSteps(*store, objectMap.size());
-    marks_.start();
-    for (const auto& entry : objectMap) {
-        marks_.add(entry.first);
+    inUse_.forEach([&](std::uint32_t index) { siftNamesOf(index); });
+}
+
+void ValueSpace::siftNamesOf(std::uint32_t space) {
+    const std::vector<std::uint32_t>& list = graph[space].objects;
+    const std::size_t names = standing_.namesIn(space, list);
+    countSteps(*store, 1 + names / kNamesPerStep);
+    if (names > kFewNames) {
+        standing_.sift(space, graph.size(), list, [&](std::uint32_t object) { return present_.holds(object); });
     }
-    inUse_.forEach([&](std::uint32_t index) {
-        const std::vector<std::uint32_t>& list = graph[index].objects;
-        const std::size_t names = standing_.namesIn(index, list);
-        countSteps(*store, 1 + names / kNamesPerStep);
-        if (names > kFewNames) {
-            standing_.sift(index, graph.size(), list, [&](std::uint32_t object) { return marks_.holds(object); });
-        }
-    });
 }
 
 VS_VALUE_MAP ValueSpace::summarize(double span, VS_LEFT_OBJECTS left) {

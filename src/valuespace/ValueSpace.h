@@ -181,6 +181,7 @@ private:
     template <typename Visit> void sumSpaces(VS_LEFT_OBJECTS left, Visit visit);
     /// Sifts all lists once enough objects have left since that was last done.
     void siftNames();
+    void siftNamesOf(std::uint32_t space);
     bool isSwallowed(std::uint32_t space, double least, double below) const;
     /// `summarizeGraph`; false when a space of the list swallows the one that is offered.
     bool offerToTier(std::vector<std::uint32_t>& list, std::uint32_t space);
@@ -213,6 +214,7 @@ private:
     std::uint32_t highest_ = 0; ///< The highest object ever inserted.
     bool hasLostLinks_ = false; ///< An insertion has cut a space off from a parent that it did not reach.
 
+    SlotSet present_;            ///< The objects of `objectMap`.
     StandingNames standing_;     ///< What is left of the lists without the names of objects that have left.
     std::size_t departures_ = 0; ///< Objects that have left since the lists were sifted.
 

@@ -1,26 +1,29 @@
 #include "parser/damage/AreaTimes.h"
 
-#include <algorithm>
+#include <limits>
 
 namespace OrvantaNS {
 
 namespace {
 
-bool liveInOrder(const std::vector<DR_OBJECT>& areas) {
-    const auto startsEarlier = [](const DR_OBJECT& a, const DR_OBJECT& b) { return a.start < b.start; };
-    return std::is_sorted(areas.begin(), areas.end(), startsEarlier) &&
-           std::all_of(areas.begin(), areas.end(), [](const DR_OBJECT& area) { return area.start <= area.stop; });
-}
-
-std::vector<long long> stopsOf(const std::vector<DR_OBJECT>& areas) {
-    std::vector<long long> stops(areas.size());
-    std::transform(areas.begin(), areas.end(), stops.begin(), [](const DR_OBJECT& area) { return area.stop; });
+// The stops of all areas. Tells in the same pass, since the areas of a day are more than a cache holds, whether they
+// stand in order of start and none stops before it starts.
+std::vector<long long> stopsOf(const std::vector<DR_OBJECT>& areas, bool& areInOrder) {
+    std::vector<long long> stops;
+    stops.reserve(areas.size());
+    areInOrder = true;
+    long long earlier = std::numeric_limits<long long>::lowest();
+    for (const DR_OBJECT& area : areas) {
+        areInOrder = areInOrder && earlier <= area.start && area.start <= area.stop;
+        earlier = area.start;
+        stops.push_back(area.stop);
+    }
     return stops;
 }
 
 } // namespace
 
-AreaTimes::AreaTimes(const std::vector<DR_OBJECT>& areas) : isInOrder_(liveInOrder(areas)), stops_(stopsOf(areas)) {}
+AreaTimes::AreaTimes(const std::vector<DR_OBJECT>& areas) : stops_(stopsOf(areas, isInOrder_)) {}
 
 std::vector<std::uint32_t> areasInTime(const std::vector<DR_OBJECT>& areas, std::size_t from,
                                        Interval_Type<long long> interval, const AreaTimes* times) {

@@ -36,12 +36,20 @@ std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Recta
 } // namespace
 
 void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+    findAreas(zone, params, store);
+}
+
+std::uint32_t DataParser::findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const std::vector<OV_TIME_RECT>& dirtyRects = params.dirtyRects();
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
     const InForce<OV_DATA_STORE*> counting(counting_, &store);
     std::vector<std::uint32_t> active;
     std::vector<DR_OBJECT_FRAME> frames;
+    const auto isInOrder = [&](std::uint32_t record) {
+        return record == skipDirtyRect || dirtyRects[record - 1].time <= dirtyRects[record].time;
+    };
     std::uint32_t i = skipDirtyRect;
+    std::uint32_t inOrder = i; // what has been read ahead of this record stands in order of time
     while (i < dirtyRects.size()) {
         const long long time = dirtyRects[i].time;
         if (time > zoneStop) {
@@ -51,6 +59,9 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
         std::uint32_t end = i;
         while (end < dirtyRects.size() && dirtyRects[end].time == time) {
             ++end;
+        }
+        if (inOrder == i && isInOrder(i)) {
+            inOrder = end < dirtyRects.size() && isInOrder(end) ? end + 1 : end;
         }
         if (end - i > kFloodRects) {
             frames = clusterFlood(dirtyRects, i, end, counting_);
@@ -66,6 +77,7 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
         // part: a stream with one record a moment yields every second one.
         ++i;
     }
+    return inOrder;
 }
 
 void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::vector<DR_OBJECT_FRAME>& frames) {

@@ -57,7 +57,11 @@ void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_
 
     strokes.clear();
     std::erase_if(objects, [](const OV_VALUE_OBJECT& object) { return object.type == Dead; });
-    skipToTime(params, store, metaStartTime);
+    if (walk_ != nullptr) {
+        skipAllButDirtyRects(params, store, metaStartTime);
+    } else {
+        skipToTime(params, store, metaStartTime);
+    }
     setProgress(store, convertTime(metaTime), OV_STAGE_PARSE);
 
     const long long zoneStop = revertTime(store.liveZones[zone].stop);

@@ -2,7 +2,11 @@
 
 #include "parser/DataParser.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "frame/InForce.h"
+#include "frame/NearSearch.h"
 #include "frame/Steps.h"
 #include "frame/WrappingArithmetic.h"
 #include "parser/meaning/MetaPassTiming.h"
@@ -26,12 +30,18 @@ bool isEarlier(long long time, long long head) { return head == kAbsent || time 
 bool isDoneBefore(long long zoneStop, long long head) { return head < 0 || head >= zoneStop; }
 
 // Leaves the cursor on the last sample before `time`, one short of the first sample at or after it, so that the sample
-// just before the moment stays in reach.
+// just before the moment stays in reach. Ahead of position `inOrder` the samples are known to stand in order of time.
 template <typename Sample>
 void skipStream(const std::vector<Sample>& stream, std::uint32_t& cursor, long long time,
-                long long Sample::*sampleTime = &Sample::time) {
+                long long Sample::*sampleTime = &Sample::time, std::size_t inOrder = 0) {
+    const auto isBefore = [&](const Sample& sample) { return sample.*sampleTime < time; };
     std::size_t first = cursor;
-    while (first < stream.size() && stream[first].*sampleTime < time) {
+    if (first < inOrder) {
+        const auto begin = stream.begin();
+        const auto end = begin + static_cast<std::ptrdiff_t>(inOrder);
+        first = static_cast<std::size_t>(firstNear(begin + static_cast<std::ptrdiff_t>(first), end, isBefore) - begin);
+    }
+    while (first < stream.size() && isBefore(stream[first])) {
         ++first;
     }
     if (first > cursor) {
@@ -52,20 +62,23 @@ void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DAT
     const InForce<OV_DATA_STORE*> counting(counting_, &store);
     drObjects.clear();
     skipToLiveZone(zone, params, store);
-    preProcessDR(zone, params, store);
+    const std::uint32_t dirtyRectsInOrder = findAreas(zone, params, store);
     skipDRObject = 0;
 
     const ZoneWalk walk{streams, AreaTimes(drObjects)};
     count(drObjects.size());
     const InForce<const ZoneWalk*> inForce(walk_, &walk);
-    walkZone(zone, params, store);
+    const long long latest = walkZone(zone, params, store);
+    // The walk does without the dirty rectangles: to step over them each time would read all of them once more.
+    skipDirtyRects(params, store, latest, dirtyRectsInOrder);
 }
 
-void DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+long long DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
     metaStartTime = revertTime(store.liveZones[zone].start);
     metaTime = wrapAdd(metaStartTime, revertTime(kMetaStepSeconds));
 
+    long long latest = std::numeric_limits<long long>::lowest();
     std::uint64_t seen = 0; // samples that the walk has passed
     for (;;) {
         const std::uint64_t now = std::uint64_t{nextAction} + nextCaret + nextForeWindow + nextLocation;
@@ -82,10 +95,11 @@ void DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE
             isEarlier(metaTime, foreWindowTime) && isEarlier(metaTime, locationTime)) {
             const Interval_Type<long long> before{metaStartTime, metaTime};
             fluxCapacitor(zone, params, store);
+            latest = std::max(latest, before.start);
             // A step of no tick would go on for ever, and one backwards nearly so. One that wraps below 0 only leaves the
             // rest to the primary pass.
             if (metaTime != kNoMetaPass && metaStartTime <= before.start && metaTime <= before.stop) {
-                return;
+                return latest;
             }
         } else if (locationTime >= 0 && isEarlier(locationTime, actionTime) && isEarlier(locationTime, caretTime) &&
                    isEarlier(locationTime, foreWindowTime)) {
@@ -97,13 +111,13 @@ void DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE
         } else if (foreWindowTime >= 0) {
             processForeWindow(zone, params, store);
         } else {
-            return;
+            return latest;
         }
 
         // The heads are those that this step began with.
         if (metaTime < 0 && isDoneBefore(zoneStop, actionTime) && isDoneBefore(zoneStop, caretTime) &&
             isDoneBefore(zoneStop, foreWindowTime) && isDoneBefore(zoneStop, locationTime)) {
-            return;
+            return latest;
         }
     }
 }
@@ -117,17 +131,27 @@ void DataParser::skipToLiveZone(unsigned int zone, const Params& params, OV_DATA
 }
 
 void DataParser::skipToTime(const Params& params, OV_DATA_STORE& store, long long time) {
+    skipAllButDirtyRects(params, store, time);
+    skipDirtyRects(params, store, time, 0);
+}
+
+void DataParser::skipAllButDirtyRects(const Params& params, OV_DATA_STORE& store, long long time) {
     const auto passed = [&] {
-        return std::uint64_t{skipLocation} + skipAction + skipCaret + skipForeWindow + skipDirtyRect + skipDRObject;
+        return std::uint64_t{skipLocation} + skipAction + skipCaret + skipForeWindow + skipDRObject;
     };
     const std::uint64_t before = passed();
     skipStream(params.cursorLocations(), skipLocation, time);
     skipStream(params.cursorActions(), skipAction, time);
     skipStream(params.caretRects(), skipCaret, time);
     skipStream(params.foreWindows(), skipForeWindow, time);
-    skipStream(params.dirtyRects(), skipDirtyRect, time);
     skipStream(drObjects, skipDRObject, time, &DR_OBJECT::stop);
     countSteps(store, (passed() - before) / kSkippedPerStep);
+}
+
+void DataParser::skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, std::uint32_t inOrder) {
+    const std::uint32_t before = skipDirtyRect;
+    skipStream(params.dirtyRects(), skipDirtyRect, time, &OV_TIME_RECT::time, inOrder);
+    countSteps(store, (skipDirtyRect - before) / kSkippedPerStep);
 }
 
 void DataParser::processCaret(unsigned int, const Params&, OV_DATA_STORE&) { ++nextCaret; }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "OrvantaWorker.h"
+#include "frame/Prefetch.h"
 #include "worker/merging/MergeEntry.h"
 
 namespace OrvantaNS {
@@ -16,6 +17,12 @@ void siftDown(std::vector<MERGE_ENTRY>& queue, std::size_t count) {
     const MERGE_ENTRY moving = queue[0];
     std::size_t hole = 0;
     for (std::size_t child = 1; child < count; child = 2 * hole + 1) {
+        // The children of both are read next: a day of proposals is more than the nearest caches hold.
+        const std::size_t grandchild = 2 * child + 1;
+        if (grandchild + 3 < count) {
+            prefetch(&queue[grandchild]);
+            prefetch(&queue[grandchild + 3]);
+        }
         const std::size_t right = child + 1;
         // Added, not chosen: which child is worth more is a toss-up, and a jump there would be foretold wrong half the time.
         child += static_cast<std::size_t>(right < count && below(queue[child], queue[right]));
