@@ -24,10 +24,11 @@ constexpr std::uint64_t kStepsPerProposal = 16;
 // Proposals come by priority, so the slices of the one that is likely to be next lie anywhere in hours of them. Their
 // memory is asked for while the proposal before it is dealt with: ...
 void prefetchSlices(const OV_DATA_STORE& store, const MERGE_ENTRY& entry) {
+    const auto& slices = store.slices;
     for (const std::uint32_t slice : {entry.firstSlice, entry.nextSlice}) {
-        prefetch(&store.slices[slice].map);
-        prefetch(&store.slices[slice].mergeId);
-        prefetch(&store.slices[slice].blocked);
+        prefetch(&slices[slice].map);
+        prefetch(&slices[slice].mergeId);
+        prefetch(&slices[slice].blocked);
     }
 }
 
