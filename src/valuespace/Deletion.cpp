@@ -26,6 +26,8 @@ constexpr int kFewComparisons = 8;
 constexpr int kFewTurns = 4;
 // Nodes of the map that are kept for the objects to come: more seldom leave before others enter.
 constexpr std::size_t kSpareNodes = 32;
+// So few objects are moved up in the list of their places where one has left; of more the list is made anew.
+constexpr std::size_t kFewPlaced = 64;
 // Slots of a set of bits that are gone through in the time of one step.
 constexpr std::size_t kSlotsPerStep = 512;
 
@@ -69,6 +71,7 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
         const std::uint32_t space = location->second;
         ++departures_;
         present_.remove(object);
+        forgetPlace(object);
         if (spareNodes_.size() < kSpareNodes) {
             spareNodes_.push_back(objectMap.extract(location));
         } else {
@@ -82,6 +85,18 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
         }
     }
     eraseFromLists(unnoticed);
+}
+
+void ValueSpace::forgetPlace(std::uint32_t object) {
+    if (!isPlaced_ || placed_.size() > kFewPlaced) {
+        isPlaced_ = false;
+        return;
+    }
+    const auto isIt = [&](const std::pair<std::uint32_t, std::uint32_t>& placed) { return placed.first == object; };
+    const auto found = std::find_if(placed_.begin(), placed_.end(), isIt);
+    if (found != placed_.end()) {
+        placed_.erase(found);
+    }
 }
 
 void ValueSpace::countStandIns(const std::vector<std::uint32_t>& leaving) {

@@ -242,6 +242,11 @@ void ValueSpace::addAtAndBelow(std::uint32_t space, std::uint32_t object) {
         present_.grow(std::size_t{object} + 1);
     }
     present_.add(object);
+    if (isPlaced_ && (placed_.empty() || placed_.back().first < object)) {
+        placed_.emplace_back(object, space);
+    } else {
+        isPlaced_ = false;
+    }
     // Most objects are newer than all others in the graph.
     if (spareNodes_.empty()) {
         objectMap.emplace_hint(objectMap.end(), object, space);

@@ -40,6 +40,7 @@ void ValueSpace::reset() {
     spareNodes_.clear();
     inUse_.start(0);
     present_.start(0);
+    isPlaced_ = false;
     freed_.clear();
     ++linkChanges_;
     isHandMade_ = false;
@@ -177,6 +178,14 @@ std::vector<std::uint32_t> ValueSpace::listObjects() {
         objects.push_back(entry.first);
     }
     return objects;
+}
+
+const std::vector<std::pair<std::uint32_t, std::uint32_t>>& ValueSpace::placedObjects() {
+    if (isHandMade_ || !isPlaced_) { // a map that was written by hand tells nobody
+        placed_.assign(objectMap.begin(), objectMap.end());
+        isPlaced_ = true;
+    }
+    return placed_;
 }
 
 std::pair<std::uint32_t, std::uint32_t> ValueSpace::countSpaces() {

@@ -303,7 +303,7 @@ void ValueSpace::startScores() {
 void ValueSpace::locateObjects() {
     StepCounter steps(*store);
     located_.clear();
-    for (const auto& [object, location] : objectMap) {
+    for (const auto& [object, location] : placedObjects()) {
         steps.add(1);
         const double value = store->valueObjects[object].value;
         // What is worth nothing adds nothing to any sum. A value that is not a number is no nothing.

@@ -81,6 +81,9 @@ public:
     bool exclusiveAppend(std::vector<std::uint32_t>& list, unsigned value);
     /// The objects in the graph, ascending.
     std::vector<std::uint32_t> listObjects();
+    /// What `objectMap` holds, in its order and in one piece of memory: gone through several times for every slice. Good until
+    /// an object enters or leaves.
+    const std::vector<std::pair<std::uint32_t, std::uint32_t>>& placedObjects();
     /// Slots in all, and slots free.
     std::pair<std::uint32_t, std::uint32_t> countSpaces();
     /// A copy of a slot; the index is not checked.
@@ -164,6 +167,8 @@ private:
     /// True when a walk of deletion from the space on would find nothing to dissolve or unlink, as the lists stand.
     bool isSettledBelow(std::uint32_t space);
     bool isSettled(std::uint32_t space);
+    /// Takes an object that has left out of `placed_`.
+    void forgetPlace(std::uint32_t object);
     /// Takes objects, named as location and object, out of the lists at and below their locations, and forgets them.
     void eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects);
     void dissolveFrom(std::uint32_t location, std::uint32_t object);
@@ -215,6 +220,8 @@ private:
     bool hasLostLinks_ = false; ///< An insertion has cut a space off from a parent that it did not reach.
 
     SlotSet present_;            ///< The objects of `objectMap`.
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> placed_; ///< What `placedObjects` gives, while `isPlaced_`.
+    bool isPlaced_ = false;
     StandingNames standing_;     ///< What is left of the lists without the names of objects that have left.
     std::size_t departures_ = 0; ///< Objects that have left since the lists were sifted.
 

@@ -120,9 +120,9 @@ void OrvantaWorker::loadObjects(OV_DATA_STORE& store, Interval_Type<double> inte
 
 void OrvantaWorker::recalcValueInterval(OV_DATA_STORE& store, Interval_Type<double> interval, ValueSpace& space) const {
     StepCounter steps(store);
-    for (const auto& entry : space.objectMap) {
+    for (const auto& [index, location] : space.placedObjects()) {
         steps.add(kStepsPerIntegral);
-        OV_VALUE_OBJECT& object = store.valueObjects[entry.first];
+        OV_VALUE_OBJECT& object = store.valueObjects[index];
         object.value = overlapsInterval(object, interval) ? worthWithin(object, interval) : 0.0;
     }
     steps.settle();
