@@ -237,6 +237,9 @@ private:
     // order of time.
     std::uint32_t findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store);
 
+    // `getPrimitiveWindowAtTime` for a moment in seconds.
+    Rectangle windowAt(double seconds) const;
+
     // The list of the pass that is running; without one, a list for one rule, made in `own`.
     WorkingList& listFor(std::optional<WorkingList>& own, OV_DATA_STORE& store);
 
@@ -250,6 +253,7 @@ private:
     OV_DATA_STORE* counting_ = nullptr; // While a zone is in work; null for a member called on its own.
     const ZoneWalk* walk_ = nullptr;    // While a zone is walked; the parser does not own it.
     WorkingList* list_ = nullptr;       // The same for a meta pass.
+    double passStart_ = 0.0;            // While the rules run: `metaStartTime` in seconds.
     MOUSE_STROKE strokeInWork_;         // Of `processCursorLocation`, kept for its memory.
 };
 

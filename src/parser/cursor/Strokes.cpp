@@ -103,8 +103,9 @@ Rectangle DataParser::convertStrokeToRect(MOUSE_STROKE& stroke) {
     return {std::min(first.x, last.x), std::max(first.x, last.x), std::min(first.y, last.y), std::max(first.y, last.y)};
 }
 
-Rectangle DataParser::getPrimitiveWindowAtTime(long long time) {
-    const double seconds = convertTime(time);
+Rectangle DataParser::getPrimitiveWindowAtTime(long long time) { return windowAt(convertTime(time)); }
+
+Rectangle DataParser::windowAt(double seconds) const {
     if (list_ != nullptr) {
         const std::size_t window = list_->windowInForceAt(seconds);
         return window == WorkingList::kNone ? Rectangle{} : objects[window].rect;
@@ -123,12 +124,14 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
         const OV_MOUSE_LOCATION first = stroke.points.front();
         const OV_MOUSE_LOCATION last = stroke.points.back();
         // Points in screen pixels against windows in local ones: compared as they stand.
-        const Rectangle windowAtStart = getPrimitiveWindowAtTime(first.time);
-        const Rectangle windowAtEnd = getPrimitiveWindowAtTime(last.time);
+        OV_VALUE_OBJECT object;
+        object.start = convertTime(first.time);
+        object.stop = convertTime(last.time);
+        const Rectangle windowAtStart = windowAt(object.start);
+        const Rectangle windowAtEnd = windowAt(object.stop);
         const bool startsInside = containsPoint(windowAtStart, first.x, first.y);
         const bool endsInside = containsPoint(windowAtEnd, last.x, last.y);
 
-        OV_VALUE_OBJECT object;
         object.type = Move;
         if (isEmpty(windowAtStart) && isEmpty(windowAtEnd)) {
             object.type = Move;
@@ -146,8 +149,6 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
         }
 
         object.rect = convertStrokeToRect(stroke);
-        object.start = convertTime(first.time);
-        object.stop = convertTime(last.time);
         if (object.type == Move && object.stop - object.start < kFlickSeconds &&
             (width(object.rect) > kFlickPixels || height(object.rect) > kFlickPixels)) {
             continue;

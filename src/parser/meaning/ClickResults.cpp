@@ -129,7 +129,7 @@ void DataParser::metaAddPersist(unsigned int, const Params&, OV_DATA_STORE& stor
     if (object.type == Dead) {
         return;
     }
-    if (convertTime(metaStartTime) >= object.stop) {
+    if ((list_ != nullptr ? passStart_ : convertTime(metaStartTime)) >= object.stop) {
         store.valueObjects.push_back(object);
         std::optional<WorkingList> own;
         listFor(own, store).retype(index, Dead);

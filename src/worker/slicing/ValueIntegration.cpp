@@ -88,8 +88,10 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
     countSteps(store, (store.nextObject - first) / kScannedPerStep);
     StepCounter steps(store);
     std::vector<std::uint32_t> leaving;
-    for (auto entry = space.objectMap.lower_bound(first);
-         entry != space.objectMap.end() && entry->first <= store.nextObject; ++entry) {
+    const auto& placed = space.placedObjects();
+    const auto isBehind = [&](const std::pair<std::uint32_t, std::uint32_t>& object) { return object.first < first; };
+    for (auto entry = std::partition_point(placed.begin(), placed.end(), isBehind);
+         entry != placed.end() && entry->first <= store.nextObject; ++entry) {
         steps.add(1);
         if (isRetired(entry->first)) {
             if (leaving.empty()) {
