@@ -70,8 +70,7 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
         }
         const std::uint32_t space = location->second;
         ++departures_;
-        present_.remove(object);
-        forgetPlace(object);
+        forgetPresence(object);
         if (spareNodes_.size() < kSpareNodes) {
             spareNodes_.push_back(objectMap.extract(location));
         } else {
@@ -87,7 +86,10 @@ void ValueSpace::deleteObjects(const std::vector<std::uint32_t>& leaving) {
     eraseFromLists(unnoticed);
 }
 
-void ValueSpace::forgetPlace(std::uint32_t object) {
+void ValueSpace::forgetPresence(std::uint32_t object) {
+    if (object < present_.room()) { // not so when the map was written by hand
+        present_.remove(object);
+    }
     if (!isPlaced_ || placed_.size() > kFewPlaced) {
         isPlaced_ = false;
         return;

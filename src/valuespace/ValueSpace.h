@@ -167,8 +167,8 @@ private:
     /// True when a walk of deletion from the space on would find nothing to dissolve or unlink, as the lists stand.
     bool isSettledBelow(std::uint32_t space);
     bool isSettled(std::uint32_t space);
-    /// Takes an object that has left out of `placed_`.
-    void forgetPlace(std::uint32_t object);
+    /// Takes an object that has left the map out of `present_` and `placed_`.
+    void forgetPresence(std::uint32_t object);
     /// Takes objects, named as location and object, out of the lists at and below their locations, and forgets them.
     void eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects);
     void dissolveFrom(std::uint32_t location, std::uint32_t object);
@@ -219,7 +219,7 @@ private:
     std::uint32_t highest_ = 0; ///< The highest object ever inserted.
     bool hasLostLinks_ = false; ///< An insertion has cut a space off from a parent that it did not reach.
 
-    SlotSet present_;            ///< The objects of `objectMap`.
+    SlotSet present_;                                             ///< The objects of `objectMap`.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> placed_; ///< What `placedObjects` gives, while `isPlaced_`.
     bool isPlaced_ = false;
     StandingNames standing_;     ///< What is left of the lists without the names of objects that have left.

@@ -9,6 +9,7 @@
 
 #include "OrvantaException.h"
 #include "ParserWorld.h"
+#include "Random.h"
 
 namespace OrvantaNS {
 namespace {
@@ -158,6 +159,39 @@ TEST(TimeWalkTest, SkipToTime_ObjectsThatStopOutOfOrder_EndsAtTheFirstStillAlive
     EXPECT_EQ(world.parser.skipDRObject, 0u);
     world.parser.skipToTime(world.scene, world.store, 901);
     EXPECT_EQ(world.parser.skipDRObject, 3u);
+}
+
+// The walk steps over the dirty rectangles once, at its end, and by strides where it knows them to be in order. The cursor
+// must end where stepping one by one at each meta pass would have left it: the next zone reads on from there.
+TEST(TimeWalkTest, ProcessLiveZone_DirtyRectCursor_EndsWhereEachPassWouldHaveSteppedIt) {
+    testing::Random random(20261122);
+    int disordered = 0;
+    for (int round = 0; round < 600; ++round) {
+        SCOPED_TRACE(round);
+        // Passes start at 20, 30, 40 and 45 seconds, and one more behind the zone at 55.
+        ParserWorld world(kScreen, 20.0, 45.0);
+        const int count = random.range(0, 60);
+        double time = random.real(0.0, 40.0);
+        for (int i = 0; i < count; ++i) {
+            time += random.chance(0.3) ? 0.0 : random.real(0.0, 2.0);
+            const double back = round % 3 == 0 && random.chance(0.05) ? random.real(0.0, 30.0) : 0.0;
+            disordered += back > 0.0 ? 1 : 0;
+            world.scene.dirty(time - back, kWindow);
+        }
+        const Params& request = world.scene;
+        const std::vector<OV_TIME_RECT>& records = request.dirtyRects();
+        std::size_t expected = 0;
+        for (const long long pass : {20000, 20000, 30000, 40000, 45000, 55000}) { // the zone's own start first
+            std::size_t next = expected;
+            while (next < records.size() && records[next].time < pass) {
+                ++next;
+            }
+            expected = next > expected ? next - 1 : expected;
+        }
+        world.processLiveZone();
+        ASSERT_EQ(world.parser.skipDirtyRect, expected);
+    }
+    EXPECT_GT(disordered, 100);
 }
 
 TEST(TimeWalkTest, SkipToLiveZone_ForwardCursors_BeginOnTheLastSampleBeforeTheZone) {
