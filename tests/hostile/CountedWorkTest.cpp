@@ -418,25 +418,6 @@ TEST_F(CountedWorkTest, Deletion_ByTheListsBelowEachPlace_OnceMore) {
     expectCounted(std::uint64_t{kPlaces} * kCells * 3 * kPlaces, [&] { space.deleteObjects(next); });
 }
 
-// Four bars that have one cell in common, each with all names of what is around them and one of its own: every two are
-// compared, by six names that they share, and by all for the one that they do not.
-TEST_F(CountedWorkTest, Deletion_ByTheNamesThatTheParentsBelowAreComparedBy) {
-    constexpr std::int32_t kCrosses = 200;
-    const Rectangle around = box(0, 0, 1000, 1000);
-    insertMany(6, around);
-    for (std::int32_t k = 0; k < kCrosses; ++k) {
-        const std::int32_t x = 40 + k % 20 * 40;
-        const std::int32_t y = 40 + k / 20 * 40;
-        for (const Rectangle& bar :
-             {box(x - 10, y, 14, 4), box(x, y, 14, 4), box(x, y - 10, 4, 14), box(x, y, 4, 14)}) {
-            insert(bar);
-        }
-    }
-    insert(around); // so that what is below is known
-    constexpr std::uint64_t kCompared = 1 + 2 + 3 + 4 + 5 + 6 + 8;
-    expectCounted(std::uint64_t{kCrosses} * 4 * 3 * kCompared, [&] { space.deleteObject(0); });
-}
-
 // By hand, so that nobody stands in.
 TEST_F(CountedWorkTest, Deletion_ByTheNamesOfTheSpaceThatIsJudged) {
     insertMany(16000, box(0, 0, 400, 400));
