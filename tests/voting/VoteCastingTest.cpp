@@ -9,6 +9,7 @@
 #include "LiteralVoting.h"
 #include "VotingScene.h"
 #include "voting/VoteRuns.h"
+#include "voting/VoteWeights.h"
 
 namespace OrvantaNS {
 namespace {
@@ -151,6 +152,15 @@ TEST(CastVotesTest, Window_VotesFromAThirdOfASecondBeforeToThreeSecondsAfter_Alw
     EXPECT_EQ(spans(votes), (Spans{{967, 1299}}));
     EXPECT_EQ(nonZero(votes, 1299).at(0), 80.0);
     EXPECT_EQ(nonZero(votes, 1299).at(25), 20.0 * 0.859375);
+}
+
+// Votes are cast before the end alone, where every weight is the full one; the weight itself goes down by whole ones.
+TEST(CastVotesTest, WindowWeight_IsFullUpToTheEnd_AndGoesDownInSteps) {
+    for (const int k : {-500, 0, 100, 101, 299}) {
+        EXPECT_EQ(frontmostWindowWeight(k, 100, 300), 20.0) << k;
+    }
+    EXPECT_EQ(frontmostWindowWeight(300, 100, 300), 0.0);
+    EXPECT_EQ(frontmostWindowWeight(500, 100, 300), -20.0);
 }
 
 TEST(CastVotesTest, TickCounts_AreTruncatedEachOnItsOwn) {

@@ -82,6 +82,20 @@ TEST(VoteMapsTest, Reports_OnceASampleAndOnceAnEntry) {
     EXPECT_EQ(log.cancelQuestions, 0);
 }
 
+TEST(VoteMapsTest, Reports_SplitInTheMiddleBetweenClicksAndWindows) {
+    Params params = squareRecording();
+    addClick(params, 1000, 5000, 5000); // vote for nothing, and are reported all the same
+    addClick(params, 1010, 5000, 5000);
+    addWindow(params, 1100, {4000, 5000, 4000, 5000});
+    ReportLog log;
+    VoteMap votes;
+    engine.castVotes(params, votes, kOneTarget, &log, {10, 20});
+    EXPECT_THAT(log.percents, ElementsAre(12.5, 15.0, 20.0));
+    log.percents.clear();
+    engine.castVotes(params, votes, kOneTarget, &log, {-10, -3}); // half of 7 is 3
+    EXPECT_THAT(log.percents, ElementsAre(-8.5, -7.0, -3.0));
+}
+
 TEST(VoteMapsTest, CountAndSort_OneEventAnEntry_StrongestThenEarliest) {
     const VoteMap votes{{3, {1.0, 2.0, 2.0}}, {4, {0.0, -1.0}}, {5, {5.0}}, {6, {0.0, 2.0}}, {7, {}}};
     EXPECT_THAT(engine.countAndSortVotes(votes, nullptr, {0, 0}),

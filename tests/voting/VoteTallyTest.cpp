@@ -6,6 +6,7 @@
 #include "LiteralVoting.h"
 #include "VotingScene.h"
 #include "voting/VoteRuns.h"
+#include "voting/VoteWinner.h"
 
 namespace OrvantaNS {
 namespace {
@@ -97,6 +98,17 @@ TEST(CountAndSortVotesTest, Order_IsByVotesThenTime) {
                                                                              {{40, 0, 7.0}, 1, 10},
                                                                              {{0, 0, 5.0}, 1, 10},
                                                                              {{20, 1, 5.0}, 1, 10}}));
+}
+
+TEST(CountAndSortVotesTest, Order_ByVotesThenTime_AndNoneIsAheadOfItself) {
+    const Event strong{7, 0, 2.0};
+    const Event early{5, 1, 1.0};
+    const Event late{6, 2, 1.0};
+    for (const auto& [ahead, behind] : {std::pair{strong, early}, std::pair{strong, late}, std::pair{early, late}}) {
+        EXPECT_TRUE(isStronger(ahead, behind));
+        EXPECT_FALSE(isStronger(behind, ahead));
+        EXPECT_FALSE(isStronger(ahead, ahead));
+    }
 }
 
 TEST(CountAndSortVotesTest, Progress_IsReportedOncePerTick) {
