@@ -61,6 +61,13 @@ TEST(CancelTest, CountSteps_WithoutAReporter_GoesOn) {
     for (int i = 0; i < 3; ++i) {
         EXPECT_NO_THROW(countSteps(store, kStepsBetweenQuestions));
     }
+    // Each time the count starts anew, as one with a reporter would.
+    CountingReporter reporter;
+    store.progress = &reporter;
+    countSteps(store, kStepsBetweenQuestions - 1);
+    EXPECT_EQ(reporter.asked, 0u);
+    countSteps(store, 1);
+    EXPECT_EQ(reporter.asked, 1u);
 }
 
 TEST(CancelTest, StepCounter_HandsOnMostOfWhatItCounts_BeforeTheEnd) {
