@@ -229,13 +229,16 @@ private:
     void applyRules(unsigned int zone, const Params& params, OV_DATA_STORE& store, double limit);
     // Gives the latest start of a meta pass that was run; the lowest time when none was.
     long long walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store);
-    // `skipToTime` for one stream, of which the samples ahead of position `inOrder` are known to stand in order, and for all
-    // others.
-    void skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, std::uint32_t inOrder);
+    // What has been read of a stream: all ahead of position `end`, of which none is later than `latest`, ticks.
+    struct ReadSamples {
+        std::uint32_t end = 0;
+        long long latest = 0;
+    };
+    // `preProcessDR`. Gives what it has read of the dirty rectangles, from `skipDirtyRect` on.
+    ReadSamples findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store);
+    // `skipToTime` for one stream, of which some may have been read, and for all others.
+    void skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, const ReadSamples& read);
     void skipAllButDirtyRects(const Params& params, OV_DATA_STORE& store, long long time);
-    // `preProcessDR`. Gives the position ahead of which the dirty rectangles, from `skipDirtyRect` on, are known to stand in
-    // order of time.
-    std::uint32_t findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store);
 
     // `getPrimitiveWindowAtTime` for a moment in seconds.
     Rectangle windowAt(double seconds) const;

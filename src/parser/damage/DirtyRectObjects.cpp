@@ -3,6 +3,7 @@
 #include "parser/DataParser.h"
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 #include "frame/Geometry.h"
@@ -39,17 +40,14 @@ void DataParser::preProcessDR(unsigned int zone, const Params& params, OV_DATA_S
     findAreas(zone, params, store);
 }
 
-std::uint32_t DataParser::findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
+DataParser::ReadSamples DataParser::findAreas(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const std::vector<OV_TIME_RECT>& dirtyRects = params.dirtyRects();
     const long long zoneStop = revertTime(store.liveZones[zone].stop);
     const InForce<OV_DATA_STORE*> counting(counting_, &store);
     std::vector<std::uint32_t> active;
     std::vector<DR_OBJECT_FRAME> frames;
-    const auto isInOrder = [&](std::uint32_t record) {
-        return record == skipDirtyRect || dirtyRects[record - 1].time <= dirtyRects[record].time;
-    };
     std::uint32_t i = skipDirtyRect;
-    std::uint32_t inOrder = i; // what has been read ahead of this record stands in order of time
+    long long latest = std::numeric_limits<long long>::lowest();
     while (i < dirtyRects.size()) {
         const long long time = dirtyRects[i].time;
         if (time > zoneStop) {
@@ -60,9 +58,7 @@ std::uint32_t DataParser::findAreas(unsigned int zone, const Params& params, OV_
         while (end < dirtyRects.size() && dirtyRects[end].time == time) {
             ++end;
         }
-        if (inOrder == i && isInOrder(i)) {
-            inOrder = end < dirtyRects.size() && isInOrder(end) ? end + 1 : end;
-        }
+        latest = std::max(latest, end < dirtyRects.size() ? std::max(time, dirtyRects[end].time) : time);
         if (end - i > kFloodRects) {
             frames = clusterFlood(dirtyRects, i, end, counting_);
         } else {
@@ -77,7 +73,8 @@ std::uint32_t DataParser::findAreas(unsigned int zone, const Params& params, OV_
         // part: a stream with one record a moment yields every second one.
         ++i;
     }
-    return inOrder;
+    // One behind the end where the stream has ended with a group.
+    return {std::min(i, static_cast<std::uint32_t>(dirtyRects.size())), latest};
 }
 
 void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::vector<DR_OBJECT_FRAME>& frames) {

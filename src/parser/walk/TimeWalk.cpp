@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "frame/InForce.h"
-#include "frame/NearSearch.h"
 #include "frame/Steps.h"
 #include "frame/WrappingArithmetic.h"
 #include "parser/meaning/MetaPassTiming.h"
@@ -30,18 +29,12 @@ bool isEarlier(long long time, long long head) { return head == kAbsent || time 
 bool isDoneBefore(long long zoneStop, long long head) { return head < 0 || head >= zoneStop; }
 
 // Leaves the cursor on the last sample before `time`, one short of the first sample at or after it, so that the sample
-// just before the moment stays in reach. Ahead of position `inOrder` the samples are known to stand in order of time.
+// just before the moment stays in reach. The samples ahead of position `passed` are known to lie before `time`.
 template <typename Sample>
 void skipStream(const std::vector<Sample>& stream, std::uint32_t& cursor, long long time,
-                long long Sample::*sampleTime = &Sample::time, std::size_t inOrder = 0) {
-    const auto isBefore = [&](const Sample& sample) { return sample.*sampleTime < time; };
-    std::size_t first = cursor;
-    if (first < inOrder) {
-        const auto begin = stream.begin();
-        const auto end = begin + static_cast<std::ptrdiff_t>(inOrder);
-        first = static_cast<std::size_t>(firstNear(begin + static_cast<std::ptrdiff_t>(first), end, isBefore) - begin);
-    }
-    while (first < stream.size() && isBefore(stream[first])) {
+                long long Sample::*sampleTime = &Sample::time, std::uint32_t passed = 0) {
+    std::size_t first = std::max(cursor, passed);
+    while (first < stream.size() && stream[first].*sampleTime < time) {
         ++first;
     }
     if (first > cursor) {
@@ -62,7 +55,7 @@ void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DAT
     const InForce<OV_DATA_STORE*> counting(counting_, &store);
     drObjects.clear();
     skipToLiveZone(zone, params, store);
-    const std::uint32_t dirtyRectsInOrder = findAreas(zone, params, store);
+    const ReadSamples dirtyRects = findAreas(zone, params, store);
     skipDRObject = 0;
 
     const ZoneWalk walk{streams, AreaTimes(drObjects)};
@@ -70,7 +63,7 @@ void DataParser::processLiveZone(unsigned int zone, const Params& params, OV_DAT
     const InForce<const ZoneWalk*> inForce(walk_, &walk);
     const long long latest = walkZone(zone, params, store);
     // The walk does without the dirty rectangles: to step over them each time would read all of them once more.
-    skipDirtyRects(params, store, latest, dirtyRectsInOrder);
+    skipDirtyRects(params, store, latest, dirtyRects);
 }
 
 long long DataParser::walkZone(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
@@ -132,7 +125,7 @@ void DataParser::skipToLiveZone(unsigned int zone, const Params& params, OV_DATA
 
 void DataParser::skipToTime(const Params& params, OV_DATA_STORE& store, long long time) {
     skipAllButDirtyRects(params, store, time);
-    skipDirtyRects(params, store, time, 0);
+    skipDirtyRects(params, store, time, {});
 }
 
 void DataParser::skipAllButDirtyRects(const Params& params, OV_DATA_STORE& store, long long time) {
@@ -148,9 +141,9 @@ void DataParser::skipAllButDirtyRects(const Params& params, OV_DATA_STORE& store
     countSteps(store, (passed() - before) / kSkippedPerStep);
 }
 
-void DataParser::skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, std::uint32_t inOrder) {
+void DataParser::skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, const ReadSamples& read) {
     const std::uint32_t before = skipDirtyRect;
-    skipStream(params.dirtyRects(), skipDirtyRect, time, &OV_TIME_RECT::time, inOrder);
+    skipStream(params.dirtyRects(), skipDirtyRect, time, &OV_TIME_RECT::time, read.latest < time ? read.end : 0);
     countSteps(store, (skipDirtyRect - before) / kSkippedPerStep);
 }
 
