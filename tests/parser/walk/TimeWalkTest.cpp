@@ -148,6 +148,9 @@ TEST(TimeWalkTest, SkipToTime_CursorOnALaterSample_StaysThere) {
     world.parser.skipLocation = 1;
     world.parser.skipToTime(world.scene, world.store, 5000); // the sample under the cursor is already past it
     EXPECT_EQ(world.parser.skipLocation, 1u);
+    world.parser.skipLocation = 2;
+    world.parser.skipToTime(world.scene, world.store, 5000); // what lies behind the cursor is not looked at again
+    EXPECT_EQ(world.parser.skipLocation, 3u);
 }
 
 TEST(TimeWalkTest, SkipToTime_ObjectsThatStopOutOfOrder_EndsAtTheFirstStillAlive) {
