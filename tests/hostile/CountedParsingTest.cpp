@@ -73,6 +73,39 @@ TEST_F(CountedParsingTest, SamplesAheadOfTheZone_AreCountedAsTheyAreSkipped) {
     expectCounted(kRects, [&] { walk(); });
 }
 
+TEST_F(CountedParsingTest, SamplesOfEachStreamAheadOfTheZone_AreCounted) {
+    constexpr std::int32_t kSamples = 4000;
+    zone({0, 1280, 0, 800}, 30.0, 60.0);
+    Params& request = scene.params();
+    const auto expectOnly = [&](auto& stream, const auto& sample) {
+        stream.assign(kSamples, sample);
+        parser = DataParser();
+        expectCounted(kSamples, [&] { walk(); });
+        stream.clear();
+    };
+    expectOnly(request.cursorLocations(), OV_MOUSE_LOCATION{1000, 10, 10});
+    expectOnly(request.cursorActions(), OV_MOUSE_ACTION{1000, 9});
+    expectOnly(request.caretRects(), OV_TIME_RECT{1000, {0, 1, 0, 10}});
+    expectOnly(request.foreWindows(), OV_TIME_RECT{1000, {0, 100, 100, 200}});
+}
+
+TEST_F(CountedParsingTest, DirtyRectanglesThatHaveBeenSkipped_AreNotCountedAgainByEachZone) {
+    constexpr std::int32_t kRects = 4000;
+    constexpr std::uint32_t kZones = 300;
+    for (std::int32_t k = 0; k < kRects; ++k) {
+        scene.dirty(0.001 * k, {0, 10, 0, 10});
+    }
+    store.liveZones.clear();
+    for (std::uint32_t k = 0; k < kZones; ++k) {
+        store.liveZones.push_back({{0, 1280, 0, 800}, 30.0 + k, 30.1 + k});
+    }
+    expectCounted(kRects, [&] {
+        for (std::uint32_t k = 0; k < kZones; ++k) {
+            parser.processLiveZone(k, scene, store);
+        }
+    });
+}
+
 // Ten seconds do not fit the ticks of this clock, so that no meta pass comes and counts anything of its own.
 TEST_F(CountedParsingTest, Samples_AreCountedAsTheyAreRead) {
     constexpr long long kSecond = 1000000000000000000;
