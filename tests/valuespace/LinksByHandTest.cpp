@@ -191,6 +191,14 @@ TEST_F(LinksByHandTest, WhatAnUnlinkedSpaceStillNames_StaysThere_WhoeverLeavesWi
     EXPECT_EQ(space.graph[2].objects.size(), 39u) << "object 1 has left it alone";
 }
 
+TEST_F(LinksByHandTest, AnObjectThatTheMapWasGivenByHand_Leaves) {
+    const Rectangle rect = box(0, 0, 100, 100);
+    const std::uint32_t object = addObject(rect);
+    space.objectMap = {{object, addSpace(rect, {object})}};
+    expectDeletedAsPlainly({object});
+    EXPECT_THAT(space.objectMap, IsEmpty());
+}
+
 TEST_F(LinksByHandTest, AListWithoutObjects_HoldsNothing) {
     const std::uint32_t empty = addSpace(box(0, 0, 100, 100), {});
     const std::uint32_t below = addSpace(box(0, 0, 50, 50), {1, 2});
