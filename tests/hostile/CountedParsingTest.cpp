@@ -405,6 +405,40 @@ TEST_F(CountedParsingTest, StrokesThatACutDestroys_NotByThoseAhead) {
     expectCounted(kAhead + kStrokes * kStrokes / 2, [&] { walk(); });
 }
 
+// ---- Skipping ----
+
+TEST_F(CountedParsingTest, SkippingAStream_ByItsSamplesInBetween) {
+    constexpr std::int32_t kSamples = 1600;
+    const auto fillers =
+        std::vector<std::function<void(std::int32_t)>>{[&](std::int32_t k) {
+                                                           scene.params().cursorLocations().push_back({k, 0, 0});
+                                                       },
+                                                       [&](std::int32_t k) {
+                                                           scene.params().cursorActions().push_back({k, 9});
+                                                       },
+                                                       [&](std::int32_t k) {
+                                                           scene.params().caretRects().push_back({k, kFar});
+                                                       },
+                                                       [&](std::int32_t k) {
+                                                           scene.params().foreWindows().push_back({k, kFar});
+                                                       },
+                                                       [&](std::int32_t k) {
+                                                           scene.params().dirtyRects().push_back({k, kFar});
+                                                       },
+                                                       [&](std::int32_t k) {
+                                                           parser.drObjects.push_back({{}, 0, k, {}});
+                                                       }};
+    for (std::size_t stream = 0; stream < fillers.size(); ++stream) {
+        SCOPED_TRACE(stream);
+        for (std::int32_t k = 0; k < kSamples; ++k) {
+            fillers[stream](k);
+        }
+        for (const std::int32_t half : {kSamples / 2, kSamples}) {
+            expectCounted(kSamples / 2, [&] { parser.skipToTime(scene, store, half); });
+        }
+    }
+}
+
 // ---- Pauses between strokes ----
 
 // The first stroke leads back to its own start. All others tell of times before it, as a clock that is put back makes

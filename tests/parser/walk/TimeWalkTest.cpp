@@ -164,6 +164,20 @@ TEST(TimeWalkTest, SkipToTime_ObjectsThatStopOutOfOrder_EndsAtTheFirstStillAlive
     EXPECT_EQ(world.parser.skipDRObject, 3u);
 }
 
+TEST(TimeWalkTest, SkipToTime_DirtyRectsOutOfOrder_EndsAtTheFirstThatIsNotBefore) {
+    ParserWorld world;
+    world.scene.dirty(9.0, kWindow).dirty(2.0, kWindow).dirty(3.0, kWindow);
+    world.parser.skipToTime(world.scene, world.store, 5000);
+    EXPECT_EQ(world.parser.skipDirtyRect, 0u);
+}
+
+TEST(TimeWalkTest, ProcessLiveZone_DirtyRectAtTheLastPass_IsNotBeforeIt) {
+    ParserWorld world(kScreen, 20.0, 45.0); // the last pass starts at 55 seconds
+    world.scene.dirty(44.0, kWindow).dirty(55.0, kWindow).dirty(60.0, kWindow);
+    world.processLiveZone();
+    EXPECT_EQ(world.parser.skipDirtyRect, 0u);
+}
+
 // The walk steps over the dirty rectangles once, at its end, and passes those that the search for areas has read. The cursor
 // must end where stepping one by one at each meta pass would have left it: the next zone reads on from there.
 TEST(TimeWalkTest, ProcessLiveZone_DirtyRectCursor_EndsWhereEachPassWouldHaveSteppedIt) {
@@ -176,7 +190,7 @@ TEST(TimeWalkTest, ProcessLiveZone_DirtyRectCursor_EndsWhereEachPassWouldHaveSte
         const int count = random.range(0, 60);
         double time = random.real(0.0, 40.0);
         for (int i = 0; i < count; ++i) {
-            time += random.chance(0.3) ? 0.0 : random.real(0.0, 2.0);
+            time += random.chance(0.3) ? 0.0 : random.real(0.0, random.chance(0.1) ? 40.0 : 2.0);
             const double back = round % 3 == 0 && random.chance(0.2) ? random.real(0.0, 30.0) : 0.0;
             disordered += back > 0.0 ? 1 : 0;
             world.scene.dirty(time - back, kWindow);
