@@ -70,7 +70,7 @@ TEST_F(CountedWorkTest, Sums_ByTheSlotsThatWereFreed) {
 
 // A crowd, and three areas of which the last cuts its place off from what it has in common with the second.
 TEST_F(CountedWorkTest, SumsOfSiftedLists_ByTheNamesThatAreLeft_AndTheSiftingByAll) {
-    constexpr std::uint32_t kCrowd = 4000;
+    constexpr std::uint32_t kCrowd = 40000;
     insertMany(kCrowd, {60, 140, 60, 80});
     for (const Rectangle& area :
          {Rectangle{20, 80, 60, 100}, Rectangle{60, 140, 40, 80}, Rectangle{60, 160, 40, 120}}) {
@@ -94,6 +94,12 @@ TEST_F(CountedWorkTest, SumsOfSiftedLists_ByTheNamesThatAreLeft_AndTheSiftingByA
     ASSERT_GE(left, 50u);
     ASSERT_LT(left, 500u);
     expectCounted(left, sum);
+
+    // A space that is made below the one that was cut off is given all its names, and read without those that left.
+    insert({70, 90, 62, 78});
+    const std::uint64_t handedDown = namesOf() - names;
+    ASSERT_GT(handedDown, leaving.size());
+    expectCounted(left + handedDown - leaving.size(), sum);
 }
 
 // ---- Offers ----
