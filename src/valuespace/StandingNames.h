@@ -81,9 +81,8 @@ public:
     }
     /// The list of the slot is another one from now on.
     void forget(std::uint32_t slot) {
-        if (Sifted* sifted = of(slot)) {
-            sifted->names.clear(); // the next list at this place uses their memory
-            spare_.push_back(places_[slot]);
+        if (of(slot) != nullptr) {
+            spare_.push_back(places_[slot]); // the next list at this place uses the memory of these names
             places_[slot] = 0;
         }
     }

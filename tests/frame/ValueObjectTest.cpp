@@ -123,6 +123,13 @@ TEST(CompareValueObjectsTest, NotANumber_IsFalseOnEitherSide) {
     }
 }
 
+TEST(ValueMapTest, ANewMap_IsOfNothingInNoTime) {
+    const VS_VALUE_MAP map;
+    EXPECT_TRUE(map.spaces.empty());
+    EXPECT_TRUE(map.tier4Rects.empty());
+    EXPECT_EQ(map.span, 0.0);
+}
+
 TEST(CompareMapSpacesTest, AscendingAndDescendingByDensityAlone) {
     const std::pair<Rectangle, double> thin{{0, 1, 0, 1}, 1.0};
     const std::pair<Rectangle, double> dense{{5, 6, 5, 6}, 2.0};

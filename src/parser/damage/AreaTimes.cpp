@@ -6,12 +6,11 @@ namespace OrvantaNS {
 
 namespace {
 
-// The stops of all areas. Tells in the same pass, since the areas of a day are more than a cache holds, whether they
-// stand in order of start and none stops before it starts.
+// The stops of all areas. Finds out in the same pass, since the areas of a day are more than a cache holds, where they do
+// not stand in order of start or one stops before it starts.
 std::vector<long long> stopsOf(const std::vector<DR_OBJECT>& areas, bool& areInOrder) {
     std::vector<long long> stops;
     stops.reserve(areas.size());
-    areInOrder = true;
     long long earlier = std::numeric_limits<long long>::lowest();
     for (const DR_OBJECT& area : areas) {
         areInOrder = areInOrder && earlier <= area.start && area.start <= area.stop;

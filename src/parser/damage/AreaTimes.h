@@ -24,7 +24,7 @@ public:
     std::size_t firstAlive(std::size_t from, long long time) const { return stops_.firstFrom(from, time); }
 
 private:
-    bool isInOrder_;
+    bool isInOrder_ = true;
     LatestStops<long long> stops_;
 };
 
