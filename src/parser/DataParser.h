@@ -256,7 +256,7 @@ private:
     OV_DATA_STORE* counting_ = nullptr; // While a zone is in work; null for a member called on its own.
     const ZoneWalk* walk_ = nullptr;    // While a zone is walked; the parser does not own it.
     WorkingList* list_ = nullptr;       // The same for a meta pass.
-    double passStart_ = 0.0;            // While the rules run: `metaStartTime` in seconds.
+    double passStart_ = 0.0;            // In a meta pass: `metaStartTime` in seconds.
     MOUSE_STROKE strokeInWork_;         // Of `processCursorLocation`, kept for its memory.
 };
 

@@ -212,7 +212,7 @@ void ValueSpace::makeCreation() {
         if (!work_.empty()) {
             space.objects.reserve(std::max(kFirstNames, work_.size() + 1)); // with the object that is to enter
             space.objects.assign(work_.begin(), work_.end());
-            if (hasLostLinks_) {
+            if (hasLostLinks_ && !isHandMade_) {
                 siftNamesOf(record.space); // it may have been given many names of objects that have left
             }
         }

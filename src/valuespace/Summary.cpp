@@ -322,7 +322,7 @@ void ValueSpace::addBestOf(const std::vector<std::uint32_t>& list, VS_VALUE_MAP&
     for (const std::uint32_t space : list) {
         const Rectangle& rect = graph[space].rect;
         if (scored_.add(space)) {
-            // In a flood the first space is scored by walking the map: to lay out so many objects would take much memory, and
+            // In a flood the first space is scored by walking the map: to lay out where so many are takes much memory, and
             // they mostly stand at one place.
             if (!isLocated_ && (hasScored_ || objectMap.size() <= kFewObjects)) {
                 locateObjects();

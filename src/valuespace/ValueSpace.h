@@ -51,7 +51,9 @@ inline bool CompareValuePairs(const VS_VALUE_ORDER& a, const VS_VALUE_ORDER& b) 
 /// listed at the space of its own rectangle and at every descendant, never at an ancestor.
 ///
 /// Used by one thread in one call. Insertions, deletions and summaries count their work in the store (`countSteps`) and
-/// may throw `OVERR_USER_CANCELLED` half way, after which the graph can only be dropped. Object and space indices are trusted, except by `clearSpace`.
+/// may throw `OVERR_USER_CANCELLED` half way: after that, or any other exception, the graph can only be dropped. Object and
+/// space indices are trusted, except by `clearSpace`. What is written to the graph or to its map past the operations must
+/// begin with one of those that make or unmake a slot or a link: from then on nothing is taken for granted.
 class ORVANTA_EXPORT ValueSpace {
 public:
     std::vector<OV_INTERSECTION> graph;               ///< All slots; a space keeps its index while it lives.
@@ -82,7 +84,7 @@ public:
     /// The objects in the graph, ascending.
     std::vector<std::uint32_t> listObjects();
     /// What `objectMap` holds, in its order and in one piece of memory: gone through several times for every slice. Good until
-    /// an object enters or leaves.
+    /// an object enters or leaves, or it is asked for again.
     const std::vector<std::pair<std::uint32_t, std::uint32_t>>& placedObjects();
     /// Slots in all, and slots free.
     std::pair<std::uint32_t, std::uint32_t> countSpaces();

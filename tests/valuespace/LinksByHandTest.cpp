@@ -65,6 +65,30 @@ protected:
 
 // ---- Insertion looks everywhere that links lead ----
 
+// The first object takes over a space of which it does not meet one parent, and the second inherits names that never
+// entered.
+TEST_F(LinksByHandTest, NamesThatWereWrittenByHand_AreHandedDown_WhereLinksWereLost) {
+    store.valueObjects.resize(110);
+    const std::uint32_t parent = addSpace(box(0, 0, 1000, 1000), {});
+    const std::uint32_t elsewhere = addSpace(box(5000, 0, 100, 100), {});
+    const std::uint32_t child = addSpace(box(100, 100, 50, 50), {});
+    for (std::uint32_t name = 100; name < 110; ++name) {
+        space.graph[parent].objects.push_back(name);
+    }
+    space.createLink(parent, child);
+    space.createLink(elsewhere, child);
+    space.topSpaces = {parent, elsewhere};
+    store.valueObjects[0].rect = box(50, 50, 200, 200);
+    store.valueObjects[1].rect = box(500, 500, 100, 100);
+    PlainValueSpace plain = plainCopy();
+    for (const std::uint32_t object : {0U, 1U}) {
+        space.insertObject(object);
+        plain.insertObject(object);
+    }
+    EXPECT_TRUE(sameGraph(space, plain));
+    EXPECT_THAT(space.graph.back().objects, ::testing::SizeIs(11));
+}
+
 TEST_F(LinksByHandTest, ALinkToASpaceElsewhere_IsFollowedByTheWalk) {
     insert(box(0, 0, 200, 200));
     insert(box(190, 0, 200, 200)); // a space of its own, and what the two have in common

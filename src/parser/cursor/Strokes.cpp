@@ -123,12 +123,12 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
     for (MOUSE_STROKE& stroke : strokes) {
         const OV_MOUSE_LOCATION first = stroke.points.front();
         const OV_MOUSE_LOCATION last = stroke.points.back();
-        // Points in screen pixels against windows in local ones: compared as they stand.
         OV_VALUE_OBJECT object;
         object.start = convertTime(first.time);
         object.stop = convertTime(last.time);
         const Rectangle windowAtStart = windowAt(object.start);
         const Rectangle windowAtEnd = windowAt(object.stop);
+        // Points in screen pixels against windows in local ones: compared as they stand.
         const bool startsInside = containsPoint(windowAtStart, first.x, first.y);
         const bool endsInside = containsPoint(windowAtEnd, last.x, last.y);
 

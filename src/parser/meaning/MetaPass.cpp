@@ -43,6 +43,7 @@ Interval_Type<long long> DataParser::setMetaTime(unsigned int zone, OV_DATA_STOR
 
 void DataParser::fluxCapacitor(unsigned int zone, const Params& params, OV_DATA_STORE& store) {
     const Interval_Type<long long> interval = setMetaTime(zone, store);
+    passStart_ = convertTime(metaStartTime);
     findFullScreenDR(params, store, interval);
     {
         WorkingList list(objects, store);
@@ -84,7 +85,6 @@ WorkingList& DataParser::listFor(std::optional<WorkingList>& own, OV_DATA_STORE&
 void DataParser::applyRules(unsigned int zone, const Params& params, OV_DATA_STORE& store, double limit) {
     WorkingList list(objects, store);
     const InForce<WorkingList*> inForce(list_, &list);
-    passStart_ = convertTime(metaStartTime);
     // Rules insert objects behind the walk: everything goes by index.
     for (std::uint32_t i = 0; i < objects.size() && !(objects[i].start > limit); ++i) {
         countSteps(store, 1);

@@ -83,8 +83,8 @@ void repositionIndices(OV_DATA_STORE& store, std::uint32_t zone) {
     store.nextObject = zone;
 }
 
-// Makes room for the slices that there will be at least, so that those of hours are moved once as their list grows, not
-// a dozen times. Never for more of them than there are objects: a zone may be given any length.
+// Makes room for the slices that there will be at least, so that those of hours are moved once or twice as their list
+// grows, not a dozen times. Never for more of them than there are objects: a zone may be given any length.
 void reserveSlices(OV_DATA_STORE& store) {
     double fewest = 0.0;
     for (const OV_LIVE_ZONE& zone : store.liveZones) {
