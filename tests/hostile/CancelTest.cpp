@@ -34,17 +34,21 @@ std::optional<OVERR_CODES> run(const Params& params, ProgressReporter& reporter)
     return codeOf([&] { OrvantaWorker().calcOrvantaKeyframes(params, &reporter); });
 }
 
+// The count stands at nothing: the next question comes when as much has been done as lies between two, and not before.
+void expectAFullCount(OV_DATA_STORE& store, const CountingReporter& reporter) {
+    const auto before = reporter.asked;
+    countSteps(store, kStepsBetweenQuestions - 1);
+    EXPECT_EQ(reporter.asked, before);
+    countSteps(store, 1);
+    EXPECT_EQ(reporter.asked, before + 1);
+}
+
 TEST(CancelTest, CountSteps_AsksWhenMuchHasBeenDoneSinceTheLastQuestion) {
     OV_DATA_STORE store;
     CountingReporter reporter;
     store.progress = &reporter;
-    countSteps(store, kStepsBetweenQuestions - 1);
-    EXPECT_EQ(reporter.asked, 0u);
-    countSteps(store, 1);
-    EXPECT_EQ(reporter.asked, 1u);
-    countSteps(store, kStepsBetweenQuestions - 1);
-    EXPECT_EQ(reporter.asked, 1u) << "each question starts the count anew";
-    countSteps(store, 1);
+    expectAFullCount(store, reporter);
+    expectAFullCount(store, reporter); // each question starts the count anew
     EXPECT_EQ(reporter.asked, 2u);
     EXPECT_TRUE(reporter.percentages.empty());
 }
@@ -64,10 +68,7 @@ TEST(CancelTest, CountSteps_WithoutAReporter_GoesOn) {
     // Each time the count starts anew, as one with a reporter would.
     CountingReporter reporter;
     store.progress = &reporter;
-    countSteps(store, kStepsBetweenQuestions - 1);
-    EXPECT_EQ(reporter.asked, 0u);
-    countSteps(store, 1);
-    EXPECT_EQ(reporter.asked, 1u);
+    expectAFullCount(store, reporter);
 }
 
 TEST(CancelTest, StepCounter_HandsOnMostOfWhatItCounts_BeforeTheEnd) {
