@@ -333,7 +333,7 @@ TEST(CancelTest, ShotsAndFrames_AreCounted) {
 }
 
 TEST(CancelTest, ALongSort_CanBeStopped_AndSortsAsAShortOneDoes) {
-    std::vector<std::uint32_t> numbers(kLongSort);
+    std::vector<std::uint32_t> numbers(600000); // some tenth of a second
     for (std::size_t i = 0; i < numbers.size(); ++i) {
         numbers[i] = static_cast<std::uint32_t>(i * 2654435761u % 1000003u);
     }
@@ -346,7 +346,7 @@ TEST(CancelTest, ALongSort_CanBeStopped_AndSortsAsAShortOneDoes) {
     std::vector<std::uint32_t> sorted = numbers;
     sortAll(sorted);
     EXPECT_EQ(sorted, expected);
-    EXPECT_GE(counted(store), kLongSort - 1) << "one for each comparison";
+    EXPECT_GE(counted(store), numbers.size() - 1) << "one for each comparison";
 
     store.stepsToQuestion = kNever;
     std::vector<std::uint32_t> few{3, 1, 2};
