@@ -150,6 +150,9 @@ void OrvantaWorker::processMerge(OV_DATA_STORE& store, MergeQueue& queue, MERGE_
 }
 
 void OrvantaWorker::combineSlices(OV_DATA_STORE& store, unsigned int first, unsigned int last) const {
+    if (first >= last) {
+        return;
+    }
     countSteps(store, last - first);
     for (std::size_t i = std::size_t{first} + 1; i <= last; ++i) {
         OV_FOCUS_SLICE& absorbed = store.slices[i];

@@ -7,6 +7,7 @@
 #include "OrvantaException.h"
 #include "OrvantaWorker.h"
 #include "ProgressReporter.h"
+#include "RecordingReporter.h"
 #include "Slices.h"
 
 namespace OrvantaNS {
@@ -18,6 +19,7 @@ using testing::breakdown;
 using testing::dead;
 using testing::entryOf;
 using testing::recording;
+using testing::RecordingReporter;
 using testing::slice;
 using testing::sliceStore;
 using testing::valueMap;
@@ -415,13 +417,16 @@ TEST(CombineSlicesTest, StopMayGoBack) {
     EXPECT_EQ(store.slices[0].stop, 2.0);
 }
 
-TEST(CombineSlicesTest, EmptyRun_ChangesNothing) {
+TEST(CombineSlicesTest, EmptyRun_ChangesNothing_AndCountsAsNoWork) {
     OV_DATA_STORE store = sliceStore({slice(0, 1), slice(1, 2)});
+    RecordingReporter reporter;
+    store.progress = &reporter;
     worker.combineSlices(store, 1, 1);
     worker.combineSlices(store, 1, 0);
     worker.combineSlices(store, 0, 0);
     EXPECT_EQ(store.slices[0].mergeId, 0);
     EXPECT_EQ(store.slices[1].mergeId, 0);
+    EXPECT_EQ(reporter.questions, 0u);
 }
 
 // ---- retestMerge, retestBlock ----
