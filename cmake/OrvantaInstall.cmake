@@ -26,6 +26,7 @@ function(orvanta_add_library target)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
                                               $<INSTALL_INTERFACE:${ORVANTA_HEADER_DIR}>)
   target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:orvanta_options> $<BUILD_INTERFACE:orvanta_internals>)
+  target_compile_options(${target} PRIVATE ${ORVANTA_HOT_OPTIONS})
   if(NOT BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC ORVANTA_STATIC)
   endif()
