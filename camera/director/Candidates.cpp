@@ -19,7 +19,7 @@ constexpr double kAfterWindow = 12.0;
 // Seconds ahead over which evidence is joined.
 constexpr std::array<double, 5> kHorizons{0.0, 3.0, 6.0, 12.0, 24.0};
 // Room around what a frame is made for, as a factor.
-constexpr double kRoom = 1.05;
+constexpr double kRoomAround = 1.05;
 constexpr double kWindowRoom = 1.02;
 // Weight from which a change is what a frame is made for.
 constexpr double kStrongChange = 0.15;
@@ -168,7 +168,7 @@ private:
             }
             const double from = start - kBefore;
             const double to = start + horizon + kAfter;
-            fit(all, kRoom, from, to);
+            fit(all, kRoomAround, from, to);
             if (horizon != 0.0 && horizon != 6.0) {
                 continue;
             }

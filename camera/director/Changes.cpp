@@ -29,7 +29,7 @@ constexpr double kBeatSlack = 0.3;
 // A repeat that began less than these seconds ago is still news.
 constexpr double kNews = 2.0;
 // What changes within these seconds after a press or a step of the wheel answers it.
-constexpr double kAnswer = 0.75;
+constexpr double kHandAnswer = 0.75;
 // Attention that clockwork gets.
 constexpr double kClockworkAttention = 0.12;
 // Gap that joins changed areas, lines of text: letters of a line and lines of a paragraph belong together.
@@ -91,7 +91,7 @@ void findClockwork(std::vector<Drawn>& drawn, const Scene& scene) {
     std::sort(hands.begin(), hands.end());
     const auto answers = [&hands](double seconds) {
         const auto after = std::upper_bound(hands.begin(), hands.end(), seconds);
-        return after != hands.begin() && seconds - *std::prev(after) < kAnswer;
+        return after != hands.begin() && seconds - *std::prev(after) < kHandAnswer;
     };
     std::vector<std::size_t> order(drawn.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -194,17 +194,12 @@ std::vector<RealRect> clustered(std::vector<RealRect> rects, double gap) {
 void readChanges(const Params& params, const Rectangle& region, long long start, long long stop, Scene& scene) {
     const RealRect bound{0.0, 0.0, scene.width, scene.height};
     std::vector<Drawn> drawn;
-    const auto local = [](std::int32_t edge, std::int32_t origin) {
-        return static_cast<double>(static_cast<long long>(edge) - static_cast<long long>(origin));
-    };
     for (const OV_TIME_RECT& dirty : params.dirtyRects()) {
         if (dirty.time < start || dirty.time >= stop) {
             continue;
         }
         Drawn one;
-        one.rect = intersection({local(dirty.rect.left, region.left), local(dirty.rect.top, region.top),
-                                 local(dirty.rect.right, region.left), local(dirty.rect.bottom, region.top)},
-                                bound);
+        one.rect = intersection(toLocal(dirty.rect, region), bound);
         if (isEmpty(one.rect)) {
             continue;
         }

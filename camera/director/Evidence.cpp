@@ -32,11 +32,11 @@ constexpr double kCursorSize = 3.3;
 constexpr double kDragMargin = 1.5;
 constexpr double kLeastDragArea = 20.0; // square lines: less is a press with a trembling hand
 
-constexpr double kSpeckPart = 0.3;  // share of its weight that a speck has
-constexpr double kLargePart = 0.4;  // and a change larger than a readable frame: it hardly says where to look
-constexpr double kAnswer = 1.0;     // seconds after a press within which a change answers it
-constexpr double kPointed = 20.0;   // seconds for which a press tells where something is typed
-constexpr double kMuchLarger = 0.7; // of the readable zoom: a window that needs a lower one is large
+constexpr double kSpeckPart = 0.3;   // share of its weight that a speck has
+constexpr double kLargePart = 0.4;   // and a change larger than a readable frame: it hardly says where to look
+constexpr double kPressAnswer = 1.0; // seconds after a press within which a change answers it
+constexpr double kPointed = 20.0;    // seconds for which a press tells where something is typed
+constexpr double kMuchLarger = 0.7;  // of the readable zoom: a window that needs a lower one is large
 // Part of a page that has a readable frame's size from which the page counts in full. Of one that is larger still, less
 // can be told when it is shown whole, and it counts in proportion.
 constexpr double kTellingPart = 0.5;
@@ -232,7 +232,7 @@ private:
             while (press < scene_.presses.size() && scene_.presses[press].seconds < time + scene_.step) {
                 lastPress = std::max(lastPress, scene_.presses[press++].release);
             }
-            const bool isAnswer = time - lastPress < kAnswer;
+            const bool isAnswer = time - lastPress < kPressAnswer;
             const bool isPage = isScrolling || news > kPageShare * area(front);
             if (isPage) {
                 const bool isQuestion = isAnswer && !isAtWork(time);

@@ -12,7 +12,7 @@ namespace {
 // decides nothing.
 constexpr double kStepOctaves = 0.08;
 // Of the largest zoom that holds a thing: it wants a little room around it.
-constexpr double kRoom = 0.97;
+constexpr double kOfFittingZoom = 0.97;
 
 // Octaves below the readable zoom from which a whole is too large to be read with its parts.
 constexpr double kLargeOctaves = 0.3;
@@ -40,7 +40,7 @@ Weighed weighed(const Evidence& one, const FrameShape& shape, const DirectorWeig
     const double most = one.kind == EvidenceKind::Change ? shape.readingWidth() : shape.widest();
     const double held = std::min(width(one.rect), most) * std::min(height(one.rect), most / shape.ratio());
     item.perPixel = 1.0 / held;
-    const double fitting = kRoom * shape.fittingZoom(one.rect);
+    const double fitting = kOfFittingZoom * shape.fittingZoom(one.rect);
     const double largest =
         one.kind == EvidenceKind::Change ? std::max(fitting, shape.outputWidth() / shape.readingWidth()) : fitting;
     const double zoom = std::max(shape.outputWidth() / shape.widest(), std::min(shape.readable(), largest));

@@ -19,10 +19,6 @@ constexpr double kFarAway = 1e12;
 // A press without release counts as released at once; one that is held longer than this lost its release.
 constexpr double kLongestHold = 60.0;
 
-double local(std::int32_t edge, std::int32_t origin) {
-    return static_cast<double>(static_cast<long long>(edge) - static_cast<long long>(origin));
-}
-
 /// Reads one request with the words of a stretch.
 class Reader {
 public:
@@ -30,8 +26,8 @@ public:
         : params_(params), region_(region), start_(start), stop_(stop) {}
 
     Scene read() {
-        scene_.width = local(region_.right, region_.left);
-        scene_.height = local(region_.bottom, region_.top);
+        scene_.width = toLocal(region_.right, region_.left);
+        scene_.height = toLocal(region_.bottom, region_.top);
         scene_.length = seconds(stop_);
         while (scene_.length / scene_.step > kMostSteps) {
             scene_.step *= 2.0;
@@ -53,8 +49,7 @@ private:
     }
     bool isInside(long long ticks) const { return start_ <= ticks && ticks < stop_; }
     RealRect clipped(const Rectangle& rect) const {
-        const RealRect moved{local(rect.left, region_.left), local(rect.top, region_.top),
-                             local(rect.right, region_.left), local(rect.bottom, region_.top)};
+        const RealRect moved = toLocal(rect, region_);
         const RealRect cut = intersection(moved, {0.0, 0.0, scene_.width, scene_.height});
         return isEmpty(cut) ? RealRect{} : cut;
     }
@@ -76,8 +71,8 @@ private:
             }
             const OV_MOUSE_LOCATION& sample = samples[next == 0 ? 0 : next - 1];
             SceneCursor& cursor = scene_.cursor[static_cast<std::size_t>(step)];
-            cursor.x = local(sample.x, region_.left) + 0.5;
-            cursor.y = local(sample.y, region_.top) + 0.5;
+            cursor.x = toLocal(sample.x, region_.left) + 0.5;
+            cursor.y = toLocal(sample.y, region_.top) + 0.5;
             cursor.isInside = containsPoint({0.0, 0.0, scene_.width, scene_.height}, cursor.x, cursor.y);
             const double dx = cursor.x - restX;
             const double dy = cursor.y - restY;
@@ -120,8 +115,8 @@ private:
                 ScenePress press;
                 press.seconds = seconds(action.time);
                 press.release = press.seconds;
-                press.x = local(place.x, region_.left) + 0.5;
-                press.y = local(place.y, region_.top) + 0.5;
+                press.x = toLocal(place.x, region_.left) + 0.5;
+                press.y = toLocal(place.y, region_.top) + 0.5;
                 press.path = {press.x, press.y, press.x, press.y};
                 open[button].reset();
                 if (containsPoint({0.0, 0.0, scene_.width, scene_.height}, press.x, press.y) &&
@@ -136,8 +131,8 @@ private:
                 if (release >= press.seconds && release - press.seconds <= kLongestHold) {
                     press.release = release;
                     for (std::size_t i = sampleAt(openTicks[button]); i <= sampleAt(action.time); ++i) {
-                        const double x = local(samples[i].x, region_.left) + 0.5;
-                        const double y = local(samples[i].y, region_.top) + 0.5;
+                        const double x = toLocal(samples[i].x, region_.left) + 0.5;
+                        const double y = toLocal(samples[i].y, region_.top) + 0.5;
                         press.path = boundingUnion(press.path, {x, y, x, y});
                     }
                 }

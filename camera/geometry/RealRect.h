@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 
 #include "Rectangle.h"
 
@@ -29,6 +30,17 @@ constexpr double area(const RealRect& r) { return isEmpty(r) ? 0.0 : width(r) * 
 constexpr RealRect toReal(const Rectangle& r) {
     return {static_cast<double>(r.left), static_cast<double>(r.top), static_cast<double>(r.right),
             static_cast<double>(r.bottom)};
+}
+
+/// Pixels from an edge to the origin that it is counted from; on 64 bits, so that no edge overflows.
+constexpr double toLocal(std::int32_t edge, std::int32_t origin) {
+    return static_cast<double>(static_cast<long long>(edge) - static_cast<long long>(origin));
+}
+
+/// A rectangle of the screen, counted from the top left of `region`.
+constexpr RealRect toLocal(const Rectangle& r, const Rectangle& region) {
+    return {toLocal(r.left, region.left), toLocal(r.top, region.top), toLocal(r.right, region.left),
+            toLocal(r.bottom, region.top)};
 }
 
 constexpr RealRect intersection(const RealRect& a, const RealRect& b) {

@@ -8,16 +8,14 @@ namespace OrvantaNS::camera {
 
 namespace {
 
-// Text of a usual screen is readable from this zoom on, output pixels per recording pixel.
-constexpr double kReadingZoom = 0.75;
 // Room that a press should have to an edge, output pixels: about the size of a cursor.
-constexpr double kRoom = 24.0;
+constexpr double kPressRoom = 24.0;
 // Pixels within which an edge of the frame is that of the screen.
 constexpr double kScreenEdge = 1.0;
 // A small window is judged for its first seconds only: later the viewer knows it.
 constexpr double kWindowSeconds = 8.0;
 // Distance between two looks at a window, seconds.
-constexpr double kLookSeconds = 0.25;
+constexpr double kWindowLookSeconds = 0.25;
 // Share of a window that must be inside.
 constexpr double kHeldShare = 0.95;
 
@@ -25,7 +23,7 @@ double ratio(double part, std::size_t of) { return part / static_cast<double>(of
 
 bool hasRoom(const JudgedPress& press, const RealRect& frame, const RealRect& whole, double zoom) {
     const auto roomy = [zoom](double distance, double edge, double screenEdge) {
-        return distance * zoom >= kRoom || std::abs(edge - screenEdge) <= kScreenEdge;
+        return distance * zoom >= kPressRoom || std::abs(edge - screenEdge) <= kScreenEdge;
     };
     return roomy(press.x - frame.left, frame.left, whole.left) && roomy(press.y - frame.top, frame.top, whole.top) &&
            roomy(frame.right - press.x, frame.right, whole.right) &&
@@ -100,12 +98,12 @@ void judgeWindows(const JudgedSession& session, const JudgedPath& path, double o
             continue; // no readable frame holds it
         }
         const double stop = std::min(window.to, window.from + kWindowSeconds);
-        double time = window.from + kLookSeconds;
+        double time = window.from + kWindowLookSeconds;
         while (time < stop) {
             const RealRect frame = path.at(time);
             ++looks;
             read += shareInside(frame, window.rect) >= kHeldShare && path.zoom(frame) >= kReadingZoom ? 1 : 0;
-            time += kLookSeconds;
+            time += kWindowLookSeconds;
         }
     }
     if (looks > 0) {

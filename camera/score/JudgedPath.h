@@ -9,6 +9,9 @@
 
 namespace OrvantaNS::camera {
 
+/// Text of a usual screen is readable from this zoom on, output pixels per recording pixel.
+inline constexpr double kReadingZoom = 0.75;
+
 /// A keyframe of a path that is judged: from `seconds` on the camera moves to `frame`.
 struct JudgedKeyframe {
     double seconds = 0.0; ///< Seconds of the recording.

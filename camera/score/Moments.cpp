@@ -8,11 +8,9 @@ namespace OrvantaNS::camera {
 namespace {
 
 // The distance between two looks at a moment, seconds: a tenth of a move.
-constexpr double kLookSeconds = 0.1;
+constexpr double kMomentLookSeconds = 0.1;
 // The share of a rectangle that must be inside: rectangles are good to a few pixels only.
 constexpr double kSeenShare = 0.95;
-// Text of a usual screen is readable from this zoom on, output pixels per recording pixel.
-constexpr double kReadingZoom = 0.75;
 // Of the largest zoom that holds the rectangle, so that a hair's breadth of room does no harm.
 constexpr double kOfLargestZoom = 0.95;
 
@@ -31,7 +29,7 @@ std::vector<MomentScore> judgeMoments(const JudgedPath& path, const std::vector<
     scores.reserve(moments.size());
     for (const Moment& moment : moments) {
         const double length = moment.to - moment.from;
-        const int looks = std::max(1, static_cast<int>(std::nearbyint(length / kLookSeconds)));
+        const int looks = std::max(1, static_cast<int>(std::nearbyint(length / kMomentLookSeconds)));
         const double needed = readingZoom(moment.rect, outputWidth, outputHeight);
         int seen = 0;
         int read = 0;

@@ -19,16 +19,6 @@ constexpr double kSmallWindowShare = 0.3;
 // Seconds that a window must stay in one place to be looked at.
 constexpr double kWindowStay = 0.5;
 
-/// Screen pixels as 64-bit differences, so that no edge overflows.
-double local(std::int32_t edge, std::int32_t origin) {
-    return static_cast<double>(static_cast<long long>(edge) - static_cast<long long>(origin));
-}
-
-RealRect localRect(const Rectangle& r, const Rectangle& region) {
-    return {local(r.left, region.left), local(r.top, region.top), local(r.right, region.left),
-            local(r.bottom, region.top)};
-}
-
 bool isPress(std::int32_t action) { return action == 0 || action == 2 || action == 4; }
 
 /// The cursor at a moment: its last sample, or its first one before that.
@@ -45,7 +35,7 @@ void readChanges(const Params& params, const Rectangle& region, JudgedSession& s
     const double repaint = kRepaintShare * area(session.whole);
     std::map<double, std::vector<RealRect>> steps;
     for (const OV_TIME_RECT& dirty : params.dirtyRects()) {
-        const RealRect rect = intersection(localRect(dirty.rect, region), session.whole);
+        const RealRect rect = intersection(toLocal(dirty.rect, region), session.whole);
         if (isEmpty(rect) || area(rect) < kSpeckArea || area(rect) > repaint) {
             continue;
         }
@@ -60,7 +50,7 @@ void readChanges(const Params& params, const Rectangle& region, JudgedSession& s
 void readSmallWindows(const Params& params, const Rectangle& region, JudgedSession& session) {
     std::vector<JudgedWindow> runs;
     for (const OV_TIME_RECT& window : params.foreWindows()) {
-        const RealRect rect = intersection(localRect(window.rect, region), session.whole);
+        const RealRect rect = intersection(toLocal(window.rect, region), session.whole);
         const double seconds = static_cast<double>(window.time) / params.timeScale();
         if (!runs.empty()) {
             runs.back().to = seconds;
@@ -83,12 +73,12 @@ JudgedSession judgedSession(const Params& params) {
     JudgedSession session;
     const double scale = params.timeScale();
     const Rectangle region = params.recordingRegions().at(0).rect;
-    session.whole = {0.0, 0.0, local(region.right, region.left), local(region.bottom, region.top)};
+    session.whole = {0.0, 0.0, toLocal(region.right, region.left), toLocal(region.bottom, region.top)};
     session.start = static_cast<double>(params.clipStart()) / scale;
     session.stop = static_cast<double>(params.clipStop()) / scale;
     for (const OV_MOUSE_LOCATION& sample : params.cursorLocations()) {
         session.cursor.push_back(
-            {static_cast<double>(sample.time) / scale, local(sample.x, region.left), local(sample.y, region.top)});
+            {static_cast<double>(sample.time) / scale, toLocal(sample.x, region.left), toLocal(sample.y, region.top)});
     }
     for (const OV_MOUSE_ACTION& action : params.cursorActions()) {
         if (!isPress(action.action)) {
@@ -101,7 +91,7 @@ JudgedSession judgedSession(const Params& params) {
         }
     }
     for (const OV_TIME_RECT& caret : params.caretRects()) {
-        const RealRect rect = localRect(caret.rect, region);
+        const RealRect rect = toLocal(caret.rect, region);
         if (containsPoint(session.whole, rect.left, rect.top)) {
             session.carets.push_back({static_cast<double>(caret.time) / scale, rect});
         }

@@ -10,6 +10,9 @@
 
 namespace OrvantaNS {
 
+/// Stands where a frame heeds no window.
+inline constexpr Rectangle kNoWindow{};
+
 /// `right` less `left`, not clamped: negative for an inverted rectangle.
 constexpr std::int32_t width(const Rectangle& r) { return wrapSub(r.right, r.left); }
 

@@ -8,6 +8,9 @@
 
 namespace OrvantaNS {
 
+/// Samples, frames or objects that a plain scan passes in the time of one step of those that are counted here.
+inline constexpr std::uint64_t kPassedPerStep = 8;
+
 /// Asks the reporter, which must not be null, whether to stop. Throws `OVERR_USER_CANCELLED`.
 void askWhetherToStop(OV_DATA_STORE& store);
 

@@ -11,8 +11,8 @@ namespace OrvantaNS {
 /// Takes the first copy of the value off the list. False when it is not in the list.
 inline bool eraseFirst(std::vector<std::uint32_t>& list, std::uint32_t value) {
     // So many are moved up without a jump for each.
-    constexpr std::size_t kFew = 12;
-    if (list.size() > kFew) {
+    constexpr std::size_t kShort = 12;
+    if (list.size() > kShort) {
         const auto found = std::find(list.begin(), list.end(), value);
         if (found == list.end()) {
             return false;

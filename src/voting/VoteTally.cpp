@@ -21,7 +21,7 @@ namespace {
 using RectangleEventData = OrvantaVotingAlgorithm::RectangleEventData;
 using RectangleEventRun = OrvantaVotingAlgorithm::RectangleEventRun;
 
-constexpr long long kLastTick = std::numeric_limits<long long>::max();
+constexpr long long kLatestTick = std::numeric_limits<long long>::max();
 
 // Reports each tick of the votes in turn.
 void reportTicks(const VoteRuns& votes, ProgressReporter& reporter, const Interval_Type<int>& progress) {
@@ -30,7 +30,7 @@ void reportTicks(const VoteRuns& votes, ProgressReporter& reporter, const Interv
     }
 }
 
-bool isEarlier(const RectangleEventRun& a, const RectangleEventRun& b) { return a.first.time < b.first.time; }
+bool beginsEarlier(const RectangleEventRun& a, const RectangleEventRun& b) { return a.first.time < b.first.time; }
 
 long long lastTime(const RectangleEventRun& run) {
     return wrapAdd(run.first.time, wrapMul(run.step, static_cast<long long>(run.count - 1)));
@@ -52,7 +52,7 @@ std::vector<RectangleEventRun> takeApart(const std::vector<RectangleEventRun>& r
         const auto next = lastByFirst.lower_bound(first);
         if (next != lastByFirst.begin()) {
             const long long before = std::prev(next)->second;
-            if (before > kLastTick - fade) {
+            if (before > kLatestTick - fade) {
                 continue;
             }
             first = std::max(first, before + fade);
@@ -72,7 +72,7 @@ std::vector<RectangleEventRun> takeApart(const std::vector<RectangleEventRun>& r
 // past the end of the clock for the last -fade ticks, the late ones, and comes out below every tick. That makes two
 // late events overlap always, an early and a late one when they stand more than -fade apart, and two early ones never.
 std::vector<RectangleEventRun> takeWithoutDistance(const std::vector<RectangleEventRun>& runs, long long fade) {
-    const long long lastEarly = kLastTick + fade;
+    const long long lastEarly = kLatestTick + fade;
     std::vector<RectangleEventRun> taken;
     std::optional<long long> firstEarlyTaken;
     std::optional<long long> lateTaken;
@@ -124,7 +124,7 @@ OrvantaVotingAlgorithm::timeSortedVectorOfNonOverlappingRectangleEventData(const
                                                                            long long fadeDuration) const {
     std::vector<RectangleEventRun> taken =
         fadeDuration > 0 ? takeApart(events, fadeDuration) : takeWithoutDistance(events, fadeDuration);
-    std::sort(taken.begin(), taken.end(), isEarlier);
+    std::sort(taken.begin(), taken.end(), beginsEarlier);
     return taken;
 }
 

@@ -8,6 +8,7 @@
 
 #include "frame/Geometry.h"
 #include "frame/NearSearch.h"
+#include "frame/Steps.h"
 #include "parser/walk/ZoneWalk.h"
 
 namespace OrvantaNS {
@@ -22,8 +23,6 @@ constexpr double kDoubleClickSeconds = 0.5;
 constexpr std::int32_t kDoubleClickPixels = 5;
 // A longer pause between two wheel steps ends the run, seconds.
 constexpr double kScrollGapSeconds = 1.0;
-// Samples of the cursor that are read in the time of one step.
-constexpr std::uint32_t kReadPerStep = 8;
 
 bool isPress(std::int32_t code) { return code == 0 || code == 2 || code == 4; }
 
@@ -84,7 +83,7 @@ Rectangle DataParser::getClickRect(const Params& params, unsigned int down, unsi
         release = sample;
         location = i;
     }
-    count(1 + (location - first) / kReadPerStep);
+    count(1 + (location - first) / kPassedPerStep);
     return spannedBy(press, release);
 }
 

@@ -3,6 +3,7 @@
 #include "parser/DataParser.h"
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/cursor/StillPoint.h"
 #include "parser/walk/ZoneWalk.h"
 
@@ -12,8 +13,6 @@ namespace {
 
 // Near its anchor for longer than this, seconds, the cursor rests.
 constexpr double kLingerSeconds = 0.5;
-// Samples that are read in the time of one step.
-constexpr std::size_t kReadPerStep = 8;
 
 // Whether `next` goes on in the direction from `first` to `last`, or falls back by no more than the tremor from the
 // furthest reach. A stroke that has not moved on the axis counts as going down it; standing still always continues.
@@ -151,7 +150,7 @@ void DataParser::createOffScreenPrimitive(unsigned int, OV_DATA_STORE&, MOUSE_ID
 OV_MOUSE_LOCATION DataParser::getMouseAtTime(const Params& params, long long time) {
     const bool inOrder = walk_ != nullptr && walk_->streams.standsFor(params) && walk_->streams.areLocationsInOrder();
     if (!inOrder) {
-        count(params.cursorLocations().size() / kReadPerStep); // at most
+        count(params.cursorLocations().size() / kPassedPerStep); // at most
     }
     return sampleFrom(params.cursorLocations(), skipLocation, time, inOrder);
 }

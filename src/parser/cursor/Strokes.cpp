@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "frame/Geometry.h"
+#include "frame/Steps.h"
 #include "parser/meaning/WorkingList.h"
 
 namespace OrvantaNS {
@@ -17,8 +18,7 @@ constexpr std::int64_t kPiecePixels = 4;
 // A stroke shorter than this, seconds, and larger than that on an axis, pixels, is a flick across the screen.
 constexpr double kFlickSeconds = 0.25;
 constexpr std::int32_t kFlickPixels = 320;
-// Points or objects that are passed, and strokes that are moved, in the time of one step.
-constexpr std::size_t kPassedPerStep = 8;
+// Strokes that are moved in the time of one step.
 constexpr std::size_t kMovedPerStep = 2;
 
 bool isPoint(const MOUSE_STROKE& stroke) {

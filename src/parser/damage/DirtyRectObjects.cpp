@@ -8,6 +8,7 @@
 
 #include "frame/Geometry.h"
 #include "frame/InForce.h"
+#include "frame/Steps.h"
 #include "parser/damage/AreaMatch.h"
 #include "parser/flood/DirtyRectFlood.h"
 #include "parser/walk/ZoneWalk.h"
@@ -19,9 +20,8 @@ namespace {
 // An area keeps its identity over a gap between sightings of up to this long, seconds.
 constexpr double kSightingGapSeconds = 1.5;
 
-// Pairs of rectangles that are compared, and areas or frames that are passed, in the time of one step.
+// Pairs of rectangles that are compared in the time of one step.
 constexpr std::uint64_t kPairsPerStep = 16;
-constexpr std::uint64_t kPassedPerStep = 8;
 // Work on one moment, and on one cluster of it, steps.
 constexpr std::uint64_t kStepsPerMoment = 2;
 constexpr std::uint64_t kStepsPerArea = 2;

@@ -15,9 +15,6 @@ namespace OrvantaNS {
 
 namespace {
 
-// Frames that a plain scan passes in the time of one step.
-constexpr std::uint64_t kScannedPerStep = 8;
-
 bool isDue(long long head, long long next) { return head > 0 && head <= next; }
 
 } // namespace
@@ -157,7 +154,7 @@ void DataParser::findFullScreenDR(const Params& params, OV_DATA_STORE& store, In
         if (!(object.bounds == region)) {
             continue;
         }
-        countSteps(store, object.frames.size() / kScannedPerStep);
+        countSteps(store, object.frames.size() / kPassedPerStep);
         for (std::uint32_t j = 0; j < object.frames.size(); ++j) {
             const OV_TIME_RECT& frame = object.frames[j];
             if (frame.time < interval.start || frame.time > interval.stop || !(frame.rect == region)) {

@@ -13,7 +13,7 @@ namespace OrvantaNS {
 namespace {
 
 // Up to this many objects the list is simply read: that costs less than an index.
-constexpr std::size_t kFewObjects = 128;
+constexpr std::size_t kShortList = 128;
 // Positions that share a leaf of the tree, which saves most of its memory.
 constexpr std::size_t kBlock = 16;
 
@@ -55,7 +55,7 @@ bool WorkingList::mayBecome(Kind kind, std::uint32_t type) {
     return isOf(kind, type) || (kind == Menus && type == ActiveWindow);
 }
 
-bool WorkingList::isLong() const { return objects_.size() > kFewObjects; }
+bool WorkingList::isLong() const { return objects_.size() > kShortList; }
 
 WorkingList::Bounds WorkingList::around(const Bounds& a, const Bounds& b) {
     return {std::min(a.earliestStart, b.earliestStart),

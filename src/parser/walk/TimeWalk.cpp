@@ -15,8 +15,6 @@ namespace OrvantaNS {
 
 namespace {
 
-// Samples that are skipped in the time of one step.
-constexpr std::uint64_t kSkippedPerStep = 8;
 // The head of a stream that is exhausted.
 constexpr long long kAbsent = -1;
 
@@ -138,13 +136,13 @@ void DataParser::skipAllButDirtyRects(const Params& params, OV_DATA_STORE& store
     skipStream(params.caretRects(), skipCaret, time);
     skipStream(params.foreWindows(), skipForeWindow, time);
     skipStream(drObjects, skipDRObject, time, &DR_OBJECT::stop);
-    countSteps(store, (passed() - before) / kSkippedPerStep);
+    countSteps(store, (passed() - before) / kPassedPerStep);
 }
 
 void DataParser::skipDirtyRects(const Params& params, OV_DATA_STORE& store, long long time, const ReadSamples& read) {
     const std::uint32_t before = skipDirtyRect;
     skipStream(params.dirtyRects(), skipDirtyRect, time, &OV_TIME_RECT::time, read.latest < time ? read.end : 0);
-    countSteps(store, (skipDirtyRect - before) / kSkippedPerStep);
+    countSteps(store, (skipDirtyRect - before) / kPassedPerStep);
 }
 
 void DataParser::processCaret(unsigned int, const Params&, OV_DATA_STORE&) { ++nextCaret; }

@@ -27,8 +27,6 @@ constexpr double kShortestLeadSeconds = 0.3;
 // Work on one frame, steps.
 constexpr std::uint64_t kStepsPerFrame = 16;
 
-constexpr Rectangle kNoWindow{};
-
 Rectangle firstLocalRegion(const Params& params) { return localRegion(params.recordingRegions().at(0).rect); }
 
 // Frames `rect` with no regard to a window or to value.

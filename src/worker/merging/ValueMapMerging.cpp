@@ -22,7 +22,7 @@ namespace {
 constexpr double kHotTier = 4.0;
 
 // Pairs of rectangles that are compared in the time of one step.
-constexpr std::uint64_t kPairsPerStep = 32;
+constexpr std::uint64_t kSpacePairsPerStep = 32;
 
 using Spaces = std::vector<std::pair<Rectangle, double>>;
 
@@ -111,7 +111,7 @@ void mergeIntoFirst(const OrvantaWorker& worker, OV_DATA_STORE& store, VS_VALUE_
     for (const std::pair<Rectangle, double>& layer : layers.spaces) {
         addLayer(stack.spaces, layer);
     }
-    countSteps(store, 1 + std::uint64_t{stack.spaces.size()} * stack.spaces.size() / kPairsPerStep);
+    countSteps(store, 1 + std::uint64_t{stack.spaces.size()} * stack.spaces.size() / kSpacePairsPerStep);
     sortByDensity(stack.spaces);
     ValueSpace::cleanValueMap(stack);
 

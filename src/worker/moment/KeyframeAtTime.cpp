@@ -23,8 +23,6 @@ constexpr double kValueSeconds = 3.0;
 // How far from the moment a window may have been in motion, seconds.
 constexpr double kAnimationSeconds = 0.2;
 
-constexpr Rectangle kNoWindow{};
-
 // A quarter larger than the target still counts as fitting it. The product needs 64 bits at the ends of the range.
 bool nearlyFits(std::int32_t extent, std::int32_t target) { return extent <= std::int64_t{5} * target / 4; }
 

@@ -27,8 +27,6 @@ constexpr double kLongestSeconds = 3.0;
 constexpr double kLookAheadSeconds = 1.0;
 // The rate at which a probe counts as focused: a probe just there runs on for a second.
 constexpr double kFocusRate = 4.0;
-// Objects that a plain scan passes in the time of one step.
-constexpr std::uint64_t kScannedPerStep = 8;
 // A trigger with this share of its area in the focus lies in it, percent.
 constexpr std::int64_t kInFocusPercent = 95;
 // How far an edge of the focus must have moved for the focus to have moved, pixels.
@@ -183,11 +181,11 @@ unsigned int OrvantaWorker::getFirstTriggerObject(OV_DATA_STORE& store, double t
     const auto count = static_cast<unsigned int>(store.valueObjects.size());
     for (unsigned int i = from; i < count; ++i) {
         if (store.valueObjects[i].start > time && isTrigger(store.valueObjects[i])) {
-            countSteps(store, (i - from) / kScannedPerStep);
+            countSteps(store, (i - from) / kPassedPerStep);
             return i;
         }
     }
-    countSteps(store, (count - std::min(from, count)) / kScannedPerStep);
+    countSteps(store, (count - std::min(from, count)) / kPassedPerStep);
     return count;
 }
 
@@ -209,7 +207,7 @@ double OrvantaWorker::getNextWindowTime(OV_DATA_STORE& store, double time) const
     window = std::find_if(from, windows.end(), [&](const OV_VALUE_OBJECT& object) {
         return object.type == ActiveWindow && object.start > time;
     });
-    countSteps(store, static_cast<std::uint64_t>(window - from) / kScannedPerStep);
+    countSteps(store, static_cast<std::uint64_t>(window - from) / kPassedPerStep);
     return window == windows.end() ? time : window->start;
 }
 
@@ -218,7 +216,7 @@ bool OrvantaWorker::getConstantWindow(OV_DATA_STORE& store, Interval_Type<double
     const auto found = std::find_if(windows.begin(), windows.end(), [&](const OV_VALUE_OBJECT& object) {
         return object.type == ActiveWindow && object.start <= interval.start && object.stop >= interval.stop;
     });
-    countSteps(store, static_cast<std::uint64_t>(found - windows.begin()) / kScannedPerStep);
+    countSteps(store, static_cast<std::uint64_t>(found - windows.begin()) / kPassedPerStep);
     if (found == windows.end()) {
         return false;
     }

@@ -17,8 +17,6 @@ namespace OrvantaNS {
 
 namespace {
 
-// Objects that a plain scan passes in the time of one step.
-constexpr std::uint64_t kScannedPerStep = 8;
 // Work on one object when its worth is integrated, steps.
 constexpr std::uint64_t kStepsPerIntegral = 4;
 
@@ -85,7 +83,7 @@ void OrvantaWorker::advanceValueSpace(OV_DATA_STORE& store, double time, ValueSp
             store.firstActiveObject = i;
         }
     }
-    countSteps(store, (store.nextObject - first) / kScannedPerStep);
+    countSteps(store, (store.nextObject - first) / kPassedPerStep);
     StepCounter steps(store);
     std::vector<std::uint32_t> leaving;
     const auto& placed = space.placedObjects();

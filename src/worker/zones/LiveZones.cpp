@@ -18,8 +18,6 @@ namespace {
 
 // Seconds beyond the animated move for which the picture is in flux around a change of region.
 constexpr double kQuietSeconds = 1.0;
-// Samples of a stream that are read in the time of one step.
-constexpr std::size_t kReadPerStep = 8;
 
 bool isWindowObject(const OV_VALUE_OBJECT& object) {
     return object.type == ForeAnimate || object.type == ActiveWindow || object.type == FullScreenDirty;
@@ -63,7 +61,7 @@ void OrvantaWorker::parseLiveZones(const Params& params, OV_DATA_STORE& store) c
 
 void OrvantaWorker::parseObjectData(const Params& params, OV_DATA_STORE& store, DataParser& parser) const {
     const StreamIndex streams(params);
-    countSteps(store, (params.cursorActions().size() + params.cursorLocations().size()) / kReadPerStep);
+    countSteps(store, (params.cursorActions().size() + params.cursorLocations().size()) / kPassedPerStep);
     for (std::uint32_t zone = 0; zone < store.liveZones.size(); ++zone) {
         store.currentZone = zone;
         parser.processLiveZone(zone, params, store, streams);

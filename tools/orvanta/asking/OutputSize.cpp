@@ -14,7 +14,7 @@ constexpr std::int32_t kLeastEven = 2;       // Pixels.
 constexpr std::int32_t kLeastPlanned = 64;   // Pixels: the engines want no smaller frame.
 constexpr std::int32_t kMostPlanned = 65536; // Pixels: more than any recording has, and far from overflow.
 
-std::int32_t evenBelow(double side) {
+std::int32_t boundedEvenBelow(double side) {
     const double bounded = std::clamp(side, static_cast<double>(kLeastEven), static_cast<double>(kMostPlanned));
     return static_cast<std::int32_t>(std::floor(bounded / 2.0 + 1e-9)) * 2;
 }
@@ -28,22 +28,22 @@ std::int32_t wholeNear(double side) {
 
 FrameSize outputSize(const std::optional<SizeOption>& option, const FrameSize& video) {
     if (!option) {
-        return {evenBelow(video.width), evenBelow(video.height)};
+        return {boundedEvenBelow(video.width), boundedEvenBelow(video.height)};
     }
     if (option->kind == SizeOption::Kind::Pixels) {
         return option->pixels;
     }
     if (option->kind == SizeOption::Kind::Scale) {
-        return {evenBelow(video.width * option->scale), evenBelow(video.height * option->scale)};
+        return {boundedEvenBelow(video.width * option->scale), boundedEvenBelow(video.height * option->scale)};
     }
     const double aspect = option->aspectWidth / option->aspectHeight;
     const double fittedWidth = std::min(static_cast<double>(video.width), video.height * aspect);
-    return {evenBelow(fittedWidth), evenBelow(fittedWidth / aspect)};
+    return {boundedEvenBelow(fittedWidth), boundedEvenBelow(fittedWidth / aspect)};
 }
 
 FrameSize previewSize(const FrameSize& output) {
     constexpr double kShare = 4.0;
-    return {evenBelow(output.width / kShare), evenBelow(output.height / kShare)};
+    return {boundedEvenBelow(output.width / kShare), boundedEvenBelow(output.height / kShare)};
 }
 
 std::optional<FrameSize> plannedSize(const FrameSize& output, double maxZoom, const FrameSize& video,

@@ -20,21 +20,21 @@ namespace {
 constexpr std::size_t kMostBytes = std::size_t{64} << 20;
 
 /// What the parser's callbacks fill.
-struct Reading {
+struct TableParse {
     std::vector<CsvRow> rows;
     std::vector<std::string> fields;
     long long line = 1;
 };
 
 void endField(void* bytes, std::size_t size, void* context) {
-    auto& reading = *static_cast<Reading*>(context);
+    auto& parse = *static_cast<TableParse*>(context);
     std::string field = bytes == nullptr ? std::string() : std::string(static_cast<const char*>(bytes), size);
-    reading.fields.push_back(std::move(field));
+    parse.fields.push_back(std::move(field));
 }
 
 void endRow(int, void* context) {
-    auto& reading = *static_cast<Reading*>(context);
-    reading.rows.push_back({reading.line, std::exchange(reading.fields, {})});
+    auto& parse = *static_cast<TableParse*>(context);
+    parse.rows.push_back({parse.line, std::exchange(parse.fields, {})});
 }
 
 } // namespace
@@ -48,27 +48,27 @@ CsvTable::CsvTable(std::string_view text, std::string name) : name_(std::move(na
     if (csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI) != 0) {
         throw InputError(fmt::format("{}: cannot be read as CSV", name_));
     }
-    Reading reading;
+    TableParse parse;
     // Line by line, so that every record knows the line on which it ends, whatever the line ends are.
     bool isRead = true;
     while (isRead && !text.empty()) {
         const std::string_view line = text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
-        isRead = csv_parse(&parser, line.data(), line.size(), endField, endRow, &reading) == line.size();
+        isRead = csv_parse(&parser, line.data(), line.size(), endField, endRow, &parse) == line.size();
         text.remove_prefix(line.size());
-        reading.line += isRead && !text.empty() ? 1 : 0;
+        parse.line += isRead && !text.empty() ? 1 : 0;
     }
-    isRead = isRead && csv_fini(&parser, endField, endRow, &reading) == 0;
+    isRead = isRead && csv_fini(&parser, endField, endRow, &parse) == 0;
     csv_free(&parser);
     if (!isRead) {
         throw InputError(
-            fmt::format("{}:{}: no CSV: a quote stands where none may, or is never closed", name_, reading.line));
+            fmt::format("{}:{}: no CSV: a quote stands where none may, or is never closed", name_, parse.line));
     }
-    if (reading.rows.empty()) {
+    if (parse.rows.empty()) {
         throw InputError(fmt::format("{}: is empty; expected a line of column names", name_));
     }
-    names_ = std::move(reading.rows.front().fields);
-    reading.rows.erase(reading.rows.begin());
-    rows_ = std::move(reading.rows);
+    names_ = std::move(parse.rows.front().fields);
+    parse.rows.erase(parse.rows.begin());
+    rows_ = std::move(parse.rows);
     for (const CsvRow& row : rows_) {
         if (row.fields.size() != names_.size()) {
             fail(row, fmt::format("has {} fields; the first line names {}", row.fields.size(), names_.size()));

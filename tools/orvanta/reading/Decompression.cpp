@@ -15,14 +15,14 @@ namespace OrvantaNS::command {
 
 namespace {
 
-constexpr std::size_t kChunkBytes = std::size_t{64} << 10;
+constexpr std::size_t kPackedChunkBytes = std::size_t{64} << 10;
 constexpr std::string_view kGzipStart = "\x1f\x8b";
 constexpr std::string_view kZstdStart = "\x28\xb5\x2f\xfd";
 
 /// Packed bytes, a chunk at a time.
 class PackedBytes {
 public:
-    explicit PackedBytes(ByteSource source) : source_(std::move(source)), buffer_(kChunkBytes) {}
+    explicit PackedBytes(ByteSource source) : source_(std::move(source)), buffer_(kPackedChunkBytes) {}
 
     /// The bytes in hand; brings more when there are fewer than `least`, as far as there are.
     std::string_view peek(std::size_t least = 1) {

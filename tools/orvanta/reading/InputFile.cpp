@@ -26,14 +26,14 @@ namespace OrvantaNS::command {
 
 namespace {
 
-struct CloseFile {
+struct CloseInput {
     void operator()(std::FILE* file) const {
         if (file != stdin) {
             std::fclose(file);
         }
     }
 };
-using File = std::unique_ptr<std::FILE, CloseFile>;
+using InputHandle = std::unique_ptr<std::FILE, CloseInput>;
 
 #if defined(ORVANTA_HAS_PSELECT)
 
@@ -86,7 +86,7 @@ std::ptrdiff_t readSome(std::FILE* file, char* to, std::size_t size) {
 } // namespace
 
 ByteSource openInput(const std::string& path, const std::string& name) {
-    File opened(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
+    InputHandle opened(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
     if (opened == nullptr) {
         const int reason = errno;
         // Windows does not open folders; elsewhere they turn out to be ones when they are read.

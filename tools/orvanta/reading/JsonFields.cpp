@@ -133,6 +133,19 @@ std::int32_t JsonFields::pixels(std::string_view name) const {
         integer(name, std::numeric_limits<std::int32_t>::lowest(), std::numeric_limits<std::int32_t>::max()));
 }
 
+Rectangle JsonFields::rectangle() const {
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    const std::int64_t left = pixels("left");
+    const std::int64_t top = pixels("top");
+    const std::int64_t right = left + integer("width", 1, kMost);
+    const std::int64_t bottom = top + integer("height", 1, kMost);
+    if (right > kMost || bottom > kMost) {
+        fail({}, "the rectangle reaches beyond what can be counted");
+    }
+    return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(right), static_cast<std::int32_t>(top),
+            static_cast<std::int32_t>(bottom)};
+}
+
 double JsonFields::number(std::string_view name) const {
     const json& value = field(name);
     if (!value.is_number()) {

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Rectangle.h"
 #include "reading/LineReader.h"
 
 namespace OrvantaNS::command {
@@ -35,6 +36,8 @@ public:
     long long integer(std::string_view name, long long lowest, long long highest) const;
     long long integer(std::string_view name) const;
     std::int32_t pixels(std::string_view name) const;
+    /// The rectangle that `left`, `top`, `width` and `height` tell; its far corner has to be a number of 32 bits too.
+    Rectangle rectangle() const;
     double number(std::string_view name) const;
     std::string text(std::string_view name) const;
     bool isText(std::string_view name) const;

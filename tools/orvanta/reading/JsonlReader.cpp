@@ -24,7 +24,7 @@ static_assert(LineReader::kPadding >= simdjson::SIMDJSON_PADDING);
 constexpr std::string_view kFormat = "orvanta-recording";
 constexpr std::int64_t kVersion = 1;
 
-bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r") == std::string_view::npos; }
+bool isBlankLine(std::string_view line) { return line.find_first_not_of(" \t\r") == std::string_view::npos; }
 
 [[noreturn]] void failSyntax(const LineReader& lines, simdjson::error_code error) {
     switch (error) {
@@ -326,7 +326,7 @@ void readEvent(const dom::element& element, const LineReader& lines, Recording& 
 
 /// Refuses what a tolerant reading passes over in the current line.
 void checkStrictly(const LineReader& lines) {
-    if (isBlank(lines.line())) {
+    if (isBlankLine(lines.line())) {
         lines.fail("the line is empty");
     }
     if (lines.line().back() == '\r') {
@@ -351,7 +351,7 @@ Recording readJsonLines(LineReader& lines, bool strict) {
         if (strict) {
             checkStrictly(lines);
         }
-        if (isBlank(lines.line())) {
+        if (isBlankLine(lines.line())) {
             continue;
         }
         dom::element element;

@@ -28,18 +28,6 @@ Size sizeOf(const JsonFields& fields) {
             static_cast<std::int32_t>(fields.integer("height", 1, kMostPixels))};
 }
 
-/// Rectangles are given by corner and size; the far corner must be a number of 32 bits too.
-Rectangle rectOf(const JsonFields& fields) {
-    const std::int64_t left = fields.pixels("left");
-    const std::int64_t top = fields.pixels("top");
-    const Size size = sizeOf(fields);
-    if (left + size.width > kMostPixels || top + size.height > kMostPixels) {
-        fields.fail({}, "the rectangle reaches beyond what can be counted");
-    }
-    return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(left + size.width),
-            static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + size.height)};
-}
-
 void requireFormat(const JsonFields& fields) {
     if (!fields.has("format") || !fields.isText("format") || fields.text("format") != kPathFormat) {
         fields.fail("format", fmt::format("this is no camera path; \"format\" must be \"{}\"", kPathFormat));
@@ -97,7 +85,7 @@ long long tickOf(const JsonFields& fields, double scale) {
 PlannedKeyframe keyframeOf(const JsonFields& fields, double scale) {
     PlannedKeyframe keyframe;
     keyframe.frame.time = tickOf(fields, scale);
-    keyframe.frame.rect = rectOf(fields);
+    keyframe.frame.rect = fields.rectangle();
     if (fields.has("reason")) {
         keyframe.reason = fields.text("reason");
     }

@@ -32,19 +32,6 @@ CameraStretch stretchOf(const JsonFields& fields, const CameraSetup& setup) {
     return stretch;
 }
 
-Rectangle rectOf(const JsonFields& fields) {
-    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-    const std::int64_t left = fields.pixels("left");
-    const std::int64_t top = fields.pixels("top");
-    const std::int64_t right = left + fields.integer("width", 1, kMost);
-    const std::int64_t bottom = top + fields.integer("height", 1, kMost);
-    if (right > kMost || bottom > kMost) {
-        fields.fail({}, "the rectangle reaches beyond what can be counted");
-    }
-    return {static_cast<std::int32_t>(left), static_cast<std::int32_t>(right), static_cast<std::int32_t>(top),
-            static_cast<std::int32_t>(bottom)};
-}
-
 double zoomOf(const JsonFields& fields, std::string_view name) {
     const double zoom = fields.number(name);
     if (!(zoom > 0.0)) {
@@ -71,7 +58,7 @@ CameraWishes wishesOf(const nlohmann::json& document, const std::string& name, c
     fields.refuseOthers({"format", "version", "pins", "whole", "keepOut", "leastZoom", "greatestZoom", "leastRest"});
     for (const JsonFields& pin : fields.objects("pins")) {
         pin.refuseOthers({"from", "to", "left", "top", "width", "height"});
-        wishes.pins.push_back({stretchOf(pin, setup), rectOf(pin)});
+        wishes.pins.push_back({stretchOf(pin, setup), pin.rectangle()});
     }
     for (const JsonFields& whole : fields.objects("whole")) {
         whole.refuseOthers({"from", "to"});

@@ -20,7 +20,7 @@ namespace OrvantaNS::render {
 
 namespace {
 
-constexpr const char* kFailure = "the GIF cannot be made";
+constexpr const char* kGifFailure = "the GIF cannot be made";
 constexpr AVRational kGifTick{1, 100}; // Seconds: what the format counts in.
 // Browsers show pictures that last a hundredth or less for a tenth of a second instead.
 constexpr std::int64_t kLeastTicks = 2;
@@ -40,12 +40,14 @@ public:
         const int code = avfilter_graph_parse2(graph_.get(), text.c_str(), &inputs, &outputs);
         avfilter_inout_free(&inputs);
         avfilter_inout_free(&outputs);
-        checkAv(code, kFailure);
-        checkAv(avfilter_graph_config(graph_.get(), nullptr), kFailure);
+        checkAv(code, kGifFailure);
+        checkAv(avfilter_graph_config(graph_.get(), nullptr), kGifFailure);
     }
 
     /// Null tells that there are no more.
-    void add(const char* input, AVFrame* picture) { checkAv(av_buffersrc_add_frame(find(input), picture), kFailure); }
+    void add(const char* input, AVFrame* picture) {
+        checkAv(av_buffersrc_add_frame(find(input), picture), kGifFailure);
+    }
     /// Null when there is none yet.
     FramePointer take() {
         FramePointer frame = newFrame();
@@ -53,7 +55,7 @@ public:
         if (code == AVERROR(EAGAIN) || code == AVERROR_EOF) {
             return nullptr;
         }
-        checkAv(code, kFailure);
+        checkAv(code, kGifFailure);
         return frame;
     }
 
@@ -61,7 +63,7 @@ private:
     AVFilterContext* find(const char* name) {
         AVFilterContext* filter = avfilter_graph_get_filter(graph_.get(), name);
         if (filter == nullptr) {
-            throw RenderError(kFailure);
+            throw RenderError(kGifFailure);
         }
         return filter;
     }
@@ -132,7 +134,7 @@ RenderOutcome renderGif(VideoReader& reader, const RenderJob& job, OutputFile& f
     colours.add("buffer@in", nullptr);
     const FramePointer palette = colours.take();
     if (palette == nullptr) {
-        throw RenderError(kFailure);
+        throw RenderError(kGifFailure);
     }
 
     PictureFilter painter(plan.form, fmt::format("format=bgra[pictures];buffer@palette=width={}:height={}:pix_fmt={}:"

@@ -19,7 +19,7 @@ namespace OrvantaNS::render {
 
 namespace {
 
-constexpr const char* kFailure = "the sound cannot be encoded anew";
+constexpr const char* kSoundFailure = "the sound cannot be encoded anew";
 constexpr std::int64_t kBitsPerChannel = 96000; // A second: transparent for speech, good for music, with AAC and Opus.
 constexpr int kOpusRate = 48000;                // Samples a second; Opus knows no other that matters.
 constexpr int kMostChannels = 8;                // Of what AAC and Opus take.
@@ -64,7 +64,7 @@ SoundTrack::SoundTrack(const AVStream& source, const MediaForm& form, const Vide
         stream_ = writer.addSound(*parameters, encoder_->time_base, source);
     }
     avcodec_parameters_free(&parameters);
-    checkAv(code, kFailure);
+    checkAv(code, kSoundFailure);
 }
 
 void SoundTrack::openDecoder(const AVStream& source) {
@@ -75,9 +75,9 @@ void SoundTrack::openDecoder(const AVStream& source) {
     }
     decoder_.reset(avcodec_alloc_context3(codec));
     checkAv(decoder_ == nullptr ? AVERROR(ENOMEM) : avcodec_parameters_to_context(decoder_.get(), source.codecpar),
-            kFailure);
+            kSoundFailure);
     decoder_->pkt_timebase = source.time_base;
-    checkAv(avcodec_open2(decoder_.get(), codec, nullptr), kFailure);
+    checkAv(avcodec_open2(decoder_.get(), codec, nullptr), kSoundFailure);
     if (decoder_->ch_layout.order == AV_CHANNEL_ORDER_UNSPEC) {
         const int channels = decoder_->ch_layout.nb_channels;
         av_channel_layout_uninit(&decoder_->ch_layout);
@@ -98,7 +98,7 @@ void SoundTrack::openEncoder(const MediaForm& form) {
     }
     const int channels = std::clamp(decoder_->ch_layout.nb_channels, 1, kMostChannels);
     if (channels == decoder_->ch_layout.nb_channels && channels <= 2) {
-        checkAv(av_channel_layout_copy(&encoder_->ch_layout, &decoder_->ch_layout), kFailure);
+        checkAv(av_channel_layout_copy(&encoder_->ch_layout, &decoder_->ch_layout), kSoundFailure);
     } else {
         av_channel_layout_default(&encoder_->ch_layout, channels);
     }
@@ -109,7 +109,7 @@ void SoundTrack::openEncoder(const MediaForm& form) {
     if (writer_.wantsGlobalHeader()) {
         encoder_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     }
-    checkAv(avcodec_open2(encoder_.get(), codec, nullptr), kFailure);
+    checkAv(avcodec_open2(encoder_.get(), codec, nullptr), kSoundFailure);
 }
 
 void SoundTrack::openFilter(const VideoClip& clip) {
@@ -131,12 +131,12 @@ void SoundTrack::openFilter(const VideoClip& clip) {
     const int code = avfilter_graph_parse2(graph_.get(), text.c_str(), &inputs, &outputs);
     avfilter_inout_free(&inputs);
     avfilter_inout_free(&outputs);
-    checkAv(code, kFailure);
-    checkAv(avfilter_graph_config(graph_.get(), nullptr), kFailure);
+    checkAv(code, kSoundFailure);
+    checkAv(avfilter_graph_config(graph_.get(), nullptr), kSoundFailure);
     in_ = avfilter_graph_get_filter(graph_.get(), "abuffer@in");
     out_ = avfilter_graph_get_filter(graph_.get(), "abuffersink@out");
     if (in_ == nullptr || out_ == nullptr) {
-        throw RenderError(kFailure);
+        throw RenderError(kSoundFailure);
     }
     if ((encoder_->codec->capabilities & AV_CODEC_CAP_VARIABLE_FRAME_SIZE) == 0 && encoder_->frame_size > 0) {
         av_buffersink_set_frame_size(out_, static_cast<unsigned>(encoder_->frame_size));
@@ -178,7 +178,7 @@ void SoundTrack::decode(const AVPacket* packet) {
     }
     while (avcodec_receive_frame(decoder_.get(), frame_.get()) >= 0) {
         frame_->pts = frame_->best_effort_timestamp;
-        checkAv(av_buffersrc_add_frame(in_, frame_.get()), kFailure);
+        checkAv(av_buffersrc_add_frame(in_, frame_.get()), kSoundFailure);
         encodeFiltered();
     }
 }
@@ -189,7 +189,7 @@ void SoundTrack::encodeFiltered() {
         if (code == AVERROR(EAGAIN) || code == AVERROR_EOF) {
             return;
         }
-        checkAv(code, kFailure);
+        checkAv(code, kSoundFailure);
         frame_->pts = av_rescale_q(frame_->pts, av_buffersink_get_time_base(out_), encoder_->time_base);
         encode(frame_.get());
         av_frame_unref(frame_.get());
@@ -197,7 +197,7 @@ void SoundTrack::encodeFiltered() {
 }
 
 void SoundTrack::encode(const AVFrame* frame) {
-    checkAv(avcodec_send_frame(encoder_.get(), frame), kFailure);
+    checkAv(avcodec_send_frame(encoder_.get(), frame), kSoundFailure);
     while (avcodec_receive_packet(encoder_.get(), packet_.get()) >= 0) {
         writer_.write(*packet_, stream_, encoder_->time_base);
     }
@@ -208,7 +208,7 @@ void SoundTrack::finish() {
         return;
     }
     decode(nullptr);
-    checkAv(av_buffersrc_add_frame(in_, nullptr), kFailure);
+    checkAv(av_buffersrc_add_frame(in_, nullptr), kSoundFailure);
     encodeFiltered();
     encode(nullptr);
 }

@@ -43,8 +43,6 @@ Exit status: 0 done; 1 the engine failed or the result could not be
 written; 2 the recording or an option cannot be used; 130 stopped by
 Ctrl-C.)";
 
-constexpr int kUsualColumns = 80;
-
 /// In the order in which the help names them.
 std::vector<std::unique_ptr<Subcommand>> makeSubcommands() {
     std::vector<std::unique_ptr<Subcommand>> subcommands;
@@ -114,7 +112,7 @@ CommandLine::CommandLine()
       subcommands_(makeSubcommands()) {
     app_.name("orvanta");
     app_.allow_windows_style_options(false); // A word that begins with a slash names a file on every system.
-    app_.formatter(std::make_shared<HelpFormatter>(terminalColumns(stdout, kUsualColumns)));
+    app_.formatter(std::make_shared<HelpFormatter>(terminalColumns(stdout)));
     app_.footer(kExamples);
     app_.require_subcommand(1);
     for (const auto& subcommand : subcommands_) {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kNameColumns = 26; // Room for an option's name before its description.
 constexpr std::size_t kNarrow = 60;      // Below this many columns descriptions go under the names.
-constexpr std::size_t kIndent = 6;       // Of a description under its name.
+constexpr std::size_t kNarrowIndent = 6; // Of a description under its name.
 
 } // namespace
 
@@ -35,7 +35,7 @@ std::string HelpFormatter::make_subcommand(const CLI::App* subcommand) const {
 
 std::string HelpFormatter::entry(const std::string& name, const std::string& description) const {
     const bool isNarrow = columns_ < kNarrow;
-    const std::string indent(isNarrow ? kIndent : kNameColumns, ' ');
+    const std::string indent(isNarrow ? kNarrowIndent : kNameColumns, ' ');
     const std::string lines = wrapped(description, columns_ - indent.size(), indent);
     const std::string start = "  " + name;
     if (isNarrow || start.size() + 2 > kNameColumns) {

@@ -13,11 +13,10 @@ namespace OrvantaNS::command {
 
 namespace {
 
-constexpr double kDelay = 0.5;    // Seconds: what is done sooner needs no bar.
-constexpr double kInterval = 0.1; // Seconds between drawings: as fast as numbers can be read.
-constexpr int kLongestBar = 40;   // Columns.
-constexpr int kShortestBar = 5;   // Columns: a shorter bar says less than the number beside it.
-constexpr int kUsualColumns = 80;
+constexpr double kDelay = 0.5;                 // Seconds: what is done sooner needs no bar.
+constexpr double kInterval = 0.1;              // Seconds between drawings: as fast as numbers can be read.
+constexpr int kLongestBar = 40;                // Columns.
+constexpr int kShortestBar = 5;                // Columns: a shorter bar says less than the number beside it.
 constexpr const char* kEraseLine = "\r\033[K"; // To the line's start, and clear it.
 
 /// A bar with its number and text in at most `columns` columns.
@@ -52,7 +51,7 @@ ProgressLine::ProgressLine(ProgressScreen screen) : screen_(std::move(screen)) {
         screen_.seconds = steadySeconds;
     }
     if (!screen_.columns) {
-        screen_.columns = [out = screen_.out] { return terminalColumns(out, kUsualColumns); };
+        screen_.columns = [out = screen_.out] { return terminalColumns(out); };
     }
     if (screen_.out != nullptr) {
         next_ = screen_.seconds() + kDelay;

@@ -15,6 +15,8 @@ namespace OrvantaNS::command {
 
 namespace {
 
+constexpr int kUsualColumns = 80;
+
 #if defined(_WIN32)
 HANDLE handleOf(std::FILE* file) { return reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))); }
 #endif
@@ -38,7 +40,7 @@ std::FILE* progressTerminal() {
     return isTerminal(stderr) && (kind == nullptr || std::string_view(kind) != "dumb") ? stderr : nullptr;
 }
 
-int terminalColumns(std::FILE* file, int otherwise) {
+int terminalColumns(std::FILE* file) {
 #if defined(_WIN32)
     CONSOLE_SCREEN_BUFFER_INFO screen{};
     if (GetConsoleScreenBufferInfo(handleOf(file), &screen) != 0) {
@@ -52,7 +54,7 @@ int terminalColumns(std::FILE* file, int otherwise) {
 #else
     static_cast<void>(file);
 #endif
-    return otherwise;
+    return kUsualColumns;
 }
 
 } // namespace OrvantaNS::command

@@ -11,7 +11,7 @@ bool outputIsTerminal();
 /// The standard error when it is a terminal that can redraw a line, else null: `TERM=dumb` cannot.
 std::FILE* progressTerminal();
 
-/// Columns of the terminal that `file` is; `otherwise` when it is none or does not tell.
-int terminalColumns(std::FILE* file, int otherwise);
+/// Columns of the terminal that `file` is; 80 when it is none or does not tell.
+int terminalColumns(std::FILE* file);
 
 } // namespace OrvantaNS::command
