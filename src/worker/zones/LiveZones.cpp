@@ -68,6 +68,9 @@ void OrvantaWorker::parseObjectData(const Params& params, OV_DATA_STORE& store, 
     }
     // The working list has room for all that was ever on it: as much as all objects take.
     parser.objects.shrink_to_fit();
+    // Nothing asks for the last zone's areas any more.
+    parser.drObjects.clear();
+    parser.drObjects.shrink_to_fit();
     std::vector<OV_VALUE_OBJECT>& objects = store.valueObjects;
     countSteps(store, objects.size());
     stoppableSort(store, objects.size(), CompareValueObjects, [&](auto less) { stableSort(objects, less); });

@@ -193,6 +193,17 @@ TEST_F(LiveZonesTest, ParseObjectData_GivesBackTheMemoryOfTheWorkingList) {
     EXPECT_EQ(parser.objects.capacity(), parser.objects.size());
 }
 
+// Areas are asked for while their zone is walked; what comes after the walk needs the memory more.
+TEST_F(LiveZonesTest, ParseObjectData_GivesBackTheMemoryOfTheChangedAreas) {
+    const Scene scene =
+        recording().cursor(0.0, 400, 300).dirty(1.0, {100, 100, 300, 200}).dirty(5.0, {500, 400, 50, 50});
+    parse(scene, 0.0, 60.0);
+    DataParser parser;
+    parser.drObjects.reserve(1000);
+    worker_.parseObjectData(scene.params(), store_, parser);
+    EXPECT_EQ(parser.drObjects.capacity(), 0u);
+}
+
 TEST_F(LiveZonesTest, ParseObjectData_RunsOverEveryZone) {
     // One click in each zone of the same place on the screen: local pixels differ by the second zone's origin.
     const Scene scene =
