@@ -57,10 +57,11 @@ public:
     long long locationTime = -1;       ///< Ticks: the same as `actionTime` for `nextLocation`.
     long long metaStartTime = 0;       ///< Ticks: start of the next meta pass's interval.
     std::vector<MOUSE_STROKE> strokes; ///< Raw strokes since the last meta pass.
-    std::vector<OV_VALUE_OBJECT> objects;  ///< The working list: objects that are not yet final.
-    std::vector<DR_OBJECT> drObjects;      ///< Changing areas of the current live zone, in order of `start`.
-    OV_VALUE_OBJECT lastWindow;            ///< The most recent `ActiveWindow`, as a copy.
-    std::vector<MOUSE_STROKE> keptStrokes; ///< Every stroke that `processStrokes` kept, in the whole run.
+    std::vector<OV_VALUE_OBJECT> objects; ///< The working list: objects that are not yet final.
+    std::vector<DR_OBJECT> drObjects;     ///< Changing areas of the current live zone, in order of `start`.
+    OV_VALUE_OBJECT lastWindow;           ///< The most recent `ActiveWindow`, as a copy.
+    /// Every stroke that `processStrokes` kept, in the whole run, with its first and its last point alone.
+    std::vector<MOUSE_STROKE> keptStrokes;
 
     DataParser();
 

@@ -157,7 +157,8 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
             objects.push_back(object);
         }
         findMouseHoverDR(store, stroke);
-        keptStrokes.push_back(stroke);
+        // The ends tell when the cursor moved; the way between them would be a fifth of a day's memory.
+        keptStrokes.push_back({{first, last}, stroke.bounds, 0});
     }
 }
 

@@ -399,6 +399,20 @@ TEST_F(StrokesTest, StrokesAreChoppedFirst) {
     EXPECT_EQ(parser.keptStrokes.size(), 3u);
 }
 
+// A day has some hundred thousand points on the way, and nobody asks for them again.
+TEST_F(StrokesTest, KeptStroke_HasItsEndsAlone) {
+    stroke({{1.0, 10, 100}, {1.5, 30, 120}, {2.0, 40, 160}, {2.5, 90, 200}});
+    process();
+    ASSERT_EQ(parser.keptStrokes.size(), 1u);
+    const MOUSE_STROKE& kept = parser.keptStrokes[0];
+    ASSERT_EQ(kept.points.size(), 2u);
+    EXPECT_EQ(kept.points[0].time, parser.strokes[0].points[0].time);
+    EXPECT_EQ(kept.points[0].x, 10);
+    EXPECT_EQ(kept.points[1].time, parser.strokes[0].points[3].time);
+    EXPECT_EQ(kept.points[1].x, 90);
+    EXPECT_EQ(kept.bounds, parser.strokes[0].bounds);
+}
+
 TEST_F(StrokesTest, StrokesWithoutPoints_MakeNothingAndAreNotKept) {
     parser.strokes.emplace_back();
     stroke({{1.0, 10, 100}, {2.0, 50, 200}});
