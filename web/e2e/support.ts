@@ -1,11 +1,12 @@
 // Starts the browser and the command, and opens pages that must not complain.
 import { execFileSync } from "node:child_process";
-import { existsSync, mkdtempSync, readFileSync } from "node:fs";
+import { existsSync, mkdtempSync, readFileSync, rmSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
 import axe from "axe-core";
 import { chromium, type Browser, type Page } from "playwright-core";
+import { afterAll } from "vitest";
 
 export const kRoot = fileURLToPath(new URL("../..", import.meta.url));
 export const kProgram = process.env["ORVANTA_PROGRAM"] ?? join(kRoot, "build/dev/tools/orvanta/orvanta");
@@ -18,8 +19,16 @@ export function orvanta(...words: string[]): string {
     return execFileSync(kProgram, words, { encoding: "utf8", maxBuffer: 1 << 28, stdio: ["ignore", "pipe", "pipe"] });
 }
 
+const folders: string[] = [];
+afterAll(() => {
+    for (const folder of folders.splice(0)) rmSync(folder, { recursive: true });
+});
+
+/** A new folder, removed once the tests of the file have ended. */
 export function temporaryFolder(): string {
-    return mkdtempSync(join(tmpdir(), "orvanta-page-"));
+    const folder = mkdtempSync(join(tmpdir(), "orvanta-page-"));
+    folders.push(folder);
+    return folder;
 }
 
 /** True where the command knows an option. */
