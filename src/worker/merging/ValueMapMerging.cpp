@@ -2,7 +2,6 @@
 // step from one to the next is a tier's own layer. Where the stacks of two maps overlap, their values add.
 #include "worker/merging/ValueMapMerging.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>

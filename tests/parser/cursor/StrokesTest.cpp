@@ -399,7 +399,7 @@ TEST_F(StrokesTest, StrokesAreChoppedFirst) {
     EXPECT_EQ(parser.keptStrokes.size(), 3u);
 }
 
-// A day has some hundred thousand points on the way, and nobody asks for them again.
+// A day has hundreds of thousands of points on the way, and nobody asks for them again.
 TEST_F(StrokesTest, KeptStroke_HasItsEndsAlone) {
     stroke({{1.0, 10, 100}, {1.5, 30, 120}, {2.0, 40, 160}, {2.5, 90, 200}});
     process();

@@ -1,7 +1,6 @@
 #include "reading/WishesFile.h"
 
 #include <cmath>
-#include <limits>
 
 #include <fmt/format.h>
 
