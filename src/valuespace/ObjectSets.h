@@ -43,13 +43,6 @@ public:
     }
     /// The list of the slot has changed.
     void forget(std::uint32_t slot) { rows_[slot] = kNone; }
-    /// The object, of which the list held one copy, has left it.
-    void remove(std::uint32_t slot, std::uint32_t object) {
-        if (rows_[slot] != kNone) {
-            const std::uint32_t number = numbers_[object];
-            words_[rows_[slot] * rowWords_ + number / kWordBits] &= ~(std::uint64_t{1} << number % kWordBits);
-        }
-    }
 
 private:
     static constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();

@@ -27,9 +27,10 @@ makefile)
     LD_LIBRARY_PATH=$libraries ./host
     ;;
 subproject)
-    # Static here, so that both kinds are built by the tests; and installed from there, for a second host to find.
+    # Static here, so that both kinds are built by the tests; by a host that compiles many sources as one, which the
+    # project takes part in; and installed from there, for a second host to find.
     cmake -S . -B build -DORVANTA_SOURCES="$sources" -DBUILD_SHARED_LIBS=OFF -DORVANTA_INSTALL=ON \
-        -DCMAKE_CXX_COMPILER_LAUNCHER="$LAUNCHER" >log
+        -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=16 -DCMAKE_CXX_COMPILER_LAUNCHER="$LAUNCHER" >log
     cmake --build build --parallel 2 >>log
     build/host
     if compgen -G 'build/orvanta/*.so*' >/dev/null || [ -e build/orvanta/tools ] || [ -e build/orvanta/tests ]; then
