@@ -439,6 +439,40 @@ TEST_F(CountedParsingTest, SkippingAStream_ByItsSamplesInBetween) {
     }
 }
 
+// ---- A cursor in disorder ----
+
+TEST_F(CountedParsingTest, ClicksOverACursorInDisorder_ByTheSamplesThatEachReads_NotThoseAheadOfTheZone) {
+    constexpr std::int32_t kAhead = 4000;
+    constexpr std::int32_t kNear = 10;
+    constexpr std::int32_t kClicks = 400;
+    zone({0, 1280, 0, 800}, 30.0, 60.0);
+    for (std::int32_t k = 0; k < kAhead; ++k) {
+        scene.params().cursorLocations().push_back({k, 100, 100});
+    }
+    for (std::int32_t k = 0; k < kNear; ++k) {
+        scene.params().cursorLocations().push_back({31000 - k % 2, 100, 100});
+    }
+    for (std::int32_t k = 0; k < 2 * kClicks; ++k) {
+        scene.params().cursorActions().push_back({32000, k % 2});
+    }
+    expectCounted(kAhead + kClicks * kNear, [&] { walk(); });
+}
+
+// Below each window the top of the screen has changed, so that it is a menu if the cursor is there, which it is not.
+TEST_F(CountedParsingTest, ACursorInDisorder_IsCountedByEachWindowThatMayBeAMenu) {
+    constexpr std::int32_t kWindows = 250;
+    constexpr std::int32_t kSamples = 4000;
+    changes(2, 1, [](std::int32_t moment, std::int32_t) { return box(0, 0, 4, 4 + moment); });
+    for (std::int32_t k = 0; k < kSamples; ++k) {
+        scene.params().cursorLocations().push_back({2 - k % 2, 1000, 700});
+    }
+    for (std::int32_t k = 0; k < kWindows; ++k) {
+        scene.params().foreWindows().push_back({2, box(2000 + k, 0, 10, 10)}); // off the recording
+        scene.params().foreWindows().push_back({2, {}}); // none, so that the next one is not taken for its motion
+    }
+    expectCounted(std::uint64_t{kWindows} * kSamples, [&] { walk(); });
+}
+
 // ---- Pauses between strokes ----
 
 // The first stroke leads back to its own start. All others tell of times before it, as a clock that is put back makes

@@ -222,6 +222,26 @@ TEST_F(HandMadeGraphTest, AnObjectThatTheWalkDoesNotFindInAList_IsNoObstacle) {
     EXPECT_THAT(space.topSpaces, ElementsAre(0)); // once
 }
 
+TEST_F(HandMadeGraphTest, ALongListThatHasLostItsLastName_HoldsItNoMore) {
+    std::vector<std::uint32_t> names;
+    std::vector<std::uint32_t> everyOther;
+    for (std::uint32_t name = 0; name <= 16; ++name) {
+        names.push_back(name);
+        if (name % 2 == 0) {
+            everyOther.push_back(name);
+        }
+    }
+    names.push_back(17);
+    everyOther.insert(everyOther.end(), {17, 20});
+    add(names, {});
+    add(everyOther, {0});
+    space.graph[0].objects.pop_back(); // the name still stands in the memory behind the list
+    space.objectMap = {{20, 1}};
+    space.deleteObject(20);
+    EXPECT_TRUE(space.graph[1].valid) << "object 17 is in this space alone";
+    EXPECT_THAT(space.graph[1].parents, ElementsAre(0));
+}
+
 TEST_F(HandMadeGraphTest, ASpaceWithoutObjects_IsRedundantEvenWithoutParents) {
     add({5}, {});
     add({}, {0});

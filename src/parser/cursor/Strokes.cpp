@@ -158,7 +158,7 @@ void DataParser::processStrokes(OV_DATA_STORE& store) {
         }
         findMouseHoverDR(store, stroke);
         // The ends tell when the cursor moved; the way between them would be a fifth of a day's memory.
-        keptStrokes.push_back({{first, last}, stroke.bounds, 0});
+        keptStrokes.push_back({{first, last}, stroke.bounds});
     }
 }
 
