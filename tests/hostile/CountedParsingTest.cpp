@@ -442,7 +442,7 @@ TEST_F(CountedParsingTest, SkippingAStream_ByItsSamplesInBetween) {
 // ---- A cursor in disorder ----
 
 TEST_F(CountedParsingTest, ClicksOverACursorInDisorder_ByTheSamplesThatEachReads_NotThoseAheadOfTheZone) {
-    constexpr std::int32_t kAhead = 4000;
+    constexpr std::int32_t kAhead = 10000;
     constexpr std::int32_t kNear = 10;
     constexpr std::int32_t kClicks = 400;
     zone({0, 1280, 0, 800}, 30.0, 60.0);
