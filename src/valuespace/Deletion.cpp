@@ -230,7 +230,7 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
                     link(parent, child);
                 }
             }
-            freeSpace(s); // nothing asks for its list again in this walk, which makes no spaces
+            freeSpace(s); // nothing asks for its set again: no link leads to it, and this walk makes no spaces
         } else if (space.parents.empty()) {
             exclusiveAppend(topSpaces, s); // It may have lost its only parent when that was dissolved.
         }

@@ -222,6 +222,8 @@ TEST_F(HandMadeGraphTest, AnObjectThatTheWalkDoesNotFindInAList_IsNoObstacle) {
     EXPECT_THAT(space.topSpaces, ElementsAre(0)); // once
 }
 
+// The lists share every other name. A search that goes on two names behind each one that it has found would come out behind
+// the end of the list.
 TEST_F(HandMadeGraphTest, ALongListThatHasLostItsLastName_HoldsItNoMore) {
     std::vector<std::uint32_t> names;
     std::vector<std::uint32_t> everyOther;
