@@ -7,6 +7,8 @@ namespace OrvantaNS {
 inline void prefetch([[maybe_unused]] const void* address) {
 #if defined(__GNUC__)
     __builtin_prefetch(address);
+    // Without it, gcc takes a function that does nothing but this for one without an effect, and drops the calls to it.
+    __asm__ volatile("");
 #endif
 }
 

@@ -21,8 +21,8 @@ namespace {
 // Work on one proposal, steps: what two slices are, and what is to happen between them.
 constexpr std::uint64_t kStepsPerProposal = 16;
 
-// Proposals come by priority, so the slices of the one that is likely to be next lie anywhere in hours of them. Their
-// memory is asked for while the proposal before it is dealt with: ...
+// Proposals come by priority, so their slices lie anywhere in hours of them. The proposal after the next one is mostly a
+// child of the queue's root: the memory of both children's slices is asked for that early, ...
 void prefetchSlices(const OV_DATA_STORE& store, const MERGE_ENTRY& entry) {
     const auto& slices = store.slices;
     for (const std::uint32_t slice : {entry.firstSlice, entry.nextSlice}) {
@@ -32,7 +32,7 @@ void prefetchSlices(const OV_DATA_STORE& store, const MERGE_ENTRY& entry) {
     }
 }
 
-// ... and that of their maps once they are there.
+// ... and that of the next one's maps once they are there.
 void prefetchMaps(const OV_DATA_STORE& store, const MERGE_ENTRY& entry) {
     for (const std::uint32_t slice : {entry.firstSlice, entry.nextSlice}) {
         prefetch(store.slices[slice].map.spaces.data());
@@ -60,8 +60,8 @@ void OrvantaWorker::mergeSlices(const Params& params, OV_DATA_STORE& store, doub
     store.mergesTotal = store.mergesRemaining;
     while (!queue.empty()) {
         MERGE_ENTRY entry = popMergeEntry(queue);
-        if (!queue.empty()) {
-            prefetchSlices(store, queue.front());
+        for (std::size_t child = 1; child < std::min<std::size_t>(queue.size(), 3); ++child) {
+            prefetchSlices(store, queue[child]);
         }
         processMerge(store, queue, entry);
         if (!queue.empty()) {
