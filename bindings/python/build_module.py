@@ -31,7 +31,9 @@ def build_libraries() -> list[str]:
     launcher = os.environ.get("CMAKE_CXX_COMPILER_LAUNCHER")
     configure = ["cmake", "-S", str(ROOT), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Release",
                  "-DBUILD_SHARED_LIBS=OFF", "-DORVANTA_INSTALL=OFF", "-DORVANTA_BUILD_TOOLS=OFF",
-                 "-DORVANTA_BUILD_TESTS=OFF"]
+                 "-DORVANTA_BUILD_TESTS=OFF",
+                 # Many sources at a time, which takes a third of the time.
+                 "-DCMAKE_UNITY_BUILD=ON", "-DCMAKE_UNITY_BUILD_BATCH_SIZE=16"]
     if launcher:
         configure.append(f"-DCMAKE_CXX_COMPILER_LAUNCHER={launcher}")
     subprocess.run(configure, check=True, stdout=subprocess.DEVNULL)
