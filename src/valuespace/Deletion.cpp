@@ -37,6 +37,10 @@ std::optional<bool> holdsInOrder(const std::vector<std::uint32_t>& held, const s
     auto from = held.begin();
     int turns = 0;
     for (const std::uint32_t name : asked) {
+        if (from != held.end() && *from == name) {
+            ++from;
+            continue; // mostly, where much is shared
+        }
         auto found = std::find(from, held.end(), name);
         if (found == held.end()) {
             found = std::find(held.begin(), from, name);
@@ -175,6 +179,18 @@ void ValueSpace::eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32
     objects.clear();
 }
 
+// Inline: most questions take less than a call.
+inline bool ValueSpace::holdsAll(std::uint32_t container, std::uint32_t contained) {
+    // A longer list is never held by a shorter one, unless it names an object twice. Most questions end here: a space
+    // names more objects than its parents do.
+    const std::size_t held = graph[container].objects.size();
+    const std::size_t asked = graph[contained].objects.size();
+    if (!isHandMade_ && asked > held) {
+        return false;
+    }
+    return asked * held <= kFewPairs ? containsAllObjects(container, contained) : holdsAllOfMany(container, contained);
+}
+
 void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
     StepCounter steps(*store);
     steps.add(graph.size() / kReadPerStep);
@@ -245,17 +261,9 @@ void ValueSpace::dissolveFrom(std::uint32_t location, std::uint32_t object) {
     steps.settle();
 }
 
-bool ValueSpace::holdsAll(std::uint32_t container, std::uint32_t contained) {
-    // A longer list is never held by a shorter one, unless it names an object twice. Most questions end here: a space
-    // names more objects than its parents do.
+bool ValueSpace::holdsAllOfMany(std::uint32_t container, std::uint32_t contained) {
     const std::vector<std::uint32_t>& held = graph[container].objects;
     const std::vector<std::uint32_t>& asked = graph[contained].objects;
-    if (!isHandMade_ && asked.size() > held.size()) {
-        return false;
-    }
-    if (asked.size() * held.size() <= kFewPairs) {
-        return containsAllObjects(container, contained);
-    }
     countSteps(*store, (asked.size() + held.size()) / kReadPerStep);
     if (comparisons_ < kFewComparisons) {
         ++comparisons_;

@@ -174,8 +174,10 @@ private:
     /// Takes objects, named as location and object, out of the lists at and below their locations, and forgets them.
     void eraseFromLists(std::vector<std::pair<std::uint32_t, std::uint32_t>>& objects);
     void dissolveFrom(std::uint32_t location, std::uint32_t object);
-    /// What `containsAllObjects` gives, from `objectSets_`.
+    /// What `containsAllObjects` gives.
     bool holdsAll(std::uint32_t container, std::uint32_t contained);
+    /// The same for long lists, from `objectSets_` when there are many such questions.
+    bool holdsAllOfMany(std::uint32_t container, std::uint32_t contained);
     /// What it takes to judge whether a space is still needed, in steps.
     std::uint64_t judgingSteps(std::uint32_t space) const;
 

@@ -26,6 +26,9 @@ constexpr std::uint64_t kPairsPerStep = 16;
 constexpr std::uint64_t kStepsPerMoment = 2;
 constexpr std::uint64_t kStepsPerArea = 2;
 
+// Records that a cluster has room for from the first one on: allocators give no less than that.
+constexpr std::size_t kFirstRects = 6;
+
 // Position of the first frame that is not matched yet and similar to `seen`; the number of frames when there is none.
 std::size_t firstSimilar(const std::vector<DR_OBJECT_FRAME>& frames, const Rectangle& seen) {
     const auto match = std::find_if(frames.begin(), frames.end(), [&](const DR_OBJECT_FRAME& frame) {
@@ -80,14 +83,18 @@ DataParser::ReadSamples DataParser::findAreas(unsigned int zone, const Params& p
 void DataParser::addDRToFrameSet(unsigned int index, const Params& params, std::vector<DR_OBJECT_FRAME>& frames) {
     const std::vector<OV_TIME_RECT>& dirtyRects = params.dirtyRects();
     const Rectangle fresh = dirtyRects[index].rect;
+    const Rectangle reach = grown(fresh, 1); // as `canTouchRect` reaches
     const auto isHit = [&](const DR_OBJECT_FRAME& frame) {
         return std::any_of(frame.dirtyRects.begin(), frame.dirtyRects.end(),
-                           [&](std::uint32_t member) { return fresh.canTouchRect(dirtyRects[member].rect); });
+                           [&](std::uint32_t member) { return overlaps(reach, dirtyRects[member].rect); });
     };
 
     const auto target = std::find_if(frames.begin(), frames.end(), isHit);
     if (target == frames.end()) {
-        frames.push_back({{index}, fresh, false});
+        DR_OBJECT_FRAME& frame = frames.emplace_back();
+        frame.dirtyRects.reserve(kFirstRects);
+        frame.dirtyRects.push_back(index);
+        frame.rect = fresh;
         return;
     }
     for (auto frame = target + 1; frame != frames.end();) {
